@@ -70,8 +70,10 @@ void CStimulus::BuildIndex()
     for (CTimeIndex *index : {&m_absoluteIndex, &m_relativeIndex}) {
         // Of equal times the first event in the list counts.
         std::ranges::stable_sort(*index, {}, &SIndexEntry::time);
-        const auto repeated = std::ranges::unique(*index, {}, &SIndexEntry::time);
-        index->erase(repeated.begin(), repeated.end());
+        const auto isRepeated = [](const SIndexEntry &first, const SIndexEntry &next) {
+            return first.time == next.time;
+        };
+        index->erase(std::unique(index->begin(), index->end(), isRepeated), index->end());
     }
 }
 

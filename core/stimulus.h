@@ -113,6 +113,8 @@ protected:
 class TESK_API CSimpleStimulus : public ISimpleStimulus {
 public:
     CSimpleStimulus();
+    CSimpleStimulus(const CSimpleStimulus &) = default;
+    CSimpleStimulus &operator=(const CSimpleStimulus &) = default;
 
     /// Fills a new event.
     /// @param width         for based literals: bits of the value, -1 for as many as its digits have
@@ -128,6 +130,8 @@ public:
     void SetBinary8BytesValue(long long value) override;
     long long GetTime() const override;
     void GetTimeString(SimpleString::CStr &text) const override;
+
+    virtual ~CSimpleStimulus() = default;
 
 protected:
     friend class CStimulus;
