@@ -1,6 +1,7 @@
 // Everything that libtesk exports.
 #pragma once
 
+#include "core/scalarinfo.h"
 #include "core/stimiterator.h"
 #include "core/stimulus.h"
 #include "core/tokenizer.h"
