@@ -6,5 +6,8 @@
 #include "core/stimulus.h"
 #include "core/tokenizer.h"
 #include "platform/log.h"
+#include "settings/bitvector.h"
 #include "settings/cstr.h"
+#include "settings/decconverter.h"
+#include "settings/longnumber.h"
 #include "settings/timeunits.h"
