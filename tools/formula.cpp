@@ -56,8 +56,8 @@ StimulusPtr CreateStimulus(const std::string &formula, long long start, long lon
                    "; write VALUE TIME parts with commas between, such as \"1 10ns, 0 20ns -r 30ns\"");
 }
 
-void AddTimeOptions(CLI::App &command, std::string &resolution, std::string &start)
+void AddTimeOptions(CCommand &command, std::string &resolution, std::string &start)
 {
-    command.add_option("--res", resolution, "Simulator resolution (default 1ps)")->type_name("TIME");
-    command.add_option("--start", start, "When the stimulator is applied (default 0)")->type_name("TIME");
+    command.Option("--res", resolution, "TIME", "Simulator resolution (default 1ps)");
+    command.Option("--start", start, "TIME", "When the stimulator is applied (default 0)");
 }

@@ -1,10 +1,9 @@
 #include "tools/timetext.h"
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
 
 #include "settings/timeunits.h"
+#include "tools/commandline.h"
 
 namespace {
 
@@ -12,7 +11,7 @@ constexpr int Seconds = 5;
 
 [[noreturn]] void RefuseOption(const std::string &option, const std::string &text, const std::string &why)
 {
-    throw CLI::ValidationError(option + " " + text + ": " + why);
+    throw CWrongUsage(option + " " + text + ": " + why);
 }
 
 std::string Digits(Int128 number)
