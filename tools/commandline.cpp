@@ -17,6 +17,11 @@ int Complain(const std::exception &error, int status)
 
 }  // namespace
 
+void RefuseOption(const std::string &option, const std::string &text, const std::string &why)
+{
+    throw CWrongUsage(option + " " + text + ": " + why);
+}
+
 void CCommand::Argument(const std::string &name, std::string &target, const std::string &help)
 {
     m_app->add_option(name, target, help)->required();

@@ -23,6 +23,9 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// Tells that what was given to an option will not do. @throw CWrongUsage
+[[noreturn]] void RefuseOption(const std::string &option, const std::string &text, const std::string &why);
+
 /// One command. The targets of its options must live as long as the command line.
 class CCommand {
 public:

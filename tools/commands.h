@@ -5,4 +5,5 @@
 
 // Each adds its command, with its options, help and an example.
 void AddCheckCommand(CCommandLine &commandLine);
+void AddClockCommand(CCommandLine &commandLine);
 void AddPlayCommand(CCommandLine &commandLine);

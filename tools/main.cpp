@@ -6,5 +6,6 @@ int main(int argc, char **argv)
     CCommandLine commandLine;
     AddPlayCommand(commandLine);
     AddCheckCommand(commandLine);
+    AddClockCommand(commandLine);
     return commandLine.Run(argc, argv);
 }

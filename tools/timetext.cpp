@@ -9,11 +9,6 @@ namespace {
 
 constexpr int Seconds = 5;
 
-[[noreturn]] void RefuseOption(const std::string &option, const std::string &text, const std::string &why)
-{
-    throw CWrongUsage(option + " " + text + ": " + why);
-}
-
 std::string Digits(Int128 number)
 {
     if (number < 0)
