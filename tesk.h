@@ -4,6 +4,7 @@
 #include "core/stimiterator.h"
 #include "core/stimulus.h"
 #include "core/tokenizer.h"
+#include "platform/kestrin.h"
 #include "platform/log.h"
 #include "settings/cstr.h"
 #include "settings/timeunits.h"
