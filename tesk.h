@@ -8,3 +8,4 @@
 #include "platform/log.h"
 #include "settings/cstr.h"
 #include "settings/timeunits.h"
+#include "settings/typetext.h"
