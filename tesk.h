@@ -1,11 +1,15 @@
 // Everything that libtesk exports.
 #pragma once
 
+#include "core/scalarinfo.h"
 #include "core/stimiterator.h"
 #include "core/stimulus.h"
 #include "core/tokenizer.h"
 #include "platform/kestrin.h"
 #include "platform/log.h"
+#include "settings/bitvector.h"
 #include "settings/cstr.h"
+#include "settings/decconverter.h"
+#include "settings/longnumber.h"
 #include "settings/timeunits.h"
 #include "settings/typetext.h"
