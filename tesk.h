@@ -9,6 +9,7 @@
 #include "core/stimiterator.h"
 #include "core/stimulus.h"
 #include "core/tokenizer.h"
+#include "platform/kestrin.h"
 #include "platform/log.h"
 <<<<<<< HEAD
 #include "settings/bitvector.h"
@@ -22,3 +23,4 @@
 #include "settings/stiparser.h"
 >>>>>>> texts
 #include "settings/timeunits.h"
+#include "settings/typetext.h"

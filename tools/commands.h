@@ -7,3 +7,4 @@
 void AddCheckCommand(CCommandLine &commandLine);
 void AddClockCommand(CCommandLine &commandLine);
 void AddPlayCommand(CCommandLine &commandLine);
+void AddTypeCommand(CCommandLine &commandLine);

@@ -3,20 +3,9 @@
 #include <string_view>
 
 #include "core/tokenizer.h"
+#include "tools/quote.h"
 
 namespace {
-
-constexpr std::size_t LongestQuote = 60;
-
-// A text for a message: on one line, and not longer than a reader needs to find it.
-std::string Quote(std::string text)
-{
-    for (char &c : text)
-        c = c >= ' ' && c < 0x7F ? c : '?';
-    if (text.size() > LongestQuote)
-        text = text.substr(0, LongestQuote) + "...";
-    return '"' + text + '"';
-}
 
 bool IsReadable(const std::string &chunk, long long start)
 {

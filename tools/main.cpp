@@ -4,8 +4,7 @@
 int main(int argc, char **argv)
 {
     CCommandLine commandLine;
-    AddPlayCommand(commandLine);
-    AddCheckCommand(commandLine);
-    AddClockCommand(commandLine);
+    for (const auto add : {AddPlayCommand, AddCheckCommand, AddClockCommand, AddTypeCommand})
+        add(commandLine);
     return commandLine.Run(argc, argv);
 }
