@@ -15,3 +15,4 @@ public:
 // Each adds its command, with its options, help and an example, to the tool.
 void AddCheckCommand(CLI::App &app);
 void AddPlayCommand(CLI::App &app);
+void AddSplitCommand(CLI::App &app);

@@ -8,16 +8,6 @@ namespace {
 
 constexpr std::size_t LongestQuote = 60;
 
-// A text for a message: on one line, and not longer than a reader needs to find it.
-std::string Quote(std::string text)
-{
-    for (char &c : text)
-        c = c >= ' ' && c < 0x7F ? c : '?';
-    if (text.size() > LongestQuote)
-        text = text.substr(0, LongestQuote) + "...";
-    return '"' + text + '"';
-}
-
 bool IsReadable(const std::string &chunk, long long start)
 {
     // With an event of its own a chunk of switches alone can be read.
@@ -45,6 +35,15 @@ std::string FindFault(const std::string &formula, long long start)
 }
 
 }  // namespace
+
+std::string Quote(std::string text)
+{
+    for (char &c : text)
+        c = c >= ' ' && c < 0x7F ? c : '?';
+    if (text.size() > LongestQuote)
+        text = text.substr(0, LongestQuote) + "...";
+    return '"' + text + '"';
+}
 
 StimulusPtr CreateStimulus(const std::string &formula, long long start, long long resolution)
 {

@@ -15,6 +15,7 @@ int Run(int argc, char **argv)
     app.require_subcommand(1);
     AddPlayCommand(app);
     AddCheckCommand(app);
+    AddSplitCommand(app);
     app.set_help_all_flag("--help-all", "Print the help of every command and exit");
     try {
         app.parse(argc, argv);
