@@ -8,19 +8,6 @@ namespace tesk {
 
 namespace {
 
-constexpr int NoDigit = 16;
-
-int DigitValue(char c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return NoDigit;
-}
-
 bool AreDigits(std::string_view digits, long long radix)
 {
     for (const char c : digits) {
@@ -62,6 +49,17 @@ CWords PackDigits(std::string_view digits, unsigned bits)
 }
 
 }  // namespace
+
+int DigitValue(char c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    return NoDigit;
+}
 
 bool TakeRadixPrefix(const char *&text, long long &radix)
 {

@@ -44,6 +44,12 @@ void CCommand::Number(const std::string &names, long long &target, long long lea
     m_app->add_option(names, target, help)->check(CLI::Range(least, most));
 }
 
+void CCommand::RequiredNumber(const std::string &names, long long &target, long long least, long long most,
+                              const std::string &help)
+{
+    m_app->add_option(names, target, help)->check(CLI::Range(least, most))->required();
+}
+
 void CCommand::Choice(const std::string &names, std::string &target, const std::set<std::string> &choices,
                       const std::string &help)
 {

@@ -40,6 +40,8 @@ public:
                         const std::string &help);
     /// A whole number from `least` to `most`; the target's value is the default.
     void Number(const std::string &names, long long &target, long long least, long long most, const std::string &help);
+    void RequiredNumber(const std::string &names, long long &target, long long least, long long most,
+                        const std::string &help);
     void Choice(const std::string &names, std::string &target, const std::set<std::string> &choices,
                 const std::string &help);
     void Flag(const std::string &names, bool &target, const std::string &help);

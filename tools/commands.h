@@ -7,4 +7,5 @@
 void AddCheckCommand(CCommandLine &commandLine);
 void AddClockCommand(CCommandLine &commandLine);
 void AddPlayCommand(CCommandLine &commandLine);
+void AddSplitCommand(CCommandLine &commandLine);
 void AddTypeCommand(CCommandLine &commandLine);

@@ -4,7 +4,7 @@
 int main(int argc, char **argv)
 {
     CCommandLine commandLine;
-    for (const auto add : {AddPlayCommand, AddCheckCommand, AddClockCommand, AddTypeCommand})
+    for (const auto add : {AddPlayCommand, AddCheckCommand, AddSplitCommand, AddClockCommand, AddTypeCommand})
         add(commandLine);
     return commandLine.Run(argc, argv);
 }
