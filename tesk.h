@@ -11,5 +11,6 @@
 #include "settings/cstr.h"
 #include "settings/decconverter.h"
 #include "settings/longnumber.h"
+#include "settings/random.h"
 #include "settings/timeunits.h"
 #include "settings/typetext.h"
