@@ -8,6 +8,7 @@
 #include "platform/kestrin.h"
 #include "platform/log.h"
 #include "settings/bitvector.h"
+#include "settings/brel.h"
 #include "settings/cstr.h"
 #include "settings/decconverter.h"
 #include "settings/longnumber.h"

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "settings/brel.h"
 #include "settings/random.h"
 
 long long g_simRes = 1000;
@@ -54,6 +55,17 @@ IStimulus *CreateRandomStimulus(const SCreation &creation)
     return HandOut(stimulus, stimulus->Initialize(creation.formula, creation.startTime, g_simRes, creation.scalarInfo));
 }
 
+// What stands behind the keyword becomes a plain formula.
+IStimulus *CreateBrelStimulus(const SCreation &creation)
+{
+    SimpleString::CStr formula;
+    if (!ExpandBrelFormula(creation.behindKeyword, formula))
+        return nullptr;
+    SCreation plain = creation;
+    plain.formula = formula;
+    return CreatePlainStimulus(plain);
+}
+
 // The kinds of formula that a keyword names, in the order in which the keywords are looked for: the first one that
 // stands anywhere in the formula decides.
 struct SKeyword {
@@ -63,6 +75,7 @@ struct SKeyword {
 
 constexpr SKeyword Keywords[] = {
     {"\\random", CreateRandomStimulus},
+    {"/brel", CreateBrelStimulus},
 };
 
 std::string LowerCase(std::string_view text)
