@@ -9,6 +9,7 @@
 #include "platform/log.h"
 #include "settings/bitvector.h"
 #include "settings/brel.h"
+#include "settings/counter.h"
 #include "settings/cstr.h"
 #include "settings/decconverter.h"
 #include "settings/longnumber.h"

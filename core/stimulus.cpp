@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "settings/brel.h"
+#include "settings/counter.h"
 #include "settings/random.h"
 
 long long g_simRes = 1000;
@@ -49,6 +50,12 @@ IStimulus *CreatePlainStimulus(const SCreation &creation)
     return reinterpret_cast<IStimulus *>(reinterpret_cast<char *>(static_cast<IStimulus *>(stimulus)) + isWide);
 }
 
+IStimulus *CreateCounterStimulus(const SCreation &creation)
+{
+    CCounterStimulus *stimulus = new CCounterStimulus;
+    return HandOut(stimulus, stimulus->Initialize(creation.formula, creation.startTime));
+}
+
 IStimulus *CreateRandomStimulus(const SCreation &creation)
 {
     tesk::CRandomStimulus *stimulus = new tesk::CRandomStimulus;
@@ -74,6 +81,7 @@ struct SKeyword {
 };
 
 constexpr SKeyword Keywords[] = {
+    {"\\counter", CreateCounterStimulus},
     {"\\random", CreateRandomStimulus},
     {"/brel", CreateBrelStimulus},
 };

@@ -1,6 +1,7 @@
 #include "settings/randomstate.h"
 
 #include <climits>
+#include <string>
 
 #include "settings/distributions.h"
 #include "settings/wrap.h"
@@ -25,9 +26,7 @@ SimpleString::CStr LetterText(const tesk::CSimpleScalarInfo &scalarInfo, int num
 
 SimpleString::CStr DecimalText(int number)
 {
-    SimpleString::CStr text;
-    text.Format("%d", number);
-    return text;
+    return std::to_string(number).c_str();
 }
 
 }  // namespace
@@ -141,11 +140,8 @@ int CreateRandomWires(const char *formula, int length, long long resolution, std
     auto state = std::make_unique<CRandomState>(handle, length, wholeValue, scalarInfo, startTime);
     if (!state->Initialize(formula, resolution))
         return -1;
-    SimpleString::CStr wireFormula;
-    for (int wire = 0; wire < length; ++wire) {
-        wireFormula.Format("\\random\\wire\\%d\\%d", wire, handle);
-        wires.push_back(wireFormula);
-    }
+    for (int wire = 0; wire < length; ++wire)
+        wires.emplace_back(("\\random\\wire\\" + std::to_string(wire) + "\\" + std::to_string(handle)).c_str());
     RandomRegistry().emplace(handle, state.release());
     return handle;
 }
