@@ -1,6 +1,7 @@
 // Everything that libtesk exports.
 #pragma once
 
+#include "core/fileformulaargs.h"
 #include "core/scalarinfo.h"
 #include "core/stimiterator.h"
 #include "core/stimulus.h"
@@ -9,10 +10,13 @@
 #include "platform/log.h"
 #include "settings/bitvector.h"
 #include "settings/brel.h"
+#include "settings/clock.h"
 #include "settings/counter.h"
 #include "settings/cstr.h"
 #include "settings/decconverter.h"
 #include "settings/longnumber.h"
 #include "settings/random.h"
+#include "settings/stimstate.h"
+#include "settings/stiparser.h"
 #include "settings/timeunits.h"
 #include "settings/typetext.h"

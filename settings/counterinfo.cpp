@@ -7,7 +7,7 @@
 
 #include "platform/crt.h"
 #include "settings/counter.h"
-#include "settings/fields.h"
+#include "settings/formulafields.h"
 #include "settings/longnumber.h"
 #include "settings/timeunits.h"
 #include "settings/wrap.h"
@@ -181,7 +181,7 @@ bool CCounterStimulusInfo::GenerateFormula(char *buffer, unsigned size) const
 
 bool CCounterStimulusInfo::FromFormula(const char *text)
 {
-    const std::vector<std::string> fields = SplitFields(Unquote(text != nullptr ? text : ""));
+    const std::vector<std::string> fields = FormulaFields(Unquote(text != nullptr ? text : ""));
     if (fields.empty() || _stricmp(fields[0].c_str(), "counter") != 0)
         return false;
     std::size_t field = 1;

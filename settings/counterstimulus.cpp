@@ -6,7 +6,7 @@
 #include "platform/kestrin.h"
 #include "settings/counter.h"
 #include "settings/counterstate.h"
-#include "settings/fields.h"
+#include "settings/formulafields.h"
 #include "settings/wrap.h"
 
 namespace {
@@ -18,7 +18,7 @@ std::string WireForm(int wire, int handle)
 
 bool ReadWireForm(std::string_view formula, int &wire, int &handle)
 {
-    const std::vector<std::string> fields = tesk::SplitFields(formula);
+    const std::vector<std::string> fields = tesk::FormulaFields(formula);
     constexpr const char *Keywords[] = {"counter", "wire", nullptr, "handle", nullptr};
     for (std::size_t i = 0; i < std::size(Keywords); ++i) {
         if (i >= fields.size() || (Keywords[i] != nullptr && _stricmp(fields[i].c_str(), Keywords[i]) != 0))

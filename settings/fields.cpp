@@ -4,22 +4,14 @@
 
 namespace tesk {
 
-std::string_view Unquote(std::string_view text)
+std::optional<std::string_view> TakeField(std::string_view &rest, char separator)
 {
-    const bool isQuoted = text.size() >= 2 && text.front() == '"' && text.back() == '"';
-    return isQuoted ? text.substr(1, text.size() - 2) : text;
-}
-
-std::vector<std::string> SplitFields(std::string_view text)
-{
-    std::vector<std::string> fields;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find('\\'), text.size());
-        if (end > 0)
-            fields.emplace_back(text.substr(0, end));
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
-    return fields;
+    rest.remove_prefix(std::min(rest.find_first_not_of(separator), rest.size()));
+    if (rest.empty())
+        return std::nullopt;
+    const std::string_view field = rest.substr(0, rest.find(separator));
+    rest.remove_prefix(std::min(field.size() + 1, rest.size()));
+    return field;
 }
 
 }  // namespace tesk

@@ -1,16 +1,14 @@
-// The fields of a settings formula, "\name\value\name\value". Internal.
+// Fields of a settings text, cut at a separator. Internal.
 #pragma once
 
-#include <string>
+#include <optional>
 #include <string_view>
-#include <vector>
 
 namespace tesk {
 
-/// Without the double quotes around it; a text that does not both start and end with one stays as it is.
-std::string_view Unquote(std::string_view text);
-
-/// The pieces between backslashes. A run of them separates as one does, so there are no empty fields.
-std::vector<std::string> SplitFields(std::string_view text);
+/// Takes the next field off the front of `rest`, and the separator behind it. Separators in a row count as one and
+/// leading ones are skipped, so empty fields do not exist.
+/// @return a view into the text; nothing if only separators are left, `rest` is then empty
+std::optional<std::string_view> TakeField(std::string_view &rest, char separator);
 
 }  // namespace tesk

@@ -3,7 +3,7 @@
 #include <string_view>
 #include <vector>
 
-#include "settings/fields.h"
+#include "settings/formulafields.h"
 #include "settings/random.h"
 #include "settings/timeunits.h"
 #include "settings/wrap.h"
@@ -197,7 +197,7 @@ bool CRandomStimulusInfo::InitializeFromInternalFormula(const char *text)
 {
     m_errorStatus = BadText;
     const std::string_view body = BehindKeyword(text);
-    std::vector<std::string> fields = SplitFields(body);
+    std::vector<std::string> fields = FormulaFields(body);
     const int kind = fields.empty() ? KindNone : ReadInt(fields[0].c_str());
     if (kind < KindUniform || kind > KindRandom)
         return false;

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "platform/crt.h"
-#include "settings/fields.h"
+#include "settings/formulafields.h"
 #include "settings/random.h"
 #include "settings/randomstate.h"
 #include "settings/wrap.h"
@@ -21,7 +21,7 @@ struct SWireForm {
 
 bool ReadWireForm(std::string_view formula, SWireForm &form)
 {
-    const std::vector<std::string> fields = SplitFields(formula.substr(std::min<std::size_t>(1, formula.size())));
+    const std::vector<std::string> fields = FormulaFields(formula.substr(std::min<std::size_t>(1, formula.size())));
     if (fields.size() < 4 || _stricmp(fields[1].c_str(), "wire") != 0)
         return false;
     form = {ReadInt(fields[2].c_str()), ReadInt(fields[3].c_str())};

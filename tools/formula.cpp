@@ -3,20 +3,9 @@
 #include <string_view>
 
 #include "core/tokenizer.h"
+#include "tools/quote.h"
 
 namespace {
-
-constexpr std::size_t LongestQuote = 60;
-
-// A text for a message: on one line, and not longer than a reader needs to find it.
-std::string Quote(std::string text)
-{
-    for (char &c : text)
-        c = c >= ' ' && c < 0x7F ? c : '?';
-    if (text.size() > LongestQuote)
-        text = text.substr(0, LongestQuote) + "...";
-    return '"' + text + '"';
-}
 
 bool IsReadable(const std::string &chunk, long long start)
 {
@@ -56,8 +45,8 @@ StimulusPtr CreateStimulus(const std::string &formula, long long start, long lon
                    "; write VALUE TIME parts with commas between, such as \"1 10ns, 0 20ns -r 30ns\"");
 }
 
-void AddTimeOptions(CLI::App &command, std::string &resolution, std::string &start)
+void AddTimeOptions(CCommand &command, std::string &resolution, std::string &start)
 {
-    command.add_option("--res", resolution, "Simulator resolution (default 1ps)")->type_name("TIME");
-    command.add_option("--start", start, "When the stimulator is applied (default 0)")->type_name("TIME");
+    command.Option("--res", resolution, "TIME", "Simulator resolution (default 1ps)");
+    command.Option("--start", start, "TIME", "When the stimulator is applied (default 0)");
 }

@@ -20,7 +20,7 @@ struct SPlayOptions {
     std::string until;
     std::string format;
     std::string output;
-    int width = 0;
+    long long width = 0;
 };
 
 using CWriter = void (*)(std::ostream &out, const SWaveform &waveform, int width);
@@ -53,30 +53,29 @@ SWaveform PlayFormula(const SPlayOptions &options)
     return waveform;
 }
 
-void Play(const SPlayOptions &options)
+int Play(const SPlayOptions &options)
 {
     const std::string format = !options.format.empty() ? options.format : IsTerminal() ? "table" : "csv";
     const SWaveform waveform = PlayFormula(options);
-    WriteOutput(options.output, [&](std::ostream &out) { Writers.at(format)(out, waveform, options.width); });
+    WriteOutput(options.output,
+                [&](std::ostream &out) { Writers.at(format)(out, waveform, static_cast<int>(options.width)); });
+    return 0;
 }
 
 }  // namespace
 
-void AddPlayCommand(CLI::App &app)
+void AddPlayCommand(CCommandLine &commandLine)
 {
-    CLI::App *command = app.add_subcommand("play", "Walk a stimulus and write its changes");
+    CCommand command = commandLine.Add("play", "Walk a stimulus and write its changes");
     const auto options = std::make_shared<SPlayOptions>();
-    command->add_option("formula", options->formula, "What to play")->required();
-    AddTimeOptions(*command, options->resolution, options->start);
-    command
-        ->add_option("--until", options->until,
-                     "Where to end (default: where the stimulator ends, else after 40 changes)")
-        ->type_name("TIME");
-    command->add_option("--format", options->format, "Default: table on a terminal, csv elsewhere")
-        ->check(CLI::IsMember({"table", "csv", "json", "vcd", "svg", "wave"}));
-    command->add_option("-o,--output", options->output, "Write to a file, whole or not at all")->type_name("FILE");
-    command->add_option("--width", options->width, "Of a picture, in pixels (svg) or columns (wave)")
-        ->check(CLI::Range(40, 100000));
-    command->footer("Example: tesk play \"1 10ns, 0 20ns -r 30ns -cancel 100ns\" --format wave");
-    command->callback([options] { Play(*options); });
+    command.Argument("formula", options->formula, "What to play");
+    AddTimeOptions(command, options->resolution, options->start);
+    command.Option("--until", options->until, "TIME",
+                   "Where to end (default: where the stimulator ends, else after 40 changes)");
+    command.Choice("--format", options->format, {"table", "csv", "json", "vcd", "svg", "wave"},
+                   "Default: table on a terminal, csv elsewhere");
+    command.Option("-o,--output", options->output, "FILE", "Write to a file, whole or not at all");
+    command.Number("--width", options->width, 40, 100000, "Of a picture, in pixels (svg) or columns (wave)");
+    command.Footer("Example: tesk play \"1 10ns, 0 20ns -r 30ns -cancel 100ns\" --format wave");
+    command.Action([options] { return Play(*options); });
 }

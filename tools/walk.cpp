@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "tools/commands.h"
+#include "tools/commandline.h"
 
 namespace {
 
