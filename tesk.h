@@ -1,8 +1,11 @@
 // Everything that libtesk exports.
 #pragma once
 
+#include "core/basedliteral.h"
 #include "core/fileformulaargs.h"
+#include "core/formulaparser.h"
 #include "core/scalarinfo.h"
+#include "core/simpleformulaparser.h"
 #include "core/stimiterator.h"
 #include "core/stimulus.h"
 #include "core/tokenizer.h"
