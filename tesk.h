@@ -2,6 +2,11 @@
 #pragma once
 
 #include "core/stimulus.h"
+#include "platform/felvarbase.h"
 #include "platform/log.h"
+#include "platform/tarn.h"
 #include "settings/cstr.h"
 #include "settings/timeunits.h"
+#include "signal/signal.h"
+#include "signal/unknown.h"
+#include "signal/wave.h"
