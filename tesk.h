@@ -1,8 +1,10 @@
 // Everything that libtesk exports.
 #pragma once
 
+#include "core/stimiterator.h"
 #include "core/stimulus.h"
 #include "platform/felvarbase.h"
+#include "core/tokenizer.h"
 #include "platform/log.h"
 #include "platform/tarn.h"
 #include "settings/cstr.h"

@@ -24,7 +24,7 @@ struct SRecord {
     unsigned char flags;
 };
 
-struct SVirtualRecord {
+struct SVirtualRecord final {
     SVirtualRecord(long long t, std::uint32_t v, unsigned char f) : time(t), value(v), flags(f) {}
     virtual long long GetTime() const { return time; }
 
