@@ -1,8 +1,11 @@
 // Everything that libtesk exports.
 #pragma once
 
+#include "core/stimiterator.h"
 #include "core/stimulus.h"
+#include "core/tokenizer.h"
 #include "platform/felvarbase.h"
+#include "platform/kestrin.h"
 #include "platform/log.h"
 #include "platform/tarn.h"
 #include "settings/cstr.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <memory>
-#include <string_view>
+#include <string>
 #include <vector>
 
 #include "platform/export.h"
@@ -113,6 +113,8 @@ protected:
 class TESK_API CSimpleStimulus : public ISimpleStimulus {
 public:
     CSimpleStimulus();
+    CSimpleStimulus(const CSimpleStimulus &) = default;
+    CSimpleStimulus &operator=(const CSimpleStimulus &) = default;
 
     /// Fills a new event.
     /// @param width         for based literals: bits of the value, -1 for as many as its digits have
@@ -129,6 +131,8 @@ public:
     long long GetTime() const override;
     void GetTimeString(SimpleString::CStr &text) const override;
 
+    virtual ~CSimpleStimulus() = default;
+
 protected:
     friend class CStimulus;
 
@@ -136,6 +140,8 @@ protected:
     static constexpr unsigned HasTime = 2;   // the formula wrote a time
 
     bool IsAbsolute() const { return (m_flags & Absolute) != 0; }
+    bool HasWrittenTime() const { return (m_flags & HasTime) != 0; }
+    std::string TimeText() const;
     void SetFlag(unsigned flag, bool on);
 
     long long m_binaryValue = 0;
@@ -200,14 +206,18 @@ private:
     };
     using CTimeIndex = std::vector<SIndexEntry>;
 
+    enum class EDirection { Backward, Forward };
+
     void MoveRelativeEventsToOffset();
     void BuildIndex();
+    static const SIndexEntry *FindNearest(const CTimeIndex &index, long long time, EDirection direction);
     long long Base() const;
     bool IsCancelledAt(long long time) const;
     const CSimpleStimulus *FindEvent(long long time) const;
-    long long NextAbsoluteTime(long long time) const;
-    long long NextRelativeTime(long long time);
-    long long NextRelativeTimeByWrapping();
+    static long long Nearer(long long absolute, long long relative);
+    long long NextAbsoluteTime(long long from) const;
+    long long NextRelativeTime(long long from);
+    long long FirstOfNextPeriod();
     void AppendEventText(CSimpleStimulus &event, std::string &text);
 
     std::vector<std::unique_ptr<CSimpleStimulus>> m_events;  // in the order of the formula

@@ -298,6 +298,30 @@ long long STimeValue::GetInDisplayUnit() const
     return tesk::TruncateToInt64(tesk::ChangeTime(static_cast<double>(m_value), m_unit, m_displayUnit));
 }
 
+namespace tesk {
+
+namespace {
+
+std::string DisplayUnitName(const STimeValue &time)
+{
+    const char *name = UnitNameFromID(time.m_displayUnit);
+    return name != nullptr ? name : "";
+}
+
+}  // namespace
+
+std::string DisplayText(const STimeValue &time)
+{
+    return std::to_string(time.GetInDisplayUnit()) + DisplayUnitName(time);
+}
+
+std::string DisplayTextUnsigned(const STimeValue &time)
+{
+    return std::to_string(static_cast<unsigned long long>(time.GetInDisplayUnit())) + DisplayUnitName(time);
+}
+
+}  // namespace tesk
+
 bool ParseTimeArgument(const char *text, long long resolution, STimeValue &out, int defaultUnit)
 {
     if (text == nullptr || *text == 0)

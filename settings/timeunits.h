@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "platform/export.h"
 
@@ -80,6 +81,16 @@ struct TESK_API STimeValue {
     /// The time as a whole number of `m_displayUnit`, truncated; -1 for an unknown display unit.
     long long GetInDisplayUnit() const;
 };
+
+namespace tesk {
+
+/// A time as formulas show it: its whole number of display units and, at once, the unit's name. Internal.
+std::string DisplayText(const STimeValue &time);
+
+/// As `DisplayText`; a negative number is written as its unsigned 64-bit pattern. Internal.
+std::string DisplayTextUnsigned(const STimeValue &time);
+
+}  // namespace tesk
 
 /// Reads a time argument of a formula.
 /// @param resolution   femtoseconds per tick

@@ -1,0 +1,109 @@
+#include "core/tokenizer.h"
+
+#include <algorithm>
+
+namespace {
+
+bool IsEmptySet(const char *set)
+{
+    return set == nullptr || *set == 0;
+}
+
+void SkipAny(std::string_view &rest, std::string_view set)
+{
+    rest.remove_prefix(std::min(rest.find_first_not_of(set), rest.size()));
+}
+
+// Length of the group at the start of `text`, its closer included. A quote closes before it could open again.
+std::size_t GroupLength(std::string_view text, char closer)
+{
+    std::size_t depth = 1;
+    for (std::size_t i = 1; i < text.size(); ++i) {
+        if (text[i] == closer) {
+            if (--depth == 0)
+                return i + 1;
+        } else if (text[i] == text.front()) {
+            ++depth;
+        }
+    }
+    return text.size();
+}
+
+SimpleString::CStr ToCStr(std::string_view text)
+{
+    return SimpleString::CStr(text.data(), static_cast<unsigned>(text.size()));
+}
+
+std::string_view ToView(const SimpleString::CStr &text)
+{
+    return std::string_view(text, static_cast<std::size_t>(text.GetLength()));
+}
+
+// What `rest` left of `text` becomes the whole of it.
+void KeepRest(SimpleString::CStr &text, std::string_view rest)
+{
+    text = text.Mid(text.GetLength() - static_cast<int>(rest.size()));
+}
+
+}  // namespace
+
+std::string_view TakeToken(std::string_view &rest, const char *open, const char *close, const char *blanks)
+{
+    if (!IsEmptySet(blanks))
+        SkipAny(rest, blanks);
+    if (rest.empty() || IsEmptySet(open) || IsEmptySet(close) || IsEmptySet(blanks))
+        return {};
+    const std::string_view closers = close;
+    const std::size_t group = std::string_view(open).find(rest.front());
+    const std::size_t length =
+        group < closers.size() ? GroupLength(rest, closers[group]) : std::min(rest.find_first_of(blanks), rest.size());
+    const std::string_view token = rest.substr(0, length);
+    rest.remove_prefix(length);
+    return token;
+}
+
+std::string TakeChunk(std::string_view &rest, const char *stop, const char *open, const char *close, const char *blanks,
+                      EJoin join)
+{
+    const std::string_view stops = stop != nullptr ? stop : "";
+    const std::string all = std::string(stops) + (blanks != nullptr ? blanks : "");
+    std::string chunk;
+    bool isFirst = true;
+    while (!rest.empty() && stops.find(rest.front()) == std::string_view::npos) {
+        const std::size_t before = rest.size();
+        const std::string_view token = TakeToken(rest, open, close, all.c_str());
+        if (rest.size() == before)
+            break;  // without brackets or blanks to go by there is no token
+        if (join == EJoin::BetweenTokens && !isFirst && !IsEmptySet(blanks))
+            chunk += *blanks;
+        chunk += token;
+        if (join == EJoin::BehindEveryToken && !IsEmptySet(blanks))
+            chunk += *blanks;
+        isFirst = false;
+    }
+    SkipAny(rest, stops);
+    return chunk;
+}
+
+SimpleString::CStr NextToken(SimpleString::CStr &text, const char *open, const char *close, const char *blanks)
+{
+    std::string_view rest = ToView(text);
+    const SimpleString::CStr token = ToCStr(TakeToken(rest, open, close, blanks));
+    KeepRest(text, rest);
+    return token;
+}
+
+SimpleString::CStr PeekToken(const SimpleString::CStr &text, const char *open, const char *close, const char *blanks)
+{
+    std::string_view rest = ToView(text);
+    return ToCStr(TakeToken(rest, open, close, blanks));
+}
+
+SimpleString::CStr SplitChunk(SimpleString::CStr &text, const char *stop, const char *open, const char *close,
+                              const char *blanks, EJoin join)
+{
+    std::string_view rest = ToView(text);
+    const SimpleString::CStr chunk = ToCStr(TakeChunk(rest, stop, open, close, blanks, join));
+    KeepRest(text, rest);
+    return chunk;
+}
