@@ -10,6 +10,7 @@
 #include "platform/tarn.h"
 #include "settings/cstr.h"
 #include "settings/timeunits.h"
+#include "settings/typetext.h"
 #include "signal/signal.h"
 #include "signal/unknown.h"
 #include "signal/wave.h"
