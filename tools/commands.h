@@ -13,3 +13,5 @@ public:
 };
 
 // Each adds its command, with its options, help and an example, to the tool.
+void AddCheckCommand(CLI::App &app);
+void AddPlayCommand(CLI::App &app);

@@ -13,11 +13,18 @@ int Run(int argc, char **argv)
 {
     CLI::App app("Stimulators for VHDL and Verilog simulation.", "tesk");
     app.require_subcommand(1);
+    AddPlayCommand(app);
+    AddCheckCommand(app);
     app.set_help_all_flag("--help-all", "Print the help of every command and exit");
     try {
         app.parse(argc, argv);
+    } catch (const CLI::RuntimeError &status) {
+        return status.get_exit_code();
     } catch (const CLI::ParseError &error) {
-        return app.exit(error) == 0 ? 0 : WrongUsage;
+        if (error.get_exit_code() == 0)
+            return app.exit(error);  // help was asked for
+        std::fprintf(stderr, "tesk: %s\n", error.what());
+        return WrongUsage;
     }
     return 0;
 }
