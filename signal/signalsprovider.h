@@ -60,6 +60,12 @@ public:
 private:
     using CNames = std::multimap<CNameKey, ISignal *, SNameLess>;
 
+    std::vector<ISignal *>::iterator Place(ISignal *signal);
+    CNames::const_iterator FirstNamed(const char *name) const;
+    void EnterManager(ISignal &signal);
+    void LeaveManager(ISignal &signal);
+    void GiveUp(ISignal &signal, bool isNamed);
+
     std::vector<ISignal *> m_signals;           // one reference each
     CNames m_names;                             // no references
     IHandleManager *m_handleManager = nullptr;  // no reference
