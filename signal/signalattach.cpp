@@ -3,19 +3,6 @@
 #include "settings/wrap.h"
 #include "signal/limits.h"
 #include "signal/signalimp.h"
-#include "signal/signalwalk.h"
-
-namespace {
-
-void LeaveManager(ISignal &signal, IHandleManager &manager)
-{
-    if (signal.GetChildren() == nullptr)
-        manager.Remove(&signal);
-    else
-        ForEachChild(signal, [&manager](ISignal &child) { LeaveManager(child, manager); });
-}
-
-}  // namespace
 
 // `addChild(ISignalContainer &, int)` adds one element. Deliberate: any failure fails the whole signal.
 template <typename AddChild>
@@ -26,12 +13,9 @@ bool CSignalImp::AttachChildren(ISignalContainer &container, int elements, AddCh
     TReference<ISignalContainer> children;
     if (elements > MaxSignals || CreateChildContainer(container, children) < 0)
         return false;
-    for (int i = 0; i < elements; ++i) {
-        if (addChild(*children, i) < 0) {
-            DropChildren(std::move(children));
+    for (int i = 0; i < elements; ++i)
+        if (addChild(*children, i) < 0)
             return false;
-        }
-    }
     TakeChildren(std::move(children));
     return true;
 }
@@ -88,20 +72,7 @@ void CSignalImp::TakeChildren(TReference<ISignalContainer> children)
 {
     m_wave.reset();
     SetFlag(WaveShared, false);
-    DropChildren(std::move(m_children));
     m_children = std::move(children);
-}
-
-// The handle manager keeps plain pointers and may outlive the container: the leaves leave it before they end.
-void CSignalImp::DropChildren(TReference<ISignalContainer> children)
-{
-    IHandleManager *manager = nullptr;
-    if (children == nullptr || children->GetHandleManager(&manager) < 0)
-        return;
-    const TReference<IHandleManager> held(manager);
-    ISignal *child = nullptr;
-    for (unsigned i = 0; children->GetAt(i, &child) >= 0; ++i)
-        LeaveManager(*child, *manager);
 }
 
 void CSignalImp::FinishLoading(ISignalContainer &container)

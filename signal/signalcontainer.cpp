@@ -31,7 +31,7 @@ long CSignalContainerImp::Find(const char *name, ISignal **out)
     if (name == nullptr || out == nullptr)
         return E_FAIL;
     const std::size_t split = FindChildName(name);
-    const std::string key = std::string_view(name).substr(0, split);
+    const std::string key(std::string_view(name).substr(0, split));
     ISignal *signal = nullptr;
     if (m_provider.FindByName(key.c_str(), &signal) < 0)
         return E_FAIL;

@@ -107,7 +107,6 @@ private:
     bool AttachChildren(ISignalContainer &container, int elements, AddChild addChild);
     static long CreateChildContainer(ISignalContainer &container, TReference<ISignalContainer> &children);
     void TakeChildren(TReference<ISignalContainer> children);
-    static void DropChildren(TReference<ISignalContainer> children);
     void FinishLoading(ISignalContainer &container);
     void EnterContainer(ISignalContainer &container);
 

@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
-#include <utility>
 
 #include "platform/crt.h"
 #include "signal/limits.h"
@@ -147,7 +146,7 @@ long CSignalImp::BuildWave(const Kestrin::KTypeInfo &type)
         return S_OK;
     const long result = MakeOwnWave(size);
     if (result >= 0)
-        DropChildren(std::move(m_children));
+        m_children.reset();
     return result;
 }
 
