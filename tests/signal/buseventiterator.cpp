@@ -75,7 +75,7 @@ TEST(CreateBusEventIterator, WantsASignalWithChildren)
     IBusEventIterator *iterator = nullptr;
     EXPECT_EQ(CreateBusEventIterator(nullptr, &iterator), E_INVALIDARG);
     EXPECT_EQ(CreateBusEventIterator(NewFake("leaf").get(), &iterator), E_INVALIDARG);
-    EXPECT_EQ(CreateBusEventIterator(NewSignalOf("e#9#std_logicc9 UX01ZWLH-").get(), &iterator), E_INVALIDARG);
+    EXPECT_EQ(CreateBusEventIterator(MakeSignal(StdLogicType).get(), &iterator), E_INVALIDARG);
     EXPECT_EQ(iterator, nullptr);
     EXPECT_EQ(CreateBusEventIterator(NewFakeBus("bus", {}).get(), nullptr), E_INVALIDARG);
 }
@@ -299,7 +299,7 @@ TEST(BusEvent, CopiesAValueOnlyIntoABufferThatIsLargeEnough)
 
 TEST(BusEvent, AddsUpTheValueSizes)
 {
-    const TReference<ISignal> vector = NewSignalOf("a#15#mem(2 downto 0)1 ricd2 0 e#9#std_logicc9 UX01ZWLH-");
+    const TReference<ISignal> vector = MakeSignal(VectorType(3));
     ASSERT_NE(vector, nullptr);
     EXPECT_EQ(BusOf(*vector)->GetTotalValueSize(), 12u);
 
@@ -349,8 +349,8 @@ TEST(BusEvent, CountsAsMarkedWhereNoEventHasItsTime)
 
 TEST(BusEventIterator, WalksARealSignalWhoseLeavesShareAWave)
 {
-    const TReference<ISignalContainer> container = NewContainer();
-    const TReference<ISignal> vector = NewSignalOf("a#13#v(1 downto 0)1 ricd1 0 e#9#std_logicc9 UX01ZWLH-");
+    const TReference<ISignalContainer> container = MakeContainer();
+    const TReference<ISignal> vector = MakeSignal(VectorType(2));
     ASSERT_NE(vector, nullptr);
     vector->SetName("v");
     container->Add(vector.get());

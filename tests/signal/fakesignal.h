@@ -1,7 +1,7 @@
 // A signal that a host might have written, for tests of what keeps signals: nothing but fields.
 #pragma once
 
-#include "reference.h"
+#include "signaltools.h"
 
 class CFakeSignal final : public TComponent<ISignal, IID_ISignal> {
 public:
@@ -103,7 +103,7 @@ inline FakePtr NewFakeBus(const char *name, const std::vector<CFakeSignal *> &ch
 {
     FakePtr bus = NewFake(name);
     bus->m_wave.reset();
-    bus->m_children = NewContainer();
+    bus->m_children = MakeContainer();
     for (CFakeSignal *child : children)
         bus->m_children->Add(child);
     return bus;

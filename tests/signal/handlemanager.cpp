@@ -28,7 +28,7 @@ std::vector<ISignal *> Signals(IHandleManager &manager, int handle)
 
 TEST(HandleManager, IsEmptyAtStart)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     EXPECT_EQ(ReferencesTo(*manager), 1u);
     EXPECT_EQ(manager->GetNextHandle(), -1);
     EXPECT_EQ(manager->GetNextSignal(), nullptr);
@@ -39,7 +39,7 @@ TEST(HandleManager, IsEmptyAtStart)
 
 TEST(HandleManager, WalksHandlesInRisingOrder)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     std::vector<FakePtr> signals;
     for (const int handle : {7, -2, 0, 2147483647, 3, -2147483647 - 1}) {
         signals.push_back(NewFake("s", handle));
@@ -51,7 +51,7 @@ TEST(HandleManager, WalksHandlesInRisingOrder)
 
 TEST(HandleManager, WalksTheSignalsOfAHandleInOrderOfArrival)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     const FakePtr b = NewFake("b", 7), a = NewFake("a", 7), other = NewFake("other", 8);
     for (CFakeSignal *signal : {b.get(), a.get(), other.get()})
         manager->Add(signal);
@@ -62,7 +62,7 @@ TEST(HandleManager, WalksTheSignalsOfAHandleInOrderOfArrival)
 
 TEST(HandleManager, KeepsASignalOnceButAnswersSuccessAgain)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     const FakePtr signal = NewFake("s", 7);
     EXPECT_EQ(manager->Add(signal.get()), S_OK);
     EXPECT_EQ(manager->Add(signal.get()), S_OK);
@@ -71,12 +71,12 @@ TEST(HandleManager, KeepsASignalOnceButAnswersSuccessAgain)
 
 TEST(HandleManager, RefusesASignalWithoutHandleOrWave)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     EXPECT_EQ(manager->Add(NewFake("s", -1).get()), E_INVALIDARG);
     const FakePtr withoutWave = NewFake("s", 7);
     withoutWave->m_wave.reset();
     EXPECT_EQ(manager->Add(withoutWave.get()), E_INVALIDARG);
-    const TReference<ISignal> array = NewSignalOf("a#13#b(1 downto 0)1 ricd1 0 e#3#bitc2 01");
+    const TReference<ISignal> array = MakeSignal(VectorType(2));
     ASSERT_NE(array, nullptr);
     array->SetHandle(7);
     EXPECT_EQ(manager->Add(array.get()), E_INVALIDARG);
@@ -86,7 +86,7 @@ TEST(HandleManager, RefusesASignalWithoutHandleOrWave)
 
 TEST(HandleManager, HoldsNoReferences)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     const FakePtr signal = NewFake("s", 7);
     manager->Add(signal.get());
     EXPECT_EQ(ReferencesTo(*signal), 1u);
@@ -94,18 +94,18 @@ TEST(HandleManager, HoldsNoReferences)
 
 TEST(HandleManager, MayEndBeforeAndAfterItsSignals)
 {
-    TReference<IHandleManager> manager = NewManager();
+    TReference<IHandleManager> manager = MakeManager();
     FakePtr signal = NewFake("s", 7);
     manager->Add(signal.get());
     manager.reset();
-    manager = NewManager();
+    manager = MakeManager();
     manager->Add(signal.get());
     signal.reset();
 }
 
 TEST(HandleManager, RemovesASignalAndMovesTheLaterOnesDown)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     const FakePtr a = NewFake("a", 7), b = NewFake("b", 7), c = NewFake("c", 7);
     for (CFakeSignal *signal : {a.get(), b.get(), c.get()})
         manager->Add(signal);
@@ -116,7 +116,7 @@ TEST(HandleManager, RemovesASignalAndMovesTheLaterOnesDown)
 
 TEST(HandleManager, DropsAHandleWithItsLastSignal)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     const FakePtr a = NewFake("a", 7), b = NewFake("b", 8);
     manager->Add(a.get());
     manager->Add(b.get());
@@ -128,7 +128,7 @@ TEST(HandleManager, DropsAHandleWithItsLastSignal)
 
 TEST(HandleManager, LooksASignalUpUnderTheHandleItHasNow)  // deliberate
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     const FakePtr signal = NewFake("s", 7);
     manager->Add(signal.get());
     signal->SetHandle(-1);
@@ -144,7 +144,7 @@ TEST(HandleManager, LooksASignalUpUnderTheHandleItHasNow)  // deliberate
 
 TEST(HandleManager, RemovesAHandleWithAllItsSignals)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     const FakePtr a = NewFake("a", 7), b = NewFake("b", 7);
     manager->Add(a.get());
     manager->Add(b.get());
@@ -156,7 +156,7 @@ TEST(HandleManager, RemovesAHandleWithAllItsSignals)
 
 TEST(HandleManager, ForgetsEverythingWhenCleared)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     const FakePtr a = NewFake("a", 7), b = NewFake("b", 8);
     manager->Add(a.get());
     manager->Add(b.get());
@@ -171,7 +171,7 @@ TEST(HandleManager, ForgetsEverythingWhenCleared)
 
 TEST(HandleManager, HasOneWalkOfEachKind)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     const FakePtr a = NewFake("a", 7), b = NewFake("b", 7), c = NewFake("c", 8);
     for (CFakeSignal *signal : {a.get(), b.get(), c.get()})
         manager->Add(signal);
@@ -188,7 +188,7 @@ TEST(HandleManager, HasOneWalkOfEachKind)
 
 TEST(HandleManager, LetsAHandleBeRemovedWhileHandlesAreWalked)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     std::vector<FakePtr> signals;
     for (const int handle : {1, 2, 3, 4}) {
         signals.push_back(NewFake("s", handle));
@@ -207,7 +207,7 @@ TEST(HandleManager, LetsAHandleBeRemovedWhileHandlesAreWalked)
 
 TEST(HandleManager, EndsAWalkOverSignalsThatAreChanged)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     std::vector<FakePtr> signals;
     for (int i = 0; i < 4; ++i)
         signals.push_back(NewFake("s", 7));
@@ -236,7 +236,7 @@ TEST(HandleManager, AgreesWithAPlainListOverRandomCalls)
     constexpr int Count = 12;
     std::mt19937 random(1);
     for (int round = 0; round < 200; ++round) {
-        const TReference<IHandleManager> manager = NewManager();
+        const TReference<IHandleManager> manager = MakeManager();
         std::vector<FakePtr> signals;
         for (int i = 0; i < Count; ++i)
             signals.push_back(NewFake("s", -1));

@@ -72,7 +72,7 @@ TEST(ListOfSignals, InsertsInFrontOfASignal)
 
 TEST(ListOfSignals, LeavesASignalAloneThatItCannotInsert)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     CList list(manager.get());
     const FakePtr stranger = NewFake("stranger"), signal = NewFake("s", 7), a = NewFake("a");
     EXPECT_EQ(list.InsertBefore(signal.get(), nullptr), E_INVALIDARG);
@@ -87,7 +87,7 @@ TEST(ListOfSignals, LeavesASignalAloneThatItCannotInsert)
 
 TEST(ListOfSignals, EntersSignalsInTheManager)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     CList list(manager.get());
     const FakePtr a = NewFake("a", 7), b = NewFake("b", 8), without = NewFake("without");
     EXPECT_EQ(list.Add(a.get()), S_OK);
@@ -100,7 +100,7 @@ TEST(ListOfSignals, EntersSignalsInTheManager)
 
 TEST(ListOfSignals, GivesItsManagerToTheChildrenOfANewSignal)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     CList list(manager.get());
     const FakePtr first = NewFakeBus("first", {}), second = NewFakeBus("second", {});
     list.Add(first.get());
@@ -115,7 +115,7 @@ TEST(ListOfSignals, GivesItsManagerToTheChildrenOfANewSignal)
 
 TEST(ListOfSignals, RemovesASignalFromEverything)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     CList list(manager.get());
     const FakePtr a = NewFake("a", 7), b = NewFake("b", 8);
     list.Add(a.get());
@@ -131,7 +131,7 @@ TEST(ListOfSignals, RemovesASignalFromEverything)
 
 TEST(ListOfSignals, TakesTheLeavesBelowARemovedSignalOutOfTheManager)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     CList list(manager.get());
     const FakePtr leaf = NewFake("leaf", 7), deepLeaf = NewFake("deep", 8);
     const FakePtr inner = NewFakeBus("inner", {deepLeaf.get()});
@@ -237,7 +237,7 @@ TEST(ListOfSignals, KeepsTheNameUnderWhichASignalWasEntered)
 
 TEST(ListOfSignals, ReplacesASignalInItsPlace)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     CList list(manager.get());
     const FakePtr a = NewFake("a", 1), old = NewFake("old", 7), c = NewFake("c", 3), fresh = NewFake("fresh", 9);
     for (CFakeSignal *signal : {a.get(), old.get(), c.get()})
@@ -252,7 +252,7 @@ TEST(ListOfSignals, ReplacesASignalInItsPlace)
 
 TEST(ListOfSignals, KeepsNameAndHandleOfAReplacedSignalThatLives)  // deliberate
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     CList list(manager.get());
     const FakePtr old = NewFake("old", 7), fresh = NewFake("fresh", 7);
     list.Add(old.get());
@@ -265,7 +265,7 @@ TEST(ListOfSignals, KeepsNameAndHandleOfAReplacedSignalThatLives)  // deliberate
 
 TEST(ListOfSignals, NeverLeadsToAReplacedSignalThatHasEnded)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     CList list(manager.get());
     FakePtr old = NewFake("old", 7);
     const FakePtr fresh = NewFake("fresh", 7);
@@ -318,7 +318,7 @@ TEST(ListOfSignals, MayHoldASignalTwice)
 
 TEST(ListOfSignals, ReleasesEverySignalWhenCleared)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     CList list(manager.get());
     const FakePtr held = NewFake("held", 7);
     list.Add(held.get());
@@ -331,7 +331,7 @@ TEST(ListOfSignals, ReleasesEverySignalWhenCleared)
 
 TEST(ListOfSignals, ClearsAManagerThatHasNoOtherOwner)
 {
-    const TReference<IHandleManager> manager = NewManager();  // this reference stands for the container's
+    const TReference<IHandleManager> manager = MakeManager();  // this reference stands for the container's
     CList list(manager.get());
     const FakePtr held = NewFake("held", 7), elsewhere = NewFake("elsewhere", 9);
     list.Add(held.get());
@@ -342,7 +342,7 @@ TEST(ListOfSignals, ClearsAManagerThatHasNoOtherOwner)
 
 TEST(ListOfSignals, LeavesAllEntriesInASharedManagerWhenCleared)  // deliberate
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     const TReference<IHandleManager> otherOwner = Share(manager.get());
     CList list(manager.get());
     const FakePtr held = NewFake("held", 7);
@@ -371,7 +371,7 @@ TEST(ListOfSignals, WorksWithoutAManager)
 
 TEST(ListOfSignals, PassesAManagerOnToAllChildrenButDoesNotKeepIt)
 {
-    const TReference<IHandleManager> manager = NewManager();
+    const TReference<IHandleManager> manager = MakeManager();
     CList list;
     const FakePtr inner = NewFakeBus("inner", {});
     const FakePtr bus = NewFakeBus("bus", {inner.get()}), leaf = NewFake("leaf", 7);
