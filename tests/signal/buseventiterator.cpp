@@ -4,7 +4,7 @@
 #include <random>
 #include <vector>
 
-#include "fakesignal.h"
+#include "signal/fakesignal.h"
 
 namespace {
 

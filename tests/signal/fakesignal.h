@@ -1,7 +1,7 @@
 // A signal that a host might have written, for tests of what keeps signals: nothing but fields.
 #pragma once
 
-#include "signaltools.h"
+#include "signal/signaltools.h"
 
 class CFakeSignal final : public TComponent<ISignal, IID_ISignal> {
 public:

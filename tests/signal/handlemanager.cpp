@@ -3,7 +3,7 @@
 #include <random>
 #include <vector>
 
-#include "fakesignal.h"
+#include "signal/fakesignal.h"
 
 namespace {
 

@@ -80,8 +80,9 @@ inline TReference<ISignalContainer> MakeContainer(IHandleManager *manager = null
 inline ISignal *AddNamed(ISignalContainer &container, const std::string &name, const std::string &type)
 {
     const TReference<ISignal> signal = MakeNamed(name, type);
-    container.Add(signal.get());
-    return signal.get();
+    ISignal *added = signal.get();
+    container.Add(added);
+    return added;
 }
 
 inline ISignal *ChildAt(ISignalContainer *container, unsigned index)
