@@ -1,6 +1,7 @@
 // Everything that libtesk exports.
 #pragma once
 
+#include "core/scalarinfo.h"
 #include "core/stimiterator.h"
 #include "core/stimulus.h"
 #include "core/tokenizer.h"
@@ -8,7 +9,10 @@
 #include "platform/kestrin.h"
 #include "platform/log.h"
 #include "platform/tarn.h"
+#include "settings/bitvector.h"
 #include "settings/cstr.h"
+#include "settings/decconverter.h"
+#include "settings/longnumber.h"
 #include "settings/timeunits.h"
 #include "settings/typetext.h"
 #include "signal/signal.h"

@@ -1,5 +1,6 @@
 #include <string>
 
+#include "core/basedliteral.h"
 #include "core/stimulus.h"
 
 CSimpleStimulus::CSimpleStimulus()
@@ -7,9 +8,11 @@ CSimpleStimulus::CSimpleStimulus()
     m_time.m_value = 0;  // unlike a time on its own, which starts at -1
 }
 
-bool CSimpleStimulus::Init(const SimpleString::CStr &value, const STimeValue &time, int, bool absolute, bool, bool)
+bool CSimpleStimulus::Init(const SimpleString::CStr &value, const STimeValue &time, int width, bool absolute,
+                           bool binaryValues, bool rawValues)
 {
-    m_value = value;
+    if (!binaryValues || rawValues || !ConvertBasedValue(value, 0, width, m_value, true))
+        m_value = value;
     m_time = time;
     SetFlag(Absolute, absolute);
     return !m_value.IsEmpty() && m_time.m_ticks >= 0;

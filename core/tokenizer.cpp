@@ -14,19 +14,26 @@ void SkipAny(std::string_view &rest, std::string_view set)
     rest.remove_prefix(std::min(rest.find_first_not_of(set), rest.size()));
 }
 
-// Length of the group at the start of `text`, its closer included. A quote closes before it could open again.
-std::size_t GroupLength(std::string_view text, char closer)
+// Where the group at the start of `text` closes, or its size. A quote closes before it could open again.
+std::size_t FindCloser(std::string_view text, char closer)
 {
     std::size_t depth = 1;
     for (std::size_t i = 1; i < text.size(); ++i) {
         if (text[i] == closer) {
             if (--depth == 0)
-                return i + 1;
+                return i;
         } else if (text[i] == text.front()) {
             ++depth;
         }
     }
     return text.size();
+}
+
+// The closer of a group that begins with `opener`, 0 if none does.
+char CloserOf(char opener, std::string_view open, std::string_view close)
+{
+    const std::size_t place = open.find(opener);
+    return place < close.size() ? close[place] : '\0';
 }
 
 SimpleString::CStr ToCStr(std::string_view text)
@@ -53,13 +60,17 @@ std::string_view TakeToken(std::string_view &rest, const char *open, const char 
         SkipAny(rest, blanks);
     if (rest.empty() || IsEmptySet(open) || IsEmptySet(close) || IsEmptySet(blanks))
         return {};
-    const std::string_view closers = close;
-    const std::size_t group = std::string_view(open).find(rest.front());
-    const std::size_t length =
-        group < closers.size() ? GroupLength(rest, closers[group]) : std::min(rest.find_first_of(blanks), rest.size());
-    const std::string_view token = rest.substr(0, length);
-    rest.remove_prefix(length);
+    const char closer = CloserOf(rest.front(), open, close);
+    const std::size_t end = closer != 0 ? FindCloser(rest, closer) + 1 : rest.find_first_of(blanks);
+    const std::string_view token = rest.substr(0, end);
+    rest.remove_prefix(token.size());
     return token;
+}
+
+std::string_view StripGroup(std::string_view text, const char *open, const char *close)
+{
+    const char closer = text.empty() ? '\0' : CloserOf(text.front(), open, close);
+    return closer != 0 ? text.substr(1, FindCloser(text, closer) - 1) : text;
 }
 
 std::string TakeChunk(std::string_view &rest, const char *stop, const char *open, const char *close, const char *blanks,

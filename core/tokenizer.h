@@ -10,6 +10,11 @@
 inline constexpr const char TokenBlanks[] = " \n\t";
 inline constexpr const char ParserOpen[] = "(\"'";
 inline constexpr const char ParserClose[] = ")\"'";
+inline constexpr const char SplitOpen[] = "([{\"'";
+inline constexpr const char SplitClose[] = ")]}\"'";
+inline constexpr const char ValueOpen[] = "\"'([{";
+inline constexpr const char ValueClose[] = "\"')]}";
+inline constexpr const char ElementBlanks[] = " \n\t,";
 
 /// How the tokens of a chunk are joined.
 enum class EJoin {
@@ -35,6 +40,10 @@ SimpleString::CStr SplitChunk(SimpleString::CStr &text, const char *stop, const 
 
 /// `NextToken` without copying: the token is a part of what `rest` saw, and `rest` moves behind it.
 std::string_view TakeToken(std::string_view &rest, const char *open, const char *close, const char *blanks);
+
+/// The inside of the group that `text` begins with, up to the end if it is not closed; all of `text` if it begins with
+/// none.
+std::string_view StripGroup(std::string_view text, const char *open, const char *close);
 
 /// `SplitChunk` on a text that is only seen.
 std::string TakeChunk(std::string_view &rest, const char *stop, const char *open, const char *close, const char *blanks,

@@ -1,0 +1,215 @@
+// tesk play and tesk check, from the shell.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+#include "runtool.h"
+
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+namespace {
+
+constexpr char Cancelled[] = "\"1 10ns, 0 20ns -r 30ns -cancel 100ns\"";
+
+std::string Play(const std::string &arguments)
+{
+    const SToolRun run = RunShell("tesk play " + arguments);
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.err, "");
+    return run.out;
+}
+
+std::ptrdiff_t Lines(const std::string &text)
+{
+    return std::ranges::count(text, '\n');
+}
+
+}  // namespace
+
+TEST(Play, WritesCsvRows)
+{
+    const std::string rows = "ticks,time,value\n10000,10ns,1\n20000,20ns,0\n40000,40ns,1\n50000,50ns,0\n"
+                             "70000,70ns,1\n80000,80ns,0\n100000,100ns,\n";
+    EXPECT_EQ(Play(Cancelled + std::string(" --format csv")), rows);
+    EXPECT_EQ(Play(Cancelled), rows);  // the default in a pipe
+}
+
+TEST(Play, QuotesCsvValuesThatNeedIt)
+{
+    EXPECT_EQ(Play("'(1,0) 0ns, \"a b\" 1ns'"), "ticks,time,value\n0,0ps,\"(1,0)\"\n1000,1ns,\"\"\"a b\"\"\"\n");
+}
+
+TEST(Play, WritesATable)
+{
+    EXPECT_EQ(Play("\"1 10ns, 0 20ns -cancel 100ns\" --format table"),
+              " time  value\n 10ns  1\n 20ns  0\n100ns  (none)\n");
+}
+
+TEST(Play, WritesJson)
+{
+    const std::string out = Play("\"1 10ns -cancel 20ns\" --format json");
+    EXPECT_THAT(out, HasSubstr("\"formula\": \"1 10ns -cancel 20ns\""));
+    EXPECT_THAT(out, HasSubstr("\"resolution_fs\": 1000"));
+    EXPECT_THAT(out, HasSubstr("\"ticks\": 10000"));
+    EXPECT_THAT(out, HasSubstr("\"value\": null"));
+}
+
+TEST(Play, WritesADumpThatAForeignReaderTakes)
+{
+    const struct {
+        const char *formula;
+        const char *lines[3];
+    } rows[] = {
+        {"1 10ns, 0 20ns -cancel 30ns", {"#10000\n1", "#20000\n0", "#30000\nz"}},
+        {"1010 0ns, ZX-H 10ns", {"$var wire 4", "b1010 ", "#10000\nbzxx1 "}},
+        {"5 0ns, 12 10ns", {"$var integer", "101 ", "1100 "}},
+        {"1.5 0ns, 2.25 10ns", {"$var real", "r1.5 ", "r2.25 "}},
+        {"idle 0ns, run 10ns", {"$var string", "sidle ", "srun "}},
+    };
+    for (const auto &row : rows) {
+        const SToolRun run = RunShell("d=$(mktemp -d); tesk play '" + std::string(row.formula) +
+                                      "' --format vcd -o $d/a.vcd && vcd2fst $d/a.vcd $d/a.fst && fst2vcd $d/a.fst; "
+                                      "s=$?; rm -r $d; exit $s");
+        EXPECT_EQ(run.status, 0) << run.err;
+        for (const char *line : row.lines)
+            EXPECT_THAT(run.out, HasSubstr(line)) << row.formula;
+    }
+}
+
+TEST(Play, ScalesADumpToItsResolution)
+{
+    EXPECT_THAT(Play("\"1 10ns\" --res 10ps --format vcd"), HasSubstr("$timescale 10ps $end"));
+    EXPECT_THAT(Play("\"1 10ns\" --res 10ps --format vcd"), HasSubstr("#1000\n1!"));
+    EXPECT_THAT(Play("\"1 12ns\" --res 30ps --format vcd"), HasSubstr("#1200\n1!"));
+    EXPECT_THAT(Play("\"1 5sec\" --res 1sec --format vcd"), HasSubstr("$timescale 1s $end"));
+}
+
+TEST(Play, DrawsBlockCharacters)
+{
+    EXPECT_EQ(Play("\"0 0ns, 1 20ns, Z 40ns, X 60ns, 0 80ns\" --until 100ns --format wave --width 50"),
+              "          ┌─────────┐         ──────────\n"
+              "          │         └─────────╳╳╳╳╳╳╳╳╳╳\n"
+              "──────────┘                   ────────────────────\n"
+              "┴────────────────────────┴────────────────────────\n"
+              "0ns                      50ns\n");
+    EXPECT_EQ(Play("\"0000 0ns, 1010 20ns\" --until 40ns --format wave --width 40"),
+              "────────────────────────────────────────\n"
+              "╳       0000        ╳       1010\n"
+              "────────────────────────────────────────\n"
+              "┴───────────────────┴───────────────────\n"
+              "0ns                 20ns\n");
+}
+
+TEST(Play, DrawsNoMoreThanFits)
+{
+    const std::string wave = Play("\"1 0, 0 1 -r 2\" --until 100ns --format wave --width 40");
+    EXPECT_THAT(wave, HasSubstr("▒▒▒▒"));
+    const std::string svg = Play("\"1 0, 0 1 -r 2\" --until 100ns --format svg");
+    EXPECT_LT(svg.size(), 5000U);
+}
+
+TEST(Play, DrawsAPictureWithTextInsideBandsWhereItFits)
+{
+    const std::string svg = Play("\"0 0ns, FF 10ns, 123456789 20ns, Z 21ns\" --until 40ns --format svg --width 400");
+    EXPECT_THAT(svg, StartsWith("<svg xmlns=\"http://www.w3.org/2000/svg\""));
+    EXPECT_THAT(svg, EndsWith("</svg>\n"));
+    EXPECT_THAT(svg, HasSubstr(">FF</text>"));
+    EXPECT_THAT(svg, testing::Not(HasSubstr(">123456789</text>")));
+    EXPECT_THAT(svg, HasSubstr("<title>123456789 from 20ns</title>"));
+    EXPECT_THAT(svg, HasSubstr(">20ns</text>"));
+    EXPECT_THAT(Play("'<&> 0ns' --format svg"), HasSubstr("&lt;&amp;&gt;"));
+}
+
+TEST(Play, EndsAfterFortyChangesWhereTheStimulatorDoesNot)
+{
+    EXPECT_EQ(Lines(Play("\"1 0ns, 0 1ns -r 2ns\"")), 41);
+    EXPECT_EQ(Lines(Play("\"1 0ns, 0 1ns -r 2ns\" --until 99ns")), 101);
+    EXPECT_EQ(Lines(Play("\"1 0ns, 0 1ns -r 2ns -cancel 100ns\"")), 102);
+    EXPECT_EQ(Lines(Play("\"$(seq -f '1 %gns' -s, 1 100)\"")), 101);
+}
+
+TEST(Play, CountsFromTheStart)
+{
+    EXPECT_EQ(Play("\"1 10ns\" --start 5ns"), "ticks,time,value\n15000,15ns,1\n");
+    EXPECT_EQ(Play("\"1 10ns\" --start 1.5us --res 1ns"), "ticks,time,value\n1510,1510ns,1\n");
+}
+
+TEST(Play, WritesAFileWholeOrNotAtAll)
+{
+    const SToolRun run = RunShell("d=$(mktemp -d); tesk play '1 10ns' -o $d/a.csv && cat $d/a.csv; "
+                                  "echo old > $d/b.csv; tesk play '1 -5ns' -o $d/b.csv; cat $d/b.csv; ls $d; rm -r $d");
+    EXPECT_EQ(run.out, "ticks,time,value\n10000,10ns,1\nold\na.csv\nb.csv\n");
+    const SToolRun missing = RunShell("tesk play '1 10ns' -o /nonexistent/a.csv");
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_EQ(missing.err, "tesk: /nonexistent/a.csv: cannot be written: No such file or directory\n");
+    EXPECT_EQ(RunShell("tesk play '1 10ns' -o /dev/null").status, 0);
+    EXPECT_EQ(RunShell("tesk play '1 10ns' >/dev/full").status, 1);
+}
+
+TEST(Play, RefusesAFormulaInOneLine)
+{
+    const struct {
+        const char *formula;
+        const char *part;
+    } rows[] = {{"0 0ns, 1 -5ns", "part 2, \"1 -5ns\""},
+                {",1 5ns", "part 1 is empty"},
+                {" ", "part 1 is empty"},
+                {"-r 5ns, -cancel 7ns", "no event"}};
+    for (const auto &row : rows) {
+        const SToolRun run = RunShell("tesk play -- '" + std::string(row.formula) + "'");
+        EXPECT_EQ(run.status, 1) << row.formula;
+        EXPECT_EQ(run.out, "");
+        EXPECT_EQ(Lines(run.err), 1) << run.err;
+        EXPECT_THAT(run.err, HasSubstr(row.part));
+    }
+}
+
+TEST(Play, TellsWrongUsageApart)
+{
+    const SToolRun run = RunShell("tesk play '1 0ns' --res 10nz");
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.err, "tesk: --res 10nz: unknown time unit \"nz\"; use fs, ps, ns, us, ms, sec, min or hr\n");
+    for (const char *arguments : {"play", "", "play '1 0ns' --format xml", "play '1 0ns' --res 0",
+                                  "play '1 0ns' --res ns", "play '1 0ns' --until -5ns", "play '1 0ns' --until 1e3",
+                                  "play '1 0ns' --start 1.2.3ns", "play '1 0ns' --start 3hr", "fly", "play a b"}) {
+        const SToolRun wrong = RunShell(std::string("tesk ") + arguments);
+        EXPECT_EQ(wrong.status, 2) << arguments;
+        EXPECT_EQ(Lines(wrong.err), 1) << wrong.err;
+    }
+    EXPECT_EQ(RunShell("tesk --help").status, 0);
+    EXPECT_THAT(RunShell("tesk play --help").out, HasSubstr("Example: tesk play"));
+}
+
+TEST(Play, StopsBeforeItFillsTheMemory)
+{
+    const SToolRun run = RunShell("tesk play '1 0, 0 1 -r 2 -cancel 1sec'");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "tesk: more than 10000000 changes; give an earlier end with --until\n");
+}
+
+TEST(Check, WritesTheCanonicalTextAndTheVerdict)
+{
+    const struct {
+        const char *formula;
+        int status;
+        const char *out;
+    } rows[] = {
+        {"1 5ns, 0 2ns, 1 5ns", 1, "1 5ns, 0 2ns\nThe relative events are not in rising order.\n"},
+        {"1  10ns,0 20 ns -R 30ns", 0, "1 10ns, 0 20ns -r 30ns\nThe times are consistent.\n"},
+        {"1 10ns, 0 @5ns", 1, "1 10ns, 0 @15ns\nThe absolute event at 5ns lies before the stimulator starts.\n"},
+        {"1 0ns, 0 20ns -r 10ns", 1, "1 0ns, 0 20ns -r 10ns\nThe repeat period is shorter than the sequence.\n"},
+        {"1 5ns -cancel 5ns", 1, "1 5ns -cancel 5ns\nThe stimulator is cancelled before it starts.\n"},
+        {"1 0ns, 0 5ns -cancel 5ns", 1,
+         "1 0ns, 0 5ns -cancel 5ns\nThe cancel time is not later than the last relative event.\n"},
+    };
+    for (const auto &row : rows) {
+        const SToolRun run = RunShell("tesk check '" + std::string(row.formula) + "'");
+        EXPECT_EQ(run.status, row.status) << row.formula;
+        EXPECT_EQ(run.out, row.out);
+        EXPECT_EQ(run.err, "");
+    }
+}
