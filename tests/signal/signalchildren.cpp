@@ -46,8 +46,8 @@ TEST(RecordChildren, AreNamedByTheirFieldBehindADot)
 TEST(RecordChildren, MayBeNone)
 {
     const TReference<ISignal> signal = MakeSignal("r#3#rec0 ");
-    if (signal != nullptr)
-        EXPECT_EQ(signal->GetChildren()->GetCount(), 0U);
+    ASSERT_NE(signal, nullptr);
+    EXPECT_EQ(signal->GetChildren()->GetCount(), 0U);
 }
 
 TEST(CompositeSignal, SharesOneHandleManagerDownTheTree)
