@@ -58,7 +58,7 @@ struct SEvent {
     }
 };
 
-SEvent Show(IEvent &event)
+inline SEvent Show(IEvent &event)
 {
     std::uint32_t value = 0;
     event.GetValue(&value, sizeof value);
