@@ -18,3 +18,5 @@
 #include "signal/signal.h"
 #include "signal/unknown.h"
 #include "signal/wave.h"
+#include "signaldata/scalardata.h"
+#include "signaldata/signaldata.h"

@@ -1,10 +1,37 @@
 #include "signal/handlemanager.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 namespace {
 
 constexpr int NoHandle = -1;
+
+// One place where a signal is entered.
+struct SEntry {
+    CHandleManager *manager;
+    int handle;
+
+    friend bool operator==(const SEntry &, const SEntry &) = default;
+};
+
+using CEntries = std::unordered_multimap<const ISignal *, SEntry>;
+
+// Where every signal is entered. A manager keeps plain pointers, which this allows to be taken back when a signal ends,
+// in whichever way it got there. Never destroyed: a host may hold signals until the process ends.
+CEntries &Entries()
+{
+    static CEntries &entries = *new CEntries;
+    return entries;
+}
+
+void DropEntry(const ISignal *signal, const SEntry &dropped)
+{
+    const auto [first, last] = Entries().equal_range(signal);
+    const auto place = std::find_if(first, last, [&dropped](const auto &entry) { return entry.second == dropped; });
+    if (place != last)
+        Entries().erase(place);
+}
 
 }  // namespace
 
@@ -51,7 +78,9 @@ long CHandleManager::Add(ISignal *signal)
     if (std::ranges::find(signals, signal) != signals.end())
         return S_OK;
     EndWalkOver(signals);
+    std::erase(signals, nullptr);  // the places of forgotten signals
     signals.push_back(signal);
+    Entries().emplace(signal, SEntry{this, signal->GetHandle()});
     return S_OK;
 }
 
@@ -67,6 +96,7 @@ long CHandleManager::Remove(ISignal *signal)
         return E_FAIL;
     EndWalkOver(signals);
     signals.erase(place);
+    DropEntry(signal, {this, entry->first});
     if (signals.empty())
         Erase(entry);
     return S_OK;
@@ -78,6 +108,7 @@ long CHandleManager::RemoveHandle(int handle)
     if (entry == m_signals.end())
         return E_FAIL;
     EndWalkOver(entry->second);
+    DropEntries(entry);
     Erase(entry);
     return S_OK;
 }
@@ -85,15 +116,26 @@ long CHandleManager::RemoveHandle(int handle)
 void CHandleManager::Clear()
 {
     m_signalCursor = m_signalFirst = m_signalEnd = nullptr;
+    for (auto entry = m_signals.begin(); entry != m_signals.end(); ++entry)
+        DropEntries(entry);
     m_signals.clear();
     m_handleCursor = m_signals.end();
 }
 
 void CHandleManager::Forget(ISignal *signal)
 {
-    const auto entry = m_signals.find(signal->GetHandle());
-    if (entry != m_signals.end())
-        std::ranges::replace(entry->second, signal, static_cast<ISignal *>(nullptr));
+    const auto [first, last] = Entries().equal_range(signal);
+    for (auto entry = first; entry != last; ++entry) {
+        const auto [manager, handle] = entry->second;
+        std::ranges::replace(manager->m_signals[handle], signal, static_cast<ISignal *>(nullptr));
+    }
+    Entries().erase(first, last);
+}
+
+void CHandleManager::DropEntries(CIndex::iterator entry)
+{
+    for (const ISignal *signal : entry->second)
+        DropEntry(signal, {this, entry->first});
 }
 
 void CHandleManager::EndWalkOver(const CSignals &signals)

@@ -10,6 +10,7 @@
 class CHandleManager final : public TComponent<IHandleManager, IID_IHandleManager> {
 public:
     CHandleManager() : m_handleCursor(m_signals.end()) {}
+    ~CHandleManager() override { CHandleManager::Clear(); }
 
     int GetFirstHandle() override;
     int GetNextHandle() override;
@@ -20,14 +21,15 @@ public:
     long RemoveHandle(int handle) override;
     void Clear() override;
 
-    /// Forgets a signal that is about to end. Its entry stays but leads nowhere; a walk skips it.
-    void Forget(ISignal *signal);
+    /// Makes every manager forget a signal that is about to end. Its entries stay but lead nowhere; a walk skips them.
+    static void Forget(ISignal *signal);
 
 private:
     using CSignals = std::vector<ISignal *>;  // no references, in the order of arrival; null for a forgotten signal
     using CIndex = std::map<int, CSignals>;
 
     void EndWalkOver(const CSignals &signals);
+    void DropEntries(CIndex::iterator entry);
     void Erase(CIndex::iterator entry);
 
     CIndex m_signals;

@@ -1,4 +1,6 @@
 // The end of loading a signal: its children, its wave, its place in a container and at a handle.
+#include <exception>
+
 #include "platform/tarn.h"
 #include "settings/wrap.h"
 #include "signal/limits.h"
@@ -22,7 +24,7 @@ bool CSignalImp::AttachChildren(ISignalContainer &container, int elements, AddCh
 
 long CSignalImp::AttachFromDatabase(NTARN::IDatabaseReader *reader, ISignalContainer *container, ISignal *parent,
                                     int elements)
-{
+try {
     if (reader == nullptr || container == nullptr)
         return E_INVALIDARG;
     m_parent = parent;
@@ -35,6 +37,8 @@ long CSignalImp::AttachFromDatabase(NTARN::IDatabaseReader *reader, ISignalConta
         return E_FAIL;
     FinishLoading(*container);
     return S_OK;
+} catch (const std::exception &) {  // a damaged file
+    return E_FAIL;
 }
 
 long CSignalImp::AttachFromList(ISignalListReader *reader, ISignalContainer *container, ISignal *parent, int elements)

@@ -2,6 +2,15 @@
 
 #include <cstring>
 
+#include "signal/handlemanager.h"
+
+// The container takes a signal that is removed out of the handle manager. A signal that ends in another way, for
+// instance because the type of its parent changed, must not be found there either.
+CSignalImp::~CSignalImp()
+{
+    CHandleManager::Forget(this);
+}
+
 void CSignalImp::SetFlag(unsigned flag, bool on)
 {
     m_flags = on ? m_flags | flag : m_flags & ~flag;

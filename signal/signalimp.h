@@ -18,6 +18,7 @@ class CSignalImp final : public TComponent<ISignal, IID_ISignal> {
 public:
     /// A signal without type and wave.
     explicit CSignalImp(ISignal *parent) : m_parent(parent) {}
+    ~CSignalImp() override;
 
     const char *GetName() override { return m_name; }
     void SetName(const char *name) override { m_name = name; }
@@ -135,8 +136,8 @@ private:
 
     SimpleString::CStr m_name;
     std::optional<Kestrin::KTypeInfo> m_typeInfo;
-    int m_stdType = 0;    // see GetStdType
-    int m_handle = -1;    // simulator handle
+    int m_stdType = 0;  // see GetStdType
+    int m_handle = -1;  // simulator handle
     unsigned m_flags = 0;
     bool m_spare = false;  // cleared by every change of type, set by nothing
     long long m_maxTime = 0;

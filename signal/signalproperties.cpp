@@ -158,8 +158,7 @@ void CSignalImp::SetStimulator(int type, int strength, const char *formula)
 // What is kept is the parser's text, never the caller's. A formula that cannot be parsed leaves the old one in place.
 void CSignalImp::SetFormula(int type, int strength, const char *formula)
 {
-    const std::unique_ptr<IStimulus, SDestroyer> stimulus(
-        IStimulus::Create(formula, 0, 1000, nullptr, false, false));
+    const std::unique_ptr<IStimulus, SDestroyer> stimulus(IStimulus::Create(formula, 0, 1000, nullptr, false, false));
     if (stimulus == nullptr)
         return;
     SimpleString::CStr canonical;

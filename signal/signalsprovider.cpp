@@ -173,13 +173,12 @@ void CSignalsProvider::LeaveManager(ISignal &signal)
         ForEachChild(signal, [this](ISignal &child) { LeaveManager(child); });
 }
 
-// Gives up the list's reference. To a signal that ends with it nothing must lead any more: not the manager, where its
+// Gives up the list's reference. To a signal that ends with it nothing must lead any more: not a manager, where its
 // entry stays as an empty one, nor m_names, where `isNamed` says that it may have one.
 void CSignalsProvider::GiveUp(ISignal &signal, bool isNamed)
 {
     if (CountReferences(signal) == 1) {
-        if (auto *manager = dynamic_cast<CHandleManager *>(m_handleManager))
-            manager->Forget(&signal);
+        CHandleManager::Forget(&signal);
         if (isNamed)
             std::erase_if(m_names, [&signal](const auto &entry) { return entry.second == &signal; });
     }

@@ -22,7 +22,8 @@ inline long ReadWord(ISignalStream &stream, unsigned &word)
 /// @return the stream's answer
 inline long WriteWord(ISignalStream &stream, std::size_t word)
 {
-    const unsigned char bytes[2] = {static_cast<unsigned char>(word & 0xFF), static_cast<unsigned char>(word >> 8 & 0xFF)};
+    const unsigned char bytes[2] = {static_cast<unsigned char>(word & 0xFF),
+                                    static_cast<unsigned char>(word >> 8 & 0xFF)};
     return stream.Write(bytes, sizeof bytes);
 }
 

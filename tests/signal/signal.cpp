@@ -84,8 +84,8 @@ TEST(CreateStdSignal, MakesThePredefinedScalars)
         unsigned width;
         int stdType;
     } rows[] = {
-        {0, "bit", 4, 0},  {1, "std_logic", 4, 1}, {2, "std_ulogic", 4, 1}, {3, "integer", 4, 0},
-        {4, "real", 8, 0}, {5, "character", 4, 0},
+        {0, "bit", 4, 0},     {1, "std_logic", 4, 1}, {2, "std_ulogic", 4, 1},
+        {3, "integer", 4, 0}, {4, "real", 8, 0},      {5, "character", 4, 0},
     };
     for (const auto &row : rows) {
         ISignal *signal = nullptr;

@@ -68,8 +68,8 @@ TEST(CompositeSignal, OfTooManyElementsIsRefusedBeforeAnythingIsMade)
 {
     const std::string row = ArrayType("v(1 to 65536)", 1, "rict1 65536", BitType);
     const std::string types[] = {
-        ArrayType("a", 1, "rict0 16777216", BitType),                 // one more than 2^24
-        ArrayType("a", 1, "ricd0 16777216", BitType),                 // length 0 as stated, but the walk goes upwards
+        ArrayType("a", 1, "rict0 16777216", BitType),  // one more than 2^24
+        ArrayType("a", 1, "ricd0 16777216", BitType),  // length 0 as stated, but the walk goes upwards
         ArrayType("a", 1, "rict16777216 0", BitType),
         ArrayType("a", 1, "rict-2147483648 2147483647", BitType),
         ArrayType("a", 2, "rict1 65536 rict1 65536", BitType),
@@ -143,8 +143,7 @@ TEST(ArrayChildren, AgreeWithARecursiveWalk)  // differential
         }
         std::vector<std::string> names;
         CollectNames(bounds, "(", names);
-        const TReference<ISignal> signal =
-            MakeSignal(ArrayType("a", static_cast<int>(bounds.size()), ranges, BitType));
+        const TReference<ISignal> signal = MakeSignal(ArrayType("a", static_cast<int>(bounds.size()), ranges, BitType));
         ASSERT_EQ(NamesIn(signal->GetChildren()), names) << ranges;
     }
 }

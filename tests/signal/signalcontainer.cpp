@@ -66,7 +66,8 @@ protected:
     {
         AddNamed(*container, "leaf", BitType);
         AddNamed(*container, "v", VectorType(4));
-        AddNamed(*container, "m", ArrayType("m(0 to 1,3 downto 2)", 2, "rict0 1 ricd3 2", RecordType({{"f", VectorType(2)}})));
+        AddNamed(*container, "m",
+                 ArrayType("m(0 to 1,3 downto 2)", 2, "rict0 1 ricd3 2", RecordType({{"f", VectorType(2)}})));
         AddNamed(*container, "\\x.y(1)\\", VectorType(2));
         AddNamed(*container, ".odd", BitType);
         AddNamed(*container, "", BitType);

@@ -187,7 +187,8 @@ TEST(AddFromDatabase, RefusesAChildRangeThatIsTooLong)
         database.signals[2147483647] = {"t", StdLogicType, {2147483647, -2147483648}, 0, 0};
         const TReference<ISignalContainer> container = MakeContainer();
         ISignal *signal = nullptr;
-        EXPECT_EQ(container->AddFromDatabase(&database, nullptr, 1, &signal), range.first == range.last ? S_OK : E_FAIL);
+        EXPECT_EQ(container->AddFromDatabase(&database, nullptr, 1, &signal),
+                  range.first == range.last ? S_OK : E_FAIL);
     }
 }
 

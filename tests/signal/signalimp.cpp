@@ -8,7 +8,8 @@ using testing::ElementsAre;
 
 TEST(SignalFullName, IsThePathWithoutASeparator)
 {
-    const TReference<ISignal> array = MakeNamed("a", ArrayType("a(1 to 2)", 1, "rict1 2", RecordType({{"f", BitType}})));
+    const TReference<ISignal> array =
+        MakeNamed("a", ArrayType("a(1 to 2)", 1, "rict1 2", RecordType({{"f", BitType}})));
     ISignal *element = ChildAt(array->GetChildren(), 0);
     ISignal *field = ChildAt(element->GetChildren(), 0);
     char buffer[32];

@@ -50,7 +50,8 @@ TEST(SaveToStream, AddsInformationAndTheBusFlag)
 TEST(SaveToStream, WritesTheChildrenBehind)
 {
     const TReference<ISignal> vector = MakeSignal(VectorType(2));
-    EXPECT_EQ(Saved(*vector), Word(1) + Pair("Display Mode", "0") + Word(2) + Saved(*ChildAt(vector->GetChildren(), 0)) +
+    EXPECT_EQ(Saved(*vector), Word(1) + Pair("Display Mode", "0") + Word(2) +
+                                  Saved(*ChildAt(vector->GetChildren(), 0)) +
                                   Saved(*ChildAt(vector->GetChildren(), 1)));
 }
 
@@ -250,11 +251,14 @@ std::string Shape(ISignal &signal)
 TEST(LoadFromStream, BringsBackWhatWasSaved)  // property
 {
     std::mt19937 random(1);
-    const auto below = [&random](unsigned limit) { return std::uniform_int_distribution<unsigned>(0, limit - 1)(random); };
+    const auto below = [&random](unsigned limit) {
+        return std::uniform_int_distribution<unsigned>(0, limit - 1)(random);
+    };
     for (int round = 0; round < 200; ++round) {
         std::vector<SField> fields;
         for (unsigned i = 0; i <= below(4); ++i)
-            fields.push_back({"f" + std::to_string(i), below(2) != 0 ? VectorType(1 + static_cast<int>(below(4))) : BitType});
+            fields.push_back(
+                {"f" + std::to_string(i), below(2) != 0 ? VectorType(1 + static_cast<int>(below(4))) : BitType});
         const TReference<ISignal> signal = MakeSignal(RecordType(fields));
         signal->SetProperty("key", std::string(below(300), 'x').c_str());
         const SLoaded loaded(Saved(*signal));
@@ -348,8 +352,9 @@ private:
     void Log(const std::string &kind, int handle, const char *name, int parentHandle, int index, int mode,
              long long maxTime)
     {
-        log.push_back(kind + " " + std::to_string(handle) + " " + name + " in " + std::to_string(parentHandle) + " at " +
-                      std::to_string(index) + " mode " + std::to_string(mode) + " to " + std::to_string(maxTime));
+        log.push_back(kind + " " + std::to_string(handle) + " " + name + " in " + std::to_string(parentHandle) +
+                      " at " + std::to_string(index) + " mode " + std::to_string(mode) + " to " +
+                      std::to_string(maxTime));
     }
 };
 

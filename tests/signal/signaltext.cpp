@@ -128,7 +128,8 @@ TEST(ValueTextAt, OfAVectorNeedsChildrenWithEvents)
 
 TEST(ValueTextAt, OfARecordLeavesAnEmptyPlaceForAFieldWithoutAText)
 {
-    const TReference<ISignal> record = MakeSignal(RecordType({{"a", StdLogicType}, {"b", IntegerType}, {"c", BitType}}));
+    const TReference<ISignal> record =
+        MakeSignal(RecordType({{"a", StdLogicType}, {"b", IntegerType}, {"c", BitType}}));
     AddEvent(*Child(*record, 0), 10, LogicOne);
     AddEvent(*Child(*record, 1), 20, 1);
     EXPECT_EQ(TextAt(*record, 10, Exact), "(1,,)");
@@ -188,8 +189,8 @@ TEST(ValueText, StandsAtTheCursorWhichStays)
 TEST(ValueTextAt, OfAVeryLongCompositeIsWhole)
 {
     const int count = 60000;  // the text outgrows the buffer of 409,600 bytes
-    const TReference<ISignal> array = MakeSignal(
-        ArrayType("a", 1, "rict1 " + std::to_string(count), RecordType({{"n", IntegerType}})));
+    const TReference<ISignal> array =
+        MakeSignal(ArrayType("a", 1, "rict1 " + std::to_string(count), RecordType({{"n", IntegerType}})));
     std::string expected;
     for (unsigned i = 0; i < count; ++i) {
         AddEvent(*Child(*Child(*array, i), 0), 10, static_cast<int>(i) + 100000);
