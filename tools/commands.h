@@ -6,6 +6,8 @@
 // Each adds its command, with its options, help and an example.
 void AddCheckCommand(CCommandLine &commandLine);
 void AddClockCommand(CCommandLine &commandLine);
+void AddCounterCommand(CCommandLine &commandLine);
 void AddPlayCommand(CCommandLine &commandLine);
+void AddRandomCommand(CCommandLine &commandLine);
 void AddSplitCommand(CCommandLine &commandLine);
 void AddTypeCommand(CCommandLine &commandLine);

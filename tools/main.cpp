@@ -4,7 +4,8 @@
 int main(int argc, char **argv)
 {
     CCommandLine commandLine;
-    for (const auto add : {AddPlayCommand, AddCheckCommand, AddSplitCommand, AddClockCommand, AddTypeCommand})
+    for (const auto add : {AddPlayCommand, AddCheckCommand, AddSplitCommand, AddClockCommand, AddCounterCommand,
+                           AddRandomCommand, AddTypeCommand})
         add(commandLine);
     return commandLine.Run(argc, argv);
 }
