@@ -85,7 +85,8 @@ TEST(FormulaParser, SplitsTheLegacyNotation)
     for (const char *formula : {"/brel [2]10 [1]10", "\"/BREL \t[2]10 [1]10\"", "x/brel[2]10[1]10"}) {
         const SSplit split = Split(formula, 2);
         EXPECT_EQ(split.result, 1) << formula;
-        EXPECT_THAT(split.elements, ElementsAre("1 0ps,0 10ns,-cancel 20000000fs", "0 0ps,1 10ns,-cancel 20000000fs")) << formula;
+        EXPECT_THAT(split.elements, ElementsAre("1 0ps,0 10ns,-cancel 20000000fs", "0 0ps,1 10ns,-cancel 20000000fs"))
+            << formula;
     }
     EXPECT_EQ(Split("/brel (H10", 2).result, 0);
     EXPECT_EQ(Split("/brel", 2).result, 0);

@@ -223,12 +223,12 @@ TEST(Play, WalksTheWiresOfACounterInStep)
 TEST(Play, BeginsWithTheValueInForceAtTheStart)
 {
     EXPECT_EQ(Play("\"$(tesk random --dist uniform --low 0 --high 10 --seed 5 --period 20ns)\" --until 20ns"),
-              "ticks,time,value\n0,0ps,10\n20000,20ns,6\n");
+              "ticks,time,value\n0,0ps,0\n20000,20ns,6\n");
 }
 
 TEST(Play, RefusesWhatDoesNotFitTheType)
 {
-    const SToolRun run = RunShell("tesk play '(1,0) 0ns' --type 'std_logic_vector(1 downto 0)'");
+    const SToolRun run = RunShell("tesk play 'qqq 0ns' --type 'std_logic_vector(1 downto 0)'");
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(Lines(run.err), 1);
     EXPECT_THAT(run.err, HasSubstr("cannot be split into 2 elements"));
