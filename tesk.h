@@ -1,7 +1,11 @@
 // Everything that libtesk exports.
 #pragma once
 
+#include "core/basedliteral.h"
+#include "core/fileformulaargs.h"
+#include "core/formulaparser.h"
 #include "core/scalarinfo.h"
+#include "core/simpleformulaparser.h"
 #include "core/stimiterator.h"
 #include "core/stimulus.h"
 #include "core/tokenizer.h"
@@ -10,9 +14,15 @@
 #include "platform/log.h"
 #include "platform/tarn.h"
 #include "settings/bitvector.h"
+#include "settings/brel.h"
+#include "settings/clock.h"
+#include "settings/counter.h"
 #include "settings/cstr.h"
 #include "settings/decconverter.h"
 #include "settings/longnumber.h"
+#include "settings/random.h"
+#include "settings/stimstate.h"
+#include "settings/stiparser.h"
 #include "settings/timeunits.h"
 #include "settings/typetext.h"
 #include "signal/signal.h"

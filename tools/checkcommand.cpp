@@ -28,7 +28,7 @@ std::string Verdict(int result, const std::string &time)
     }
 }
 
-void Check(const SCheckOptions &options)
+int Check(const SCheckOptions &options)
 {
     const long long resolution = ReadResolution(options.resolution);
     const long long start = options.start.empty() ? 0 : ReadTimeOption("--start", options.start, resolution);
@@ -38,18 +38,17 @@ void Check(const SCheckOptions &options)
     SimpleString::CStr canonical;
     stimulus->GetFormula(canonical);
     std::cout << canonical << '\n' << Verdict(result, TickText(time, resolution)) << '\n';
-    if (result != 0)
-        throw CLI::RuntimeError(1);
+    return result == 0 ? 0 : 1;
 }
 
 }  // namespace
 
-void AddCheckCommand(CLI::App &app)
+void AddCheckCommand(CCommandLine &commandLine)
 {
-    CLI::App *command = app.add_subcommand("check", "Write a formula in its canonical form and check its times");
+    CCommand command = commandLine.Add("check", "Write a formula in its canonical form and check its times");
     const auto options = std::make_shared<SCheckOptions>();
-    command->add_option("formula", options->formula, "What to check")->required();
-    AddTimeOptions(*command, options->resolution, options->start);
-    command->footer("Status 1 if the check finds a fault.\nExample: tesk check \"1 5ns, 0 2ns, 1 5ns\"");
-    command->callback([options] { Check(*options); });
+    command.Argument("formula", options->formula, "What to check");
+    AddTimeOptions(command, options->resolution, options->start);
+    command.Footer("Status 1 if the check finds a fault.\nExample: tesk check \"1 5ns, 0 2ns, 1 5ns\"");
+    command.Action([options] { return Check(*options); });
 }

@@ -1,17 +1,13 @@
-// The commands of the tool, one source file each. Internal.
+// The commands of the tool, one source file each: <name>command.cpp. Internal.
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include "tools/commandline.h"
 
-#include <stdexcept>
-#include <string>
-
-/// A formula or file that the tool refuses: what, where, why, and what would do, on one line. Ends with status 1.
-class CRefusal : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
-
-// Each adds its command, with its options, help and an example, to the tool.
-void AddCheckCommand(CLI::App &app);
-void AddPlayCommand(CLI::App &app);
+// Each adds its command, with its options, help and an example.
+void AddCheckCommand(CCommandLine &commandLine);
+void AddClockCommand(CCommandLine &commandLine);
+void AddCounterCommand(CCommandLine &commandLine);
+void AddPlayCommand(CCommandLine &commandLine);
+void AddRandomCommand(CCommandLine &commandLine);
+void AddSplitCommand(CCommandLine &commandLine);
+void AddTypeCommand(CCommandLine &commandLine);

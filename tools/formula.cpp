@@ -1,22 +1,13 @@
 #include "tools/formula.h"
 
+#include <cstdio>
 #include <string_view>
 
+#include "core/formulaparser.h"
 #include "core/tokenizer.h"
+#include "tools/quote.h"
 
 namespace {
-
-constexpr std::size_t LongestQuote = 60;
-
-// A text for a message: on one line, and not longer than a reader needs to find it.
-std::string Quote(std::string text)
-{
-    for (char &c : text)
-        c = c >= ' ' && c < 0x7F ? c : '?';
-    if (text.size() > LongestQuote)
-        text = text.substr(0, LongestQuote) + "...";
-    return '"' + text + '"';
-}
 
 bool IsReadable(const std::string &chunk, long long start)
 {
@@ -56,8 +47,28 @@ StimulusPtr CreateStimulus(const std::string &formula, long long start, long lon
                    "; write VALUE TIME parts with commas between, such as \"1 10ns, 0 20ns -r 30ns\"");
 }
 
-void AddTimeOptions(CLI::App &command, std::string &resolution, std::string &start)
+std::vector<StimulusPtr> CreateElementStimuli(const std::string &formula, int count, bool isBitVector, long long start,
+                                              long long resolution)
 {
-    command.add_option("--res", resolution, "Simulator resolution (default 1ps)")->type_name("TIME");
-    command.add_option("--start", start, "When the stimulator is applied (default 0)")->type_name("TIME");
+    CFormulaParser parser;
+    parser.SetSimRes(resolution);
+    std::vector<SimpleString::CStr> elements;
+    const int result = parser.Run(formula.c_str(), elements, count, isBitVector, start);
+    if (result == 0) {
+        CreateStimulus(formula, start, resolution);  // says what is wrong with the formula as a whole
+        throw CRefusal("formula " + Quote(formula) + ": cannot be split into " + std::to_string(count) +
+                       " elements; write values such as " + (isBitVector ? "\"0101 10ns\"" : "\"(1, 0, 1) 10ns\""));
+    }
+    if (result == -1)
+        std::fprintf(stderr, "tesk: warning: a value is too long for %d elements and lost its leading bits\n", count);
+    std::vector<StimulusPtr> stimuli;
+    for (const SimpleString::CStr &element : elements)
+        stimuli.push_back(CreateStimulus(std::string(element), start, resolution));
+    return stimuli;
+}
+
+void AddTimeOptions(CCommand &command, std::string &resolution, std::string &start)
+{
+    command.Option("--res", resolution, "TIME", "Simulator resolution (default 1ps)");
+    command.Option("--start", start, "TIME", "When the stimulator is applied (default 0)");
 }

@@ -9,7 +9,7 @@
 #include <fstream>
 #include <iostream>
 
-#include "tools/commands.h"
+#include "tools/commandline.h"
 
 namespace {
 

@@ -7,6 +7,7 @@
 #include "tools/formula.h"
 #include "tools/output.h"
 #include "tools/picture.h"
+#include "tools/playedsignal.h"
 #include "tools/timetext.h"
 #include "tools/walk.h"
 #include "tools/writers.h"
@@ -20,7 +21,9 @@ struct SPlayOptions {
     std::string until;
     std::string format;
     std::string output;
-    int width = 0;
+    long long width = 0;
+    std::string type;
+    long long count = 0;
 };
 
 using CWriter = void (*)(std::ostream &out, const SWaveform &waveform, int width);
@@ -36,6 +39,26 @@ const std::map<std::string, CWriter> Writers = {
                 int width) { WriteWave(out, waveform, width != 0 ? width : TerminalWidth()); }},
 };
 
+// The whole signal alone, or the bus with its elements below it.
+std::vector<STrace> PlaySignal(const SPlayOptions &options, const SWaveform &waveform, std::optional<long long> until)
+{
+    const SPlayedSignal signal = DescribeSignal(options.type, options.count);
+    if (!signal.description.empty())
+        IStimulus::SetupAdditionalInfo("", signal.description.c_str());
+    std::vector<StimulusPtr> stimuli;
+    if (signal.names.empty()) {
+        stimuli.push_back(CreateStimulus(options.formula, waveform.begin, waveform.resolution));
+        return {{"", Walk(stimuli, waveform.begin, until).front()}};
+    }
+    stimuli = CreateElementStimuli(options.formula, static_cast<int>(signal.names.size()), signal.isBitVector,
+                                   waveform.begin, waveform.resolution);
+    std::vector<STrace> traces;
+    for (auto &changes : Walk(stimuli, waveform.begin, until))
+        traces.push_back({signal.names[traces.size()], std::move(changes)});
+    traces.insert(traces.begin(), MergeElements(traces, signal.isBitVector));
+    return traces;
+}
+
 SWaveform PlayFormula(const SPlayOptions &options)
 {
     SWaveform waveform;
@@ -46,37 +69,37 @@ SWaveform PlayFormula(const SPlayOptions &options)
     std::optional<long long> until;
     if (!options.until.empty())
         until = ReadTimeOption("--until", options.until, waveform.resolution);
-
-    const StimulusPtr stimulus = CreateStimulus(options.formula, waveform.begin, waveform.resolution);
-    waveform.traces.push_back({"", Walk(*stimulus, until)});
+    waveform.traces = PlaySignal(options, waveform, until);
     waveform.end = std::max(until.value_or(PictureEnd(waveform)), waveform.begin);
     return waveform;
 }
 
-void Play(const SPlayOptions &options)
+int Play(const SPlayOptions &options)
 {
     const std::string format = !options.format.empty() ? options.format : IsTerminal() ? "table" : "csv";
     const SWaveform waveform = PlayFormula(options);
-    WriteOutput(options.output, [&](std::ostream &out) { Writers.at(format)(out, waveform, options.width); });
+    WriteOutput(options.output,
+                [&](std::ostream &out) { Writers.at(format)(out, waveform, static_cast<int>(options.width)); });
+    return 0;
 }
 
 }  // namespace
 
-void AddPlayCommand(CLI::App &app)
+void AddPlayCommand(CCommandLine &commandLine)
 {
-    CLI::App *command = app.add_subcommand("play", "Walk a stimulus and write its changes");
+    CCommand command = commandLine.Add("play", "Walk a stimulus and write its changes");
     const auto options = std::make_shared<SPlayOptions>();
-    command->add_option("formula", options->formula, "What to play")->required();
-    AddTimeOptions(*command, options->resolution, options->start);
-    command
-        ->add_option("--until", options->until,
-                     "Where to end (default: where the stimulator ends, else after 40 changes)")
-        ->type_name("TIME");
-    command->add_option("--format", options->format, "Default: table on a terminal, csv elsewhere")
-        ->check(CLI::IsMember({"table", "csv", "json", "vcd", "svg", "wave"}));
-    command->add_option("-o,--output", options->output, "Write to a file, whole or not at all")->type_name("FILE");
-    command->add_option("--width", options->width, "Of a picture, in pixels (svg) or columns (wave)")
-        ->check(CLI::Range(40, 100000));
-    command->footer("Example: tesk play \"1 10ns, 0 20ns -r 30ns -cancel 100ns\" --format wave");
-    command->callback([options] { Play(*options); });
+    command.Argument("formula", options->formula, "What to play");
+    AddTimeOptions(command, options->resolution, options->start);
+    command.Option("--type", options->type, "TYPE",
+                   "Type of the signal, such as bit or std_logic_vector(7 downto 0), or a whole description");
+    command.Number("--count", options->count, 1, 1 << 20, "Play on a vector of so many wires");
+    command.Option("--until", options->until, "TIME",
+                   "Where to end (default: where the stimulator ends, else after 40 changes)");
+    command.Choice("--format", options->format, {"table", "csv", "json", "vcd", "svg", "wave"},
+                   "Default: table on a terminal, csv elsewhere");
+    command.Option("-o,--output", options->output, "FILE", "Write to a file, whole or not at all");
+    command.Number("--width", options->width, 40, 100000, "Of a picture, in pixels (svg) or columns (wave)");
+    command.Footer("Example: tesk play \"1 10ns, 0 20ns -r 30ns -cancel 100ns\" --format wave");
+    command.Action([options] { return Play(*options); });
 }

@@ -1,19 +1,13 @@
 #include "tools/timetext.h"
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
 
 #include "settings/timeunits.h"
+#include "tools/commandline.h"
 
 namespace {
 
 constexpr int Seconds = 5;
-
-[[noreturn]] void RefuseOption(const std::string &option, const std::string &text, const std::string &why)
-{
-    throw CLI::ValidationError(option + " " + text + ": " + why);
-}
 
 std::string Digits(Int128 number)
 {

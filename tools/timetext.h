@@ -17,7 +17,7 @@ int CoarsestWholeUnit(Int128 femtoseconds);
 /// Femtoseconds of one unit.
 Int128 UnitLength(int unit);
 
-/// Reads the time given to an option, 0 or later. @throw CLI::ValidationError that names the option, the text and
+/// Reads the time given to an option, 0 or later. @throw CWrongUsage that names the option, the text and
 /// what would do
 /// @param resolution  femtoseconds per tick
 /// @return ticks

@@ -9,6 +9,8 @@ namespace {
 
 using tesk::CSimpleScalarInfo;
 
+}  // namespace
+
 TEST(ScalarInfo, KeepsOneCharacterForEachValue)
 {
     CSimpleScalarInfo info(3);
@@ -114,5 +116,3 @@ TEST(StateLetter, IsUnknownOtherwise)
         EXPECT_EQ(GateLevel2StdLogicIndex(letter), -1) << code;
     }
 }
-
-}  // namespace

@@ -49,6 +49,8 @@ SBinary Binary(const char *text, int radix, int width)
     return {static_cast<const char *>(bits), fits};
 }
 
+}  // namespace
+
 TEST(DecConverter, ReadsEachRadix)
 {
     const struct {
@@ -154,6 +156,8 @@ TEST(DecConverter, WritesBinaryDigits)
     EXPECT_EQ(Binary("-1", 10, 66), (SBinary{"00" + std::string(64, '1'), true}));  // deliberate: no sign beyond 64
 }
 
+namespace {
+
 // Of the magnitude's bits, computed in twice the width.
 SBinary ExpectedBinary(unsigned long long magnitude, bool negative, int width)
 {
@@ -170,6 +174,8 @@ SBinary ExpectedBinary(unsigned long long magnitude, bool negative, int width)
     const bool fits = !cut || width >= 64 || magnitude >> width == 0;
     return {reference::Fit(bits, static_cast<std::size_t>(width)), fits};
 }
+
+}  // namespace
 
 TEST(DecConverter, AgreesWithWiderArithmetic)
 {
@@ -196,5 +202,3 @@ TEST(DecConverter, AgreesWithTheLowDigitsInPowersOfTwo)
             << digits << ' ' << radix;
     }
 }
-
-}  // namespace

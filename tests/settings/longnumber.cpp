@@ -34,6 +34,8 @@ std::string Binary(const char *text, unsigned radix)
     return Write(CLongNumber(text, radix), 1000, false).text;
 }
 
+}  // namespace
+
 TEST(LongNumber, ReadsEachRadix)
 {
     const struct {
@@ -209,6 +211,8 @@ TEST(LongNumber, CountsLeadingZeroDigitsByWholeWords)
     EXPECT_EQ(Write(CLongNumber("00000001", 16), 31, true), (SBinary{std::string(30, '0') + '1', false}));
 }
 
+namespace {
+
 std::size_t ExpectedMagnitudeBits(const std::string &digits, unsigned radix)
 {
     const std::string bits = reference::Strip(reference::FromRadix(digits, radix));
@@ -228,6 +232,8 @@ SBinary ExpectedBinary(const std::string &digits, unsigned radix, bool negative,
         bits = reference::Strip(bits);
     return {bits, needed <= room};
 }
+
+}  // namespace
 
 TEST(LongNumber, AgreesWithArithmeticOnTexts)
 {
@@ -279,5 +285,3 @@ TEST(LongNumber, ReadsLongTextsOfAnyBytes)
         }
     }
 }
-
-}  // namespace
