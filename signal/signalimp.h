@@ -118,6 +118,7 @@ private:
     // signalproperties.cpp
     int GetNumber(const char *name, int byDefault);
     void SetNumber(const char *name, int number);
+    void SetText(const char *name, const SimpleString::CStr &text);
     void RemoveProperty(const char *name);
     void SetFormula(int type, int strength, const char *formula);
 

@@ -1,5 +1,6 @@
 // The property table of a signal and what is kept in it: display settings, stimulator, hot key.
 #include <cstring>
+#include <string>
 
 #include "core/stimulus.h"
 #include "settings/wrap.h"
@@ -36,9 +37,15 @@ int CSignalImp::GetNumber(const char *name, int byDefault)
 
 void CSignalImp::SetNumber(const char *name, int number)
 {
-    SimpleString::CStr text;
-    text.Format("%d", number);
-    m_properties[name] = text;
+    SetText(name, std::to_string(number).c_str());
+}
+
+void CSignalImp::SetText(const char *name, const SimpleString::CStr &text)
+{
+    if (const auto entry = m_properties.find(name); entry != m_properties.end())
+        entry->second = text;
+    else
+        m_properties.emplace(name, text);
 }
 
 void CSignalImp::RemoveProperty(const char *name)
@@ -52,7 +59,7 @@ void CSignalImp::SetProperty(const char *name, const char *value)
     if (name == nullptr)
         return;
     const SimpleString::CStr text(value);
-    m_properties[name] = text;
+    SetText(name, text);
     // Deliberate: other than the table, these four go by letter case.
     if (std::strcmp(name, Handle) == 0)
         m_handle = tesk::ReadInt(text);
@@ -149,7 +156,7 @@ void CSignalImp::SetStimulator(int type, int strength, const char *formula)
     } else if (type == HotKeyStimulator) {
         SetHotKey(static_cast<signed char>(kept[0]));
     } else if (type == ClockStimulator) {
-        m_properties[StimulatorClock] = kept;
+        SetText(StimulatorClock, kept);
         SetNumber(StimulatorType, ClockStimulator);
         SetNumber(StimulatorStrength, strength);
     }
@@ -166,7 +173,7 @@ void CSignalImp::SetFormula(int type, int strength, const char *formula)
     if (canonical.IsEmpty())
         RemoveProperty(StimulatorFormula);
     else
-        m_properties[StimulatorFormula] = canonical;
+        SetText(StimulatorFormula, canonical);
     SetNumber(StimulatorType, type);
     if (strength == -1)
         RemoveProperty(StimulatorStrength);

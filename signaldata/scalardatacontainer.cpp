@@ -25,15 +25,21 @@ long ForEachScalar(ISignalData *data, Operation operation)
 
 }  // namespace
 
-CScalarDataContainerImp::CScalars::iterator CScalarDataContainerImp::FirstNotBelow(int handle)
+// A caller may have changed the handle of a scalar of this table, whose order then is as it is.
+CScalarDataContainerImp::CEntries::iterator CScalarDataContainerImp::FirstNotBelow(int handle)
 {
-    return std::ranges::lower_bound(m_scalars, handle, {}, [](const auto &scalar) { return scalar->GetHandle(); });
+    if (m_handleChanges != CScalarDataImp::HandleChanges()) {
+        for (SEntry &entry : m_scalars)
+            entry.handle = entry.scalar->GetHandle();
+        m_handleChanges = CScalarDataImp::HandleChanges();
+    }
+    return std::ranges::lower_bound(m_scalars, handle, {}, &SEntry::handle);
 }
 
-CScalarDataContainerImp::CScalars::iterator CScalarDataContainerImp::Place(int handle)
+CScalarDataContainerImp::CEntries::iterator CScalarDataContainerImp::Place(int handle)
 {
     const auto place = FirstNotBelow(handle);
-    return place != m_scalars.end() && (*place)->GetHandle() == handle ? place : m_scalars.end();
+    return place != m_scalars.end() && place->handle == handle ? place : m_scalars.end();
 }
 
 long CScalarDataContainerImp::LinkSignal(ISignalData *data)
@@ -51,9 +57,11 @@ try {
     if (scalarHandle < 0 || signalHandle < 0)
         return E_INVALIDARG;
     auto place = FirstNotBelow(scalarHandle);
-    if (place == m_scalars.end() || (*place)->GetHandle() != scalarHandle)
-        place = m_scalars.emplace(place, new CScalarDataImp(scalarHandle));
-    return (*place)->AddSignal(signalHandle);
+    if (place == m_scalars.end() || place->handle != scalarHandle) {
+        TDataReference<CScalarDataImp> scalar(new CScalarDataImp(scalarHandle));
+        place = m_scalars.insert(place, {scalarHandle, std::move(scalar)});
+    }
+    return place->scalar->AddSignal(signalHandle);
 } catch (const std::bad_alloc &) {
     return E_OUTOFMEMORY;
 }
@@ -65,8 +73,8 @@ long CScalarDataContainerImp::Unlink(int scalarHandle, int signalHandle)
     const auto place = Place(scalarHandle);
     if (place == m_scalars.end())
         return E_INVALIDARG;
-    (*place)->RemoveSignal(signalHandle);
-    if ((*place)->GetSignalCount() == 0)
+    place->scalar->RemoveSignal(signalHandle);
+    if (place->scalar->GetSignalCount() == 0)
         m_scalars.erase(place);
     return S_OK;
 }
@@ -82,13 +90,13 @@ long CScalarDataContainerImp::InitValueSizes(ISignalData *data)
 
 IScalarData *CScalarDataContainerImp::GetAt(unsigned index)
 {
-    return index < m_scalars.size() ? m_scalars[index].get() : nullptr;
+    return index < m_scalars.size() ? m_scalars[index].scalar.get() : nullptr;
 }
 
 IScalarData *CScalarDataContainerImp::Find(int handle)
 {
     const auto place = Place(handle);
-    return place != m_scalars.end() ? place->get() : nullptr;
+    return place != m_scalars.end() ? place->scalar.get() : nullptr;
 }
 
 long CreateScalarDataContainer(IScalarDataContainer **container)

@@ -20,12 +20,18 @@ public:
     unsigned GetCount() override { return static_cast<unsigned>(m_scalars.size()); }
 
 private:
-    using CScalars = std::vector<TDataReference<CScalarDataImp>>;
+    // The handle stands beside the scalar so that the search need not go to each.
+    struct SEntry {
+        int handle;
+        TDataReference<CScalarDataImp> scalar;
+    };
+    using CEntries = std::vector<SEntry>;
 
-    CScalars::iterator FirstNotBelow(int handle);
-    CScalars::iterator Place(int handle);
+    CEntries::iterator FirstNotBelow(int handle);
+    CEntries::iterator Place(int handle);
 
-    CScalars m_scalars;  // ascending by handle, no two equal
+    CEntries m_scalars;                      // ascending by handle, no two equal
+    unsigned long long m_handleChanges = 0;  // that the handles in m_scalars have seen
 };
 
 }  // namespace tesk

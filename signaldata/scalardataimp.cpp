@@ -31,6 +31,7 @@ long CScalarDataImp::SetHandle(int handle)
     if (handle < 0)
         return E_INVALIDARG;
     m_handle = handle;
+    ++s_handleChanges;
     return S_OK;
 }
 

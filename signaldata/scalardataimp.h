@@ -25,7 +25,12 @@ public:
     unsigned GetSignalCount() override { return static_cast<unsigned>(m_signals.size()); }
     int GetSignal(unsigned index) override;
 
+    /// How often a caller has changed the handle of any scalar: what is sorted by handle must then be looked at again.
+    static unsigned long long HandleChanges() { return s_handleChanges; }
+
 private:
+    static inline unsigned long long s_handleChanges = 0;
+
     int m_handle;
     std::array<unsigned char, 10> m_value{};  // inline, so that reading a value costs no allocation
     unsigned m_valueSize = 0;                 // bytes of m_value in use

@@ -88,6 +88,7 @@ TEST(ScalarTable, SurvivesAScalarWhoseHandleACallerChanged)
     for (int handle = 0; handle < 12; ++handle)
         scalars->Find(handle);
     EXPECT_EQ(scalars->Find(2), nullptr);
+    EXPECT_EQ(scalars->Find(9), scalars->GetAt(1)) << "found under its new handle, where the order allows";
     EXPECT_EQ(scalars->Link(2, 1), S_OK);
     scalars->Unlink(9, 1);
 }
