@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "core/formulaparser.h"
+#include "core/keywords.h"
 #include "core/tokenizer.h"
 #include "tools/quote.h"
 
@@ -42,6 +43,8 @@ StimulusPtr CreateStimulus(const std::string &formula, long long start, long lon
     IStimulus *stimulus = IStimulus::Create(formula.c_str(), start, resolution, nullptr, false, false);
     if (stimulus != nullptr)
         return StimulusPtr(stimulus);
+    if (CKeywordSearch(formula.c_str()).HasFileKeyword())
+        throw CRefusal("formula " + Quote(formula) + ": this release replays no files; write values and times");
     const std::string fault = FindFault(formula, start);
     throw CRefusal("formula " + Quote(formula) + ": " + (fault.empty() ? "no event in it" : fault) +
                    "; write VALUE TIME parts with commas between, such as \"1 10ns, 0 20ns -r 30ns\"");
