@@ -1,13 +1,18 @@
 // Everything that libtesk exports.
 #pragma once
 
+#include "core/basedliteral.h"
 #include "core/fileformulaargs.h"
+#include "core/formulaparser.h"
 #include "core/scalarinfo.h"
+#include "core/simpleformulaparser.h"
 #include "core/stimiterator.h"
 #include "core/stimulus.h"
 #include "core/tokenizer.h"
+#include "platform/felvarbase.h"
 #include "platform/kestrin.h"
 #include "platform/log.h"
+#include "platform/tarn.h"
 #include "settings/bitvector.h"
 #include "settings/brel.h"
 #include "settings/clock.h"
@@ -20,3 +25,8 @@
 #include "settings/stiparser.h"
 #include "settings/timeunits.h"
 #include "settings/typetext.h"
+#include "signal/signal.h"
+#include "signal/unknown.h"
+#include "signal/wave.h"
+#include "signaldata/scalardata.h"
+#include "signaldata/signaldata.h"

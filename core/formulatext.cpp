@@ -38,7 +38,7 @@ void CStimulus::AppendEventText(CSimpleStimulus &event, std::string &text)
     time.SetFromTicks(WrapAdd(time.m_ticks, m_offset.m_ticks), g_simRes);
     time.m_displayUnit = static_cast<std::uint16_t>(WholeUnit(time.m_value, saved));
 
-    text += event.m_value;
+    text.append(event.m_value, static_cast<std::size_t>(event.m_value.GetLength()));
     if (event.HasWrittenTime())
         text += ' ' + event.TimeText();
 }
@@ -47,7 +47,7 @@ void CStimulus::GetFormula(SimpleString::CStr &formula)
 {
     std::string text;
     for (const auto &event : m_events) {
-        if (!text.empty())
+        if (event != m_events.front())
             text += ", ";
         AppendEventText(*event, text);
     }
@@ -60,14 +60,19 @@ void CStimulus::GetFormula(SimpleString::CStr &formula)
         text += " -cancel ";
         text += cancel;
     }
-    formula = text.c_str();
+    formula = SimpleString::CStr(text.data(), static_cast<unsigned>(text.size()));
 }
 
 void CStimulus::GetTimeString(long long time, SimpleString::CStr &text) const
 {
-    const auto found = std::ranges::find(m_events, time, [](const auto &event) { return event->GetTime(); });
-    if (found != m_events.end())
-        (*found)->GetTimeString(text);
+    std::size_t first = m_events.size();
+    for (const CTimeIndex *index : {&m_absoluteIndex, &m_relativeIndex}) {
+        const SIndexEntry *entry = FindNearest(*index, time, EDirection::Forward);
+        if (entry != nullptr && entry->time == time)
+            first = std::min(first, entry->event);
+    }
+    if (first < m_events.size())
+        m_events[first]->GetTimeString(text);
 }
 
 bool CStimulus::GetRepeatString(SimpleString::CStr &text) const

@@ -13,14 +13,12 @@ class TESK_API CSimpleFormulaParser {
 public:
     /// Splits `formula`: "01 0ns, 10 5ns" gives "0 0ns,1 5ns" and "1 0ns,0 5ns". Repeat and cancel times go to each
     /// element. Times are read at the resolution `g_simRes`.
-    /// @param elements     receives `width` formulas, the leftmost element's first; they may be empty, which is no
-    /// event.
-    ///                     Filled as far as possible where a part of the formula is refused, left alone where the
+    /// @param elements     receives `width` formulas, the leftmost element's first; an element without an event gets
+    ///                     an empty one. Filled as far as possible where a part of the formula is refused, left alone where the
     ///                     formula as a whole is
     /// @param width        number of elements, 0 to 2^24
     /// @param isBitVector  a value is one bit string, a character for each element; otherwise it is an aggregate such
-    /// as
-    ///                     "(1, 0, 1)", a sub-value for each
+    ///                     as "(1, 0, 1)", a sub-value for each
     /// @param simRes       not read
     /// @param startTime    ticks; when the stimulator is applied
     /// @return 1; -1 if a value was too long and lost its leading bits; 0 failure

@@ -1,9 +1,8 @@
 #include "core/stimulus.h"
 
-#include <algorithm>
-#include <string>
 #include <string_view>
 
+#include "core/keywords.h"
 #include "settings/brel.h"
 #include "settings/counter.h"
 #include "settings/random.h"
@@ -75,24 +74,16 @@ IStimulus *CreateBrelStimulus(const SCreation &creation)
 
 // The kinds of formula that a keyword names, in the order in which the keywords are looked for: the first one that
 // stands anywhere in the formula decides.
-struct SKeyword {
-    std::string_view keyword;  // in lower case
+struct SKind {
+    std::string_view keyword;
     IStimulus *(*create)(const SCreation &creation);
 };
 
-constexpr SKeyword Keywords[] = {
-    {"\\counter", CreateCounterStimulus},
-    {"\\random", CreateRandomStimulus},
-    {"/brel", CreateBrelStimulus},
+constexpr SKind Kinds[] = {
+    {CounterKeyword, CreateCounterStimulus},
+    {RandomKeyword, CreateRandomStimulus},
+    {BrelKeyword, CreateBrelStimulus},
 };
-
-std::string LowerCase(std::string_view text)
-{
-    std::string lower(text);
-    std::ranges::transform(lower, lower.begin(),
-                           [](char c) { return static_cast<char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c); });
-    return lower;
-}
 
 }  // namespace
 
@@ -103,12 +94,13 @@ IStimulus *IStimulus::Create(const char *formula, long long startTime, long long
     if (formula == nullptr || *formula == 0)
         return &g_emptyStimulus;
     SCreation creation{formula, formula, startTime, scalarInfo, binaryValues, rawValues};
-    const std::string lower = LowerCase(formula);
-    for (const SKeyword &kind : Keywords) {
-        const std::size_t at = lower.find(kind.keyword);
-        if (at == std::string::npos)
+    const CKeywordSearch search(formula);
+    if (search.HasFileKeyword())
+        return nullptr;  // this release replays no files, and such a text must not be taken for values and times
+    for (const SKind &kind : Kinds) {
+        if (!search.Has(kind.keyword))
             continue;
-        creation.behindKeyword = formula + at + kind.keyword.size();
+        creation.behindKeyword = search.Behind(kind.keyword);
         return kind.create(creation);
     }
     return CreatePlainStimulus(creation);

@@ -4,6 +4,7 @@
 #include <array>
 #include <cctype>
 #include <climits>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <new>
@@ -147,29 +148,23 @@ CStr &CStr::operator=(const char *text)
         ShareEmptyBlock();
         return *this;
     }
-    if (text >= m_text && text < m_text + GetLength())  // a part of this very text
-        return *this = CStr(text);
     const int length = CheckedLength(std::strlen(text));
     EnsureCapacity(length + 1, length + 1);
-    std::memcpy(m_text, text, static_cast<std::size_t>(length));
+    std::memmove(m_text, text, static_cast<std::size_t>(length));  // `text` may be a part of this very text
     SetLength(length);
     return *this;
 }
 
 CStr &CStr::operator+=(const CStr &other)
 {
-    const CStr kept(other);  // `other` may be this string
-    Append(kept.m_text, kept.GetLength());
+    Append(other.m_text, other.GetLength());
     return *this;
 }
 
 CStr &CStr::operator+=(const char *text)
 {
-    if (text == nullptr)
-        return *this;
-    if (text >= m_text && text < m_text + GetLength())
-        return *this += CStr(text);
-    Append(text, CheckedLength(std::strlen(text)));
+    if (text != nullptr)
+        Append(text, CheckedLength(std::strlen(text)));
     return *this;
 }
 
@@ -364,12 +359,17 @@ void CStr::SetLength(int length)
     m_text[length] = 0;
 }
 
+// `text` may be a part of this very text.
 void CStr::Append(const char *text, int count)
 {
     if (count == 0)
         return;
+    const bool isOwn = text >= m_text && text < m_text + GetLength();
+    const std::ptrdiff_t offset = isOwn ? text - m_text : 0;
     const int length = CheckedLength(static_cast<std::size_t>(GetLength()) + static_cast<std::size_t>(count));
     EnsureCapacity(length + 1, length + 2);
+    if (isOwn)
+        text = m_text + offset;
     std::memcpy(m_text + GetLength(), text, static_cast<std::size_t>(count));
     SetLength(length);
 }

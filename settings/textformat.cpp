@@ -222,6 +222,17 @@ long long FormatReal(std::string &text, const SItem &item, CArguments &arguments
     return NumberBound(128, item);
 }
 
+void StoreLength(std::size_t length, const SItem &item, CArguments &arguments)
+{
+    void *target = arguments.Take<void *>();
+    if (item.is64)
+        *static_cast<long long *>(target) = static_cast<long long>(length);
+    else if (item.isShort)
+        *static_cast<short *>(target) = static_cast<short>(length);
+    else
+        *static_cast<int *>(target) = static_cast<int>(length);
+}
+
 // Appends the item's text and gives its allowance in the bound.
 long long FormatItem(std::string &text, const SItem &item, CArguments &arguments)
 {
@@ -242,7 +253,7 @@ long long FormatItem(std::string &text, const SItem &item, CArguments &arguments
     case 'G':
     case 'f': return FormatReal(text, item, arguments);
     case 'p': Print(text, item, "p", arguments.Take<void *>()); return NumberBound(32, item);
-    case 'n': *arguments.Take<int *>() = static_cast<int>(text.size()); return 0;
+    case 'n': StoreLength(text.size(), item, arguments); return 0;
     default: text += item.text; return 0;  // no conversion: it stands for itself
     }
 }

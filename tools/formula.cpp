@@ -1,7 +1,10 @@
 #include "tools/formula.h"
 
+#include <cstdio>
 #include <string_view>
 
+#include "core/formulaparser.h"
+#include "core/keywords.h"
 #include "core/tokenizer.h"
 #include "tools/quote.h"
 
@@ -40,9 +43,31 @@ StimulusPtr CreateStimulus(const std::string &formula, long long start, long lon
     IStimulus *stimulus = IStimulus::Create(formula.c_str(), start, resolution, nullptr, false, false);
     if (stimulus != nullptr)
         return StimulusPtr(stimulus);
+    if (CKeywordSearch(formula.c_str()).HasFileKeyword())
+        throw CRefusal("formula " + Quote(formula) + ": this release replays no files; write values and times");
     const std::string fault = FindFault(formula, start);
     throw CRefusal("formula " + Quote(formula) + ": " + (fault.empty() ? "no event in it" : fault) +
                    "; write VALUE TIME parts with commas between, such as \"1 10ns, 0 20ns -r 30ns\"");
+}
+
+std::vector<StimulusPtr> CreateElementStimuli(const std::string &formula, int count, bool isBitVector, long long start,
+                                              long long resolution)
+{
+    CFormulaParser parser;
+    parser.SetSimRes(resolution);
+    std::vector<SimpleString::CStr> elements;
+    const int result = parser.Run(formula.c_str(), elements, count, isBitVector, start);
+    if (result == 0) {
+        CreateStimulus(formula, start, resolution);  // says what is wrong with the formula as a whole
+        throw CRefusal("formula " + Quote(formula) + ": cannot be split into " + std::to_string(count) +
+                       " elements; write values such as " + (isBitVector ? "\"0101 10ns\"" : "\"(1, 0, 1) 10ns\""));
+    }
+    if (result == -1)
+        std::fprintf(stderr, "tesk: warning: a value is too long for %d elements and lost its leading bits\n", count);
+    std::vector<StimulusPtr> stimuli;
+    for (const SimpleString::CStr &element : elements)
+        stimuli.push_back(CreateStimulus(std::string(element), start, resolution));
+    return stimuli;
 }
 
 void AddTimeOptions(CCommand &command, std::string &resolution, std::string &start)

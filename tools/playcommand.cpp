@@ -7,6 +7,7 @@
 #include "tools/formula.h"
 #include "tools/output.h"
 #include "tools/picture.h"
+#include "tools/playedsignal.h"
 #include "tools/timetext.h"
 #include "tools/walk.h"
 #include "tools/writers.h"
@@ -21,6 +22,8 @@ struct SPlayOptions {
     std::string format;
     std::string output;
     long long width = 0;
+    std::string type;
+    long long count = 0;
 };
 
 using CWriter = void (*)(std::ostream &out, const SWaveform &waveform, int width);
@@ -36,6 +39,26 @@ const std::map<std::string, CWriter> Writers = {
                 int width) { WriteWave(out, waveform, width != 0 ? width : TerminalWidth()); }},
 };
 
+// The whole signal alone, or the bus with its elements below it.
+std::vector<STrace> PlaySignal(const SPlayOptions &options, const SWaveform &waveform, std::optional<long long> until)
+{
+    const SPlayedSignal signal = DescribeSignal(options.type, options.count);
+    if (!signal.description.empty())
+        IStimulus::SetupAdditionalInfo("", signal.description.c_str());
+    std::vector<StimulusPtr> stimuli;
+    if (signal.names.empty()) {
+        stimuli.push_back(CreateStimulus(options.formula, waveform.begin, waveform.resolution));
+        return {{"", Walk(stimuli, waveform.begin, until).front()}};
+    }
+    stimuli = CreateElementStimuli(options.formula, static_cast<int>(signal.names.size()), signal.isBitVector,
+                                   waveform.begin, waveform.resolution);
+    std::vector<STrace> traces;
+    for (auto &changes : Walk(stimuli, waveform.begin, until))
+        traces.push_back({signal.names[traces.size()], std::move(changes)});
+    traces.insert(traces.begin(), MergeElements(traces, signal.isBitVector));
+    return traces;
+}
+
 SWaveform PlayFormula(const SPlayOptions &options)
 {
     SWaveform waveform;
@@ -46,9 +69,7 @@ SWaveform PlayFormula(const SPlayOptions &options)
     std::optional<long long> until;
     if (!options.until.empty())
         until = ReadTimeOption("--until", options.until, waveform.resolution);
-
-    const StimulusPtr stimulus = CreateStimulus(options.formula, waveform.begin, waveform.resolution);
-    waveform.traces.push_back({"", Walk(*stimulus, until)});
+    waveform.traces = PlaySignal(options, waveform, until);
     waveform.end = std::max(until.value_or(PictureEnd(waveform)), waveform.begin);
     return waveform;
 }
@@ -70,6 +91,9 @@ void AddPlayCommand(CCommandLine &commandLine)
     const auto options = std::make_shared<SPlayOptions>();
     command.Argument("formula", options->formula, "What to play");
     AddTimeOptions(command, options->resolution, options->start);
+    command.Option("--type", options->type, "TYPE",
+                   "Type of the signal, such as bit or std_logic_vector(7 downto 0), or a whole description");
+    command.Number("--count", options->count, 1, 1 << 20, "Play on a vector of so many wires");
     command.Option("--until", options->until, "TIME",
                    "Where to end (default: where the stimulator ends, else after 40 changes)");
     command.Choice("--format", options->format, {"table", "csv", "json", "vcd", "svg", "wave"},

@@ -49,8 +49,8 @@ std::string Advice(const SSplitOptions &options)
 {
     if (options.aggregate)
         return "write values such as \"(1, 0, 1) 5ns\"";
-    return "write values of " + std::to_string(options.count) + " characters, or use --aggregate for values such as " +
-           "\"(1, 0, 1) 5ns\"";
+    return "write values of at most " + std::to_string(options.count) +
+           " characters, or use --aggregate for values such as \"(1, 0, 1) 5ns\"";
 }
 
 int Split(const SSplitOptions &options)

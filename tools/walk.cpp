@@ -1,5 +1,6 @@
 #include "tools/walk.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "tools/commandline.h"
@@ -35,18 +36,53 @@ std::optional<std::string> ValueAt(IStimulus &stimulus, long long time)
     return std::string(value, static_cast<std::size_t>(value.GetLength()));
 }
 
+// The smallest time that is one; -1 if none is.
+long long Earliest(const std::vector<long long> &times)
+{
+    long long earliest = -1;
+    for (const long long time : times) {
+        if (time != -1 && (earliest == -1 || time < earliest))
+            earliest = time;
+    }
+    return earliest;
+}
+
+[[noreturn]] void RefuseLength()
+{
+    throw CRefusal("more than " + std::to_string(MostChanges) + " changes; give an earlier end with --until");
+}
+
 }  // namespace
 
-std::vector<SChange> Walk(IStimulus &stimulus, std::optional<long long> until)
+std::vector<std::vector<SChange>> Walk(const std::vector<StimulusPtr> &stimuli, long long begin,
+                                       std::optional<long long> until)
 {
-    const bool isCut = !until && !HasOwnEnd(stimulus);
-    std::vector<SChange> changes;
-    for (long long time = NextTime(stimulus, -1); time != -1; time = NextTime(stimulus, time)) {
-        if ((until && time > *until) || (isCut && changes.size() == DefaultChanges))
+    const bool isCut = !until && !std::ranges::all_of(stimuli, HasOwnEnd, &StimulusPtr::operator*);
+    std::vector<std::vector<SChange>> changes(stimuli.size());
+    std::vector<long long> next;
+    for (std::size_t i = 0; i < stimuli.size(); ++i) {
+        next.push_back(NextTime(*stimuli[i], -1));
+        const std::optional<std::string> value = next[i] > begin ? ValueAt(*stimuli[i], begin) : std::nullopt;
+        if (value && !value->empty())
+            changes[i].push_back({begin, value});
+    }
+
+    std::size_t held = 0;
+    for (std::size_t times = 0; !isCut || times < DefaultChanges; ++times) {
+        const long long time = Earliest(next);
+        if (time == -1 || (until && time > *until))
             break;
-        if (changes.size() == MostChanges)
-            throw CRefusal("more than " + std::to_string(MostChanges) + " changes; give an earlier end with --until");
-        changes.push_back({time, ValueAt(stimulus, time)});
+        for (std::size_t i = 0; i < stimuli.size(); ++i) {
+            if (next[i] != time)
+                continue;
+            changes[i].push_back({time, ValueAt(*stimuli[i], time)});
+            if (++held > MostChanges)
+                RefuseLength();
+        }
+        for (std::size_t i = 0; i < stimuli.size(); ++i) {
+            if (next[i] == time)
+                next[i] = NextTime(*stimuli[i], time);
+        }
     }
     return changes;
 }

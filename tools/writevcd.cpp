@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 #include <map>
+#include <span>
 #include <string_view>
 
 #include "settings/timeunits.h"
@@ -167,12 +168,25 @@ std::string Reference(const STrace &trace)
 
 }  // namespace
 
+namespace {
+
+// The elements of a bus of bits are in its vector; any other bus is shown with them.
+std::span<const STrace> DumpedTraces(const SWaveform &waveform)
+{
+    const std::span<const STrace> traces = waveform.traces;
+    const bool isVector = traces.size() > 1 && AllValues(traces.front(), IsBits);
+    return isVector ? traces.first(1) : traces;
+}
+
+}  // namespace
+
 void WriteVcd(std::ostream &out, const SWaveform &waveform)
 {
+    const std::span<const STrace> traces = DumpedTraces(waveform);
     const STimeScale scale = TimeScale(waveform.resolution);
     std::vector<SVariable> variables;
     out << "$version tesk $end\n$timescale " << scale.text << " $end\n$scope module tesk $end\n";
-    for (const STrace &trace : waveform.traces) {
+    for (const STrace &trace : traces) {
         variables.push_back(Describe(trace, variables.size()));
         const SVariable &variable = variables.back();
         out << "$var " << TypeName(variable.kind) << ' ' << variable.width << ' ' << variable.code << ' '
@@ -188,7 +202,7 @@ void WriteVcd(std::ostream &out, const SWaveform &waveform)
 
     std::multimap<long long, std::string> lines;  // by time; lines of one time stay in the order of the traces
     for (std::size_t i = 0; i < variables.size(); ++i) {
-        for (const SChange &change : waveform.traces[i].changes)
+        for (const SChange &change : traces[i].changes)
             lines.emplace(change.ticks, ChangeLine(variables[i], change.value));
     }
     long long stamped = 0;

@@ -54,6 +54,13 @@ TEST(FormulaText, AddsTheOffsetAtEveryCall)
     EXPECT_EQ(ValueAt(*stimulus, 39999), "X");  // what is written is what is played from now on
 }
 
+TEST(FormulaText, KeepsTheCommaOfAnEventWhoseValueWasEmptied)
+{
+    const StimulusPtr stimulus = Create("1, 0 5ns");
+    CStimIterator(stimulus.get()).Next()->SetValue("");
+    EXPECT_EQ(FormulaOf(*stimulus), ", 0 5ns");
+}
+
 TEST(FormulaText, DoesNotDependOnTheStartBesidesARelativeCancelTime)
 {
     EXPECT_EQ(Canonical("1 10ns, 0 20ns -cancel 50ns", 7000), "1 10ns, 0 20ns -cancel 50ns");

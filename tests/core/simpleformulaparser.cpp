@@ -273,7 +273,7 @@ TEST(Split, TakesLongTextsOfAnyBytes)
     for (const char *piece : {"1 1ns,", "1 ", "1,", "(", ")", "\"", "'", "[", "-r ", "x\"F\" ", "-cancel 1ns,", "10#7",
                               "7", "\xff", "(1,0)5ns,", " ", "((1)", "\"1\"", "[1 "}) {
         std::string formula;
-        while (formula.size() < 100000)
+        while (formula.size() < 30000)
             formula += piece;
         for (const bool isBitVector : {false, true}) {
             const SSplit split = Split(formula, 3, isBitVector);

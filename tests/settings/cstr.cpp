@@ -227,6 +227,12 @@ TEST(Appending, ItselfDoublesTheText)
     EXPECT_STREQ(text, "abab");
     text += static_cast<const char *>(text) + 2;
     EXPECT_STREQ(text, "ababab");
+    CStr roomy = Roomy("ab", 20);
+    const char *before = roomy;
+    roomy += roomy;
+    roomy = static_cast<const char *>(roomy) + 1;
+    EXPECT_STREQ(roomy, "bab");
+    EXPECT_EQ(Pointer(roomy), before);  // there was room
 }
 
 TEST(Reserve, LeavesAPrivateBlockWithRoomAlone)

@@ -114,6 +114,13 @@ TEST(Format, StoresTheLengthSoFar)
     int length = -1;
     EXPECT_EQ(Formatted("abc%ndef", &length), "abcdef");
     EXPECT_EQ(length, 3);
+    short shorts[2] = {-1, -1};
+    Formatted("abc%hn", &shorts[0]);
+    EXPECT_EQ(shorts[0], 3);
+    EXPECT_EQ(shorts[1], -1);
+    long long wide = -1;
+    Formatted("abc%I64n", &wide);
+    EXPECT_EQ(wide, 3);
 }
 
 TEST(Format, TakesNoArgumentForAnUnknownConversion)

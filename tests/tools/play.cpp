@@ -191,6 +191,52 @@ TEST(Play, StopsBeforeItFillsTheMemory)
     EXPECT_EQ(run.err, "tesk: more than 10000000 changes; give an earlier end with --until\n");
 }
 
+TEST(Play, ShowsAVectorAsABusWithItsWires)
+{
+    EXPECT_EQ(Play("\"01 0ns, 1Z 10ns -cancel 20ns\" --count 2"),
+              "ticks,time,value,[1],[0]\n0,0ps,01,0,1\n10000,10ns,1Z,1,Z\n20000,20ns,,,\n");
+    EXPECT_EQ(Play("\"01 0ns\" --type 'bit_vector(5 to 6)' --until 1ns"), "ticks,time,value,[5],[6]\n0,0ps,01,0,1\n");
+    const std::string wave = Play("\"01 0ns, 10 10ns\" --count 2 --until 20ns --format wave --width 40");
+    EXPECT_EQ(Lines(wave), 11);
+    EXPECT_THAT(wave, HasSubstr("[1] "));
+}
+
+TEST(Play, ShowsARecordByItsFields)
+{
+    EXPECT_EQ(Play("\"(1, idle) 5ns\" --type 'r#3#rec2 valid e#3#bitc2 01 state e#2#sts2 idle run '"),
+              "ticks,time,value,.valid,.state\n5000,5ns,\"(1,idle)\",1,idle\n");
+}
+
+TEST(Play, DumpsABusAsOneVector)
+{
+    const std::string dump = Play("\"01 0ns, 10 10ns\" --count 2 --format vcd");
+    EXPECT_THAT(dump, HasSubstr("$var wire 2 ! stimulus [1:0] $end\n$upscope"));
+    EXPECT_THAT(dump, HasSubstr("#10000\nb10 !\n"));
+}
+
+TEST(Play, WalksTheWiresOfACounterInStep)
+{
+    EXPECT_EQ(Play("\"$(tesk counter --type gray --width 3 --start 000 --period 10ns)\" --count 3 --until 20ns"),
+              "ticks,time,value,[2],[1],[0]\n0,0ps,000,0,0,0\n10000,10ns,001,0,0,1\n20000,20ns,011,0,1,1\n");
+}
+
+TEST(Play, BeginsWithTheValueInForceAtTheStart)
+{
+    EXPECT_EQ(Play("\"$(tesk random --dist uniform --low 0 --high 10 --seed 5 --period 20ns)\" --until 20ns"),
+              "ticks,time,value\n0,0ps,0\n20000,20ns,6\n");
+}
+
+TEST(Play, RefusesWhatDoesNotFitTheType)
+{
+    const SToolRun run = RunShell("tesk play 'qqq 0ns' --type 'std_logic_vector(1 downto 0)'");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(Lines(run.err), 1);
+    EXPECT_THAT(run.err, HasSubstr("cannot be split into 2 elements"));
+    EXPECT_EQ(RunShell("tesk play '1 0ns' --type nothing").status, 1);
+    EXPECT_EQ(RunShell("tesk play '1 0ns' --count 0").status, 2);
+    EXPECT_EQ(RunShell("tesk play '1 0ns' --type 'bit_vector(1 to 2000000000)'").status, 1);
+}
+
 TEST(Check, WritesTheCanonicalTextAndTheVerdict)
 {
     const struct {

@@ -49,9 +49,9 @@ private:
 inline SToolRun RunShell(const std::string &commandLine)
 {
     const CTemporaryFolder folder;
-    const std::string command = "tesk() { '" TESK_TOOL "' \"$@\"; }; cd '" TESK_SOURCE_DIR "' && { " + commandLine +
-                                "\n} >'" + (folder / "out").string() + "' 2>'" + (folder / "err").string() +
-                                "' </dev/null";
+    const std::string command = "PATH=\"$(dirname '" TESK_TOOL "'):$PATH\"; cd '" TESK_SOURCE_DIR "' && { " +
+                                commandLine + "\n} >'" + (folder / "out").string() + "' 2>'" +
+                                (folder / "err").string() + "' </dev/null";
     const int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(folder / "out"), ReadFile(folder / "err")};
 }
