@@ -9,20 +9,17 @@ namespace {
 // Fields of a bus: a bit and a vector of two. The leaves of its tree are the bit and the two bits of the vector.
 constexpr char Type[] = "r#3#bus2 valid e#3#bitc2 01 data a#22#bit_vector(1 downto 0)1 ricd1 0 e#3#bitc2 01";
 
-// The signals without children below `signal`, depth first. Each holds a reference, to be released.
+// The signals without children below `signal`, depth first. They live as long as it does.
 void CollectLeaves(ISignal *signal, std::vector<ISignal *> &leaves)
 {
     ISignalIterator *children = nullptr;
     if (signal->CreateSignalIterator(&children) < 0) {
-        signal->AddRef();
         leaves.push_back(signal);
         return;
     }
     ISignal *child = nullptr;
-    while (children->Next(1, &child, nullptr) == S_OK) {
+    while (children->Next(1, &child, nullptr) == S_OK)
         CollectLeaves(child, leaves);
-        child->Release();
-    }
     children->Release();
 }
 
@@ -63,7 +60,5 @@ int main()
         std::printf("\n");
     }
     iterator->Release();
-    for (ISignal *leaf : leaves)
-        leaf->Release();
     signal->Release();
 }
