@@ -1,64 +1,60 @@
-// Builds a record signal, gives its fields events, and walks the events of the record as a whole.
+// Makes a signal of a record type, gives its fields events, and walks them as one bus.
+#include <cstdint>
 #include <cstdio>
-#include <vector>
 
 #include <tesk.h>
 
 namespace {
 
-// Fields of a bus: a bit and a vector of two. The leaves of its tree are the bit and the two bits of the vector.
-constexpr char Type[] = "r#3#bus2 valid e#3#bitc2 01 data a#22#bit_vector(1 downto 0)1 ricd1 0 e#3#bitc2 01";
+// A record of a std_logic, an integer and a vector of two std_logic.
+const char *const RecordType = "r#6#packet3 "
+                               "valid e#9#std_logicc9 UX01ZWLH- "
+                               "count i#7#integerrict-2147483648 2147483647 "
+                               "data a#28#std_logic_vector(1 downto 0)1 ricd1 0 e#9#std_logicc9 UX01ZWLH-";
 
-// The signals without children below `signal`, depth first. They live as long as it does.
-void CollectLeaves(ISignal *signal, std::vector<ISignal *> &leaves)
+// Adds an event to the signal of that path. The text is turned into the bytes that the signal's wave keeps.
+void AddEvent(ISignalContainer *signals, const char *path, long long time, const char *text)
 {
-    ISignalIterator *children = nullptr;
-    if (signal->CreateSignalIterator(&children) < 0) {
-        leaves.push_back(signal);
-        return;
-    }
-    ISignal *child = nullptr;
-    while (children->Next(1, &child, nullptr) == S_OK)
-        CollectLeaves(child, leaves);
-    children->Release();
-}
-
-void AddEvent(ISignal *leaf, long long time, const char *text)
-{
-    unsigned char value[8] = {};
-    if (leaf->ParseValue(text, value, sizeof value) >= 0)
-        leaf->GetWave()->AddEvent(time, 0, value, sizeof value);
+    ISignal *signal = nullptr;
+    std::uint32_t value = 0;
+    if (signals->Find(path, &signal) >= 0 && signal->ParseValue(text, &value, sizeof value) >= 0)
+        signal->GetWave()->AddEvent(time, 0, &value, sizeof value);
 }
 
 }  // namespace
 
 int main()
 {
-    ISignal *signal = nullptr;
-    if (CreateSignal(Type, nullptr, &signal) < 0)
+    ISignalContainer *signals = nullptr;
+    ISignal *packet = nullptr;
+    if (CreateSignalContainer(&signals, nullptr) < 0 || CreateSignal(RecordType, nullptr, &packet) < 0)
         return 1;
-    signal->SetName("bus");
-    std::vector<ISignal *> leaves;
-    CollectLeaves(signal, leaves);
-    for (ISignal *leaf : leaves)
-        AddEvent(leaf, 0, "0");
-    AddEvent(leaves[0], 10, "1");
-    AddEvent(leaves[1], 10, "1");
-    AddEvent(leaves[2], 20, "1");
+    packet->SetName("packet");
+    signals->Add(packet);
+    packet->Release();  // the container holds a reference of its own
 
-    IBusEventIterator *iterator = nullptr;
-    if (signal->CreateBusEventIterator(&iterator) < 0)
+    AddEvent(signals, "packet.valid", 0, "0");
+    AddEvent(signals, "packet.count", 0, "17");
+    AddEvent(signals, "packet.data(1)", 0, "Z");
+    AddEvent(signals, "packet.data(0)", 0, "Z");
+    AddEvent(signals, "packet.valid", 10, "1");
+    AddEvent(signals, "packet.data(0)", 10, "1");
+    AddEvent(signals, "packet.count", 25, "18");
+
+    const char *const leaves[] = {"packet.valid", "packet.count", "packet.data(1)", "packet.data(0)"};
+    IBusEventIterator *walk = nullptr;
+    if (packet->CreateBusEventIterator(&walk) < 0)
         return 1;
-    while (iterator->Next() == S_OK) {
-        IBusEvent *event = iterator->GetEvent();
+    while (walk->Next() == S_OK) {
+        IBusEvent *event = walk->GetEvent();
         std::printf("%lld:", event->GetTime());
         for (unsigned i = 0; i < event->GetElementCount(); ++i) {
-            char name[100];
-            leaves[i]->GetFullName(name, sizeof name);
-            std::printf(" %s=%s", name, leaves[i]->GetValueText(event->GetElementValuePtr(i)));
+            ISignal *leaf = nullptr;
+            if (signals->Find(leaves[i], &leaf) >= 0)
+                std::printf(" %s=%s", leaves[i], leaf->GetValueText(event->GetElementValuePtr(i)));
         }
         std::printf("\n");
     }
-    iterator->Release();
-    signal->Release();
+    walk->Release();
+    signals->Release();
 }

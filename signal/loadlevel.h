@@ -12,7 +12,7 @@ public:
             s_signals = 0;
             s_refused = false;
         }
-        if (s_depth > MaxNesting || ++s_signals > MaxSignals)
+        if (s_depth > MaxNesting || ++s_signals > MaxSignals + 1)
             s_refused = true;
     }
     CLoadLevel(const CLoadLevel &) = delete;

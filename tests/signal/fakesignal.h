@@ -1,6 +1,8 @@
 // A signal that a host might have written, for tests of what keeps signals: nothing but fields.
 #pragma once
 
+#include <functional>
+
 #include "signal/signaltools.h"
 
 class CFakeSignal final : public TComponent<ISignal, IID_ISignal> {
@@ -75,7 +77,7 @@ public:
     long LoadFromStream(ISignalStream *, ISignalContainer *, ISignal *) override { return E_NOTIMPL; }
     long AttachFromDatabase(NTARN::IDatabaseReader *, ISignalContainer *, ISignal *, int) override { return E_NOTIMPL; }
     long AttachFromList(ISignalListReader *, ISignalContainer *, ISignal *, int) override { return E_NOTIMPL; }
-    const char *GetInitialValueText(bool) override { return nullptr; }
+    const char *GetInitialValueText(bool) override { return m_initialValueText ? m_initialValueText() : nullptr; }
     long long GetMaxTime() override { return 0; }
     bool IsVBus() override { return false; }
 
@@ -85,6 +87,7 @@ public:
     TReference<ISignalWave> m_wave;
     TReference<ISignalContainer> m_children;
     bool m_givesIterators = true;
+    std::function<const char *()> m_initialValueText;
     long m_result = S_OK;  // of saving and exporting
     int m_saved = 0;
     int m_exported = 0;

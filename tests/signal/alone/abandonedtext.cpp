@@ -1,5 +1,6 @@
 // What happens to value texts once an initial value text was given up half-way: it concerns all later texts of the
 // process.
+#include "signal/fakesignal.h"
 #include "signal/signaltools.h"
 
 namespace {
@@ -31,6 +32,27 @@ TEST(AbandonedText, MakesLaterTextsDeliberatelyStandBehindOneAnother)
     const TReference<ISignal> record = MakeSignal(RecordType({{"a", IntegerType}, {"b", IntegerType}}));
     AddEvent(*ChildAt(record->GetChildren(), 1), 10, 7);
     EXPECT_STREQ(record->GetValueTextAt(10, Exact), "(,7)") << "texts are right all the same";
+}
+
+// The children of a record, among them one of the host's, which shortens the list while it is asked.
+TEST(AbandonedText, IsLeftByAListThatShrinksMeanwhileToo)
+{
+    const TReference<ISignal> record = MakeSignal(RecordType({{"a", IntegerType}, {"b", IntegerType}}));
+    const FakePtr meddler = NewFake("meddler");
+    ISignalContainer *children = record->GetChildren();
+    meddler->m_initialValueText = [children] {
+        children->Remove(ChildAt(children, 1));
+        return "text";
+    };
+    children->InsertBefore(meddler.get(), ChildAt(children, 0));
+    EXPECT_EQ(record->GetInitialValueText(false), nullptr) << "there is no third child any more";
+
+    const TReference<ISignal> signal = MakeSignal(IntegerType);
+    AddEvent(*signal, 10, 12);
+    const char *first = signal->GetValueTextAt(10, Exact);
+    EXPECT_EQ(signal->GetValueTextAt(10, Exact), first + 2);
+    meddler->m_initialValueText = [] { return "text"; };
+    EXPECT_STREQ(record->GetInitialValueText(false), "(text,)") << "the text of a host's signal is copied";
 }
 
 TEST(AbandonedText, NeverLetsLaterTextsLeaveTheBuffer)
