@@ -52,6 +52,8 @@ int CFormulaParser::Run(const char *formula, CElements &elements, int count, boo
         return CCounterFormulaParser::Run(formula, elements, count, g_simRes) ? 1 : 0;
     if (search.Has(RandomKeyword))
         return CreateRandomWires(formula, count, g_simRes, elements, false, nullptr, startTime) == -1 ? 0 : 1;
+    if (search.HasFileKeyword())
+        return 0;  // as in IStimulus::Create
     if (search.Has(BrelKeyword))
         return SplitBrelFormula(formula, elements, count, isBitVector, startTime);
     return SplitPlainFormula(formula, elements, count, isBitVector, startTime);

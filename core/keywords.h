@@ -5,6 +5,9 @@
 #include <string>
 #include <string_view>
 
+inline constexpr std::string_view CustomKeyword = "/custom";
+inline constexpr std::string_view TxtKeyword = "/txt";
+inline constexpr std::string_view MatKeyword = "/mat";
 inline constexpr std::string_view CounterKeyword = "\\counter";
 inline constexpr std::string_view RandomKeyword = "\\random";
 inline constexpr std::string_view BrelKeyword = "/brel";
@@ -15,6 +18,9 @@ public:
     explicit CKeywordSearch(const char *formula);
 
     bool Has(std::string_view keyword) const { return m_lower.find(keyword) != std::string::npos; }
+
+    /// Whether the formula refers to a file.
+    bool HasFileKeyword() const { return Has(CustomKeyword) || Has(TxtKeyword) || Has(MatKeyword); }
 
     /// What stands behind the first occurrence of a keyword, in the caller's letter case; null without one.
     const char *Behind(std::string_view keyword) const;

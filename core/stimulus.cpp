@@ -95,6 +95,8 @@ IStimulus *IStimulus::Create(const char *formula, long long startTime, long long
         return &g_emptyStimulus;
     SCreation creation{formula, formula, startTime, scalarInfo, binaryValues, rawValues};
     const CKeywordSearch search(formula);
+    if (search.HasFileKeyword())
+        return nullptr;  // this release replays no files, and such a text must not be taken for values and times
     for (const SKind &kind : Kinds) {
         if (!search.Has(kind.keyword))
             continue;

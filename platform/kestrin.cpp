@@ -92,10 +92,9 @@ bool KTypeInfo::IsVerilog() const
 
 bool KTypeInfo::IsSigned() const
 {
-    if (m_description->isVerilog)
-        return m_description->isSignedVerilog;
-    return m_description->kind == ETypeKind::Integer ||
-           (m_description->kind == ETypeKind::Array && BeginsWithSigned(m_description->identifier));
+    if (m_description->kind == ETypeKind::Array && BeginsWithSigned(m_description->identifier))
+        return true;
+    return m_description->isVerilog ? m_description->isSignedVerilog : m_description->kind == ETypeKind::Integer;
 }
 
 const char *KTypeInfo::GetTypeInfoString() const

@@ -136,9 +136,10 @@ int CreateRandomWires(const char *formula, int length, long long resolution, std
                       bool wholeValue, const tesk::CSimpleScalarInfo *scalarInfo, long long startTime)
 {
     const int handle = static_cast<int>(g_nextRandomHandle++);  // used up whether or not the rest succeeds
-    wires.clear();
     auto state = std::make_unique<CRandomState>(handle, length, wholeValue, scalarInfo, startTime);
-    if (!state->Initialize(formula, resolution))
+    const bool isGood = state->Initialize(formula, resolution);
+    wires.clear();  // not before: the formula may be one of them
+    if (!isGood)
         return -1;
     for (int wire = 0; wire < length; ++wire)
         wires.emplace_back(("\\random\\wire\\" + std::to_string(wire) + "\\" + std::to_string(handle)).c_str());

@@ -3,12 +3,20 @@
 #include <cstring>
 
 #include "signal/handlemanager.h"
+#include "signal/signalsprovider.h"
+#include "signal/signalwalk.h"
 
 // The container takes a signal that is removed out of the handle manager. A signal that ends in another way, for
-// instance because the type of its parent changed, must not be found there either.
+// instance because the type of its parent changed, must not be found there either, nor by its name in a list that it
+// has left. A child that somebody else holds must not lead to its parent any more.
 CSignalImp::~CSignalImp()
 {
     CHandleManager::Forget(this);
+    CSignalsProvider::Forget(this);
+    ForEachChild(*this, [this](ISignal &child) {
+        if (child.GetParent() == this)
+            child.SetParent(nullptr);
+    });
 }
 
 void CSignalImp::SetFlag(unsigned flag, bool on)

@@ -1,6 +1,8 @@
 #include "signal/signalsprovider.h"
 
 #include <algorithm>
+#include <unordered_map>
+#include <utility>
 
 #include "platform/crt.h"
 #include "platform/felvarbase.h"
@@ -9,6 +11,16 @@
 #include "signal/streamform.h"
 
 namespace {
+
+// Signals that live on outside a list whose names may lead to them. Never destroyed: a host may hold signals until the
+// process ends.
+using CDeparted = std::unordered_multimap<const ISignal *, CSignalsProvider *>;
+
+CDeparted &Departed()
+{
+    static CDeparted &departed = *new CDeparted;
+    return departed;
+}
 
 unsigned CountReferences(IUnknown &object)
 {
@@ -118,6 +130,12 @@ void CSignalsProvider::Clear()
     std::vector<ISignal *> signals;
     signals.swap(m_signals);
     m_names.clear();
+    for (const ISignal *signal : std::exchange(m_departed, {})) {
+        const auto [first, last] = Departed().equal_range(signal);
+        const auto note = std::find_if(first, last, [this](const auto &entry) { return entry.second == this; });
+        if (note != last)
+            Departed().erase(note);
+    }
     for (ISignal *signal : signals)
         GiveUp(*signal, false);
     if (m_handleManager != nullptr && CountReferences(*m_handleManager) == 1)
@@ -174,13 +192,30 @@ void CSignalsProvider::LeaveManager(ISignal &signal)
 }
 
 // Gives up the list's reference. To a signal that ends with it nothing must lead any more: not a manager, where its
-// entry stays as an empty one, nor m_names, where `isNamed` says that it may have one.
+// entry stays as an empty one, nor m_names, where `isNamed` says that it may have one. One that lives on keeps its name
+// until it ends.
 void CSignalsProvider::GiveUp(ISignal &signal, bool isNamed)
 {
     if (CountReferences(signal) == 1) {
         CHandleManager::Forget(&signal);
         if (isNamed)
-            std::erase_if(m_names, [&signal](const auto &entry) { return entry.second == &signal; });
+            ForgetName(&signal);
+    } else if (isNamed) {
+        m_departed.push_back(&signal);
+        Departed().emplace(&signal, this);
     }
     signal.Release();
+}
+
+void CSignalsProvider::ForgetName(const ISignal *signal)
+{
+    std::erase_if(m_names, [signal](const auto &entry) { return entry.second == signal; });
+}
+
+void CSignalsProvider::Forget(const ISignal *signal)
+{
+    const auto [first, last] = Departed().equal_range(signal);
+    for (auto note = first; note != last; ++note)
+        note->second->ForgetName(signal);
+    Departed().erase(first, last);
 }

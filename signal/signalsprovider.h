@@ -52,6 +52,9 @@ public:
     /// Finds the first signal of that name, no path. @return S_OK; E_FAIL, with `out` untouched
     long FindByName(const char *name, ISignal **out) const;
 
+    /// Takes the signal, which ends, out of every index that still leads to it.
+    static void Forget(const ISignal *signal);
+
     /// Stores the pointer; the container holds the reference.
     void SetHandleManager(IHandleManager *manager) { m_handleManager = manager; }
     /// Gives `manager` to the children of every signal in the list. @return S_OK
@@ -65,8 +68,10 @@ private:
     void EnterManager(ISignal &signal);
     void LeaveManager(ISignal &signal);
     void GiveUp(ISignal &signal, bool isNamed);
+    void ForgetName(const ISignal *signal);
 
     std::vector<ISignal *> m_signals;           // one reference each
     CNames m_names;                             // no references
+    std::vector<const ISignal *> m_departed;    // left the list while m_names may lead to them; for comparison only
     IHandleManager *m_handleManager = nullptr;  // no reference
 };

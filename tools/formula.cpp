@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "core/formulaparser.h"
+#include "core/keywords.h"
 #include "core/tokenizer.h"
 #include "tools/quote.h"
 
@@ -35,6 +36,28 @@ std::string FindFault(const std::string &formula, long long start)
     return {};
 }
 
+// The first part between commas that is refused by itself, as "part 2, "..."": switches alone are always refused.
+std::string FindRefusedPart(const std::string &formula, long long count, bool isBitVector, long long start)
+{
+    std::string_view rest = formula;
+    for (int number = 1; !rest.empty(); ++number) {
+        const std::string part = TakeChunk(rest, ",", ParserOpen, ParserClose, TokenBlanks, EJoin::BetweenTokens);
+        std::vector<SimpleString::CStr> unused;
+        if (!part.starts_with('-') &&
+            CFormulaParser().Run(part.c_str(), unused, static_cast<int>(count), isBitVector, start) == 0)
+            return "part " + std::to_string(number) + ", " + Quote(part);
+    }
+    return Quote(formula);
+}
+
+std::string Advice(long long count, bool isBitVector)
+{
+    if (!isBitVector)
+        return "write values such as \"(1, 0, 1) 5ns\"";
+    return "write values of at most " + std::to_string(count) +
+           " characters, or aggregates such as \"(1, 0, 1) 5ns\" where the elements are no bits";
+}
+
 }  // namespace
 
 StimulusPtr CreateStimulus(const std::string &formula, long long start, long long resolution)
@@ -42,27 +65,35 @@ StimulusPtr CreateStimulus(const std::string &formula, long long start, long lon
     IStimulus *stimulus = IStimulus::Create(formula.c_str(), start, resolution, nullptr, false, false);
     if (stimulus != nullptr)
         return StimulusPtr(stimulus);
+    if (CKeywordSearch(formula.c_str()).HasFileKeyword())
+        throw CRefusal("formula " + Quote(formula) + ": this release replays no files; write values and times");
     const std::string fault = FindFault(formula, start);
     throw CRefusal("formula " + Quote(formula) + ": " + (fault.empty() ? "no event in it" : fault) +
                    "; write VALUE TIME parts with commas between, such as \"1 10ns, 0 20ns -r 30ns\"");
 }
 
-std::vector<StimulusPtr> CreateElementStimuli(const std::string &formula, int count, bool isBitVector, long long start,
-                                              long long resolution)
+std::vector<SimpleString::CStr> SplitFormula(const std::string &formula, long long count, bool isBitVector,
+                                             long long start, long long resolution)
 {
     CFormulaParser parser;
     parser.SetSimRes(resolution);
     std::vector<SimpleString::CStr> elements;
-    const int result = parser.Run(formula.c_str(), elements, count, isBitVector, start);
+    const int result = parser.Run(formula.c_str(), elements, static_cast<int>(count), isBitVector, start);
     if (result == 0) {
         CreateStimulus(formula, start, resolution);  // says what is wrong with the formula as a whole
-        throw CRefusal("formula " + Quote(formula) + ": cannot be split into " + std::to_string(count) +
-                       " elements; write values such as " + (isBitVector ? "\"0101 10ns\"" : "\"(1, 0, 1) 10ns\""));
+        throw CRefusal("formula: " + FindRefusedPart(formula, count, isBitVector, start) + ", cannot be split into " +
+                       std::to_string(count) + " elements; " + Advice(count, isBitVector));
     }
     if (result == -1)
-        std::fprintf(stderr, "tesk: warning: a value is too long for %d elements and lost its leading bits\n", count);
+        std::fprintf(stderr, "tesk: warning: a value is too long for %lld elements and lost its leading bits\n", count);
+    return elements;
+}
+
+std::vector<StimulusPtr> CreateElementStimuli(const std::string &formula, long long count, bool isBitVector,
+                                              long long start, long long resolution)
+{
     std::vector<StimulusPtr> stimuli;
-    for (const SimpleString::CStr &element : elements)
+    for (const SimpleString::CStr &element : SplitFormula(formula, count, isBitVector, start, resolution))
         stimuli.push_back(CreateStimulus(std::string(element), start, resolution));
     return stimuli;
 }

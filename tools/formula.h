@@ -9,9 +9,15 @@
 /// Makes the stimulus. @throw CRefusal that tells what of the formula cannot be used and what would do
 StimulusPtr CreateStimulus(const std::string &formula, long long start, long long resolution);
 
-/// Makes the stimuli of the elements of a composite signal. @throw as `CreateStimulus`
-std::vector<StimulusPtr> CreateElementStimuli(const std::string &formula, int count, bool isBitVector, long long start,
-                                              long long resolution);
+/// Splits a formula of any kind into one for each of `count` elements; a warning tells of lost bits.
+/// @param isBitVector  a value is a bit string, otherwise an aggregate
+/// @throw CRefusal that tells which part cannot be split and what would do
+std::vector<SimpleString::CStr> SplitFormula(const std::string &formula, long long count, bool isBitVector,
+                                             long long start, long long resolution);
+
+/// Makes the stimuli of the elements. @throw as `SplitFormula` and `CreateStimulus`
+std::vector<StimulusPtr> CreateElementStimuli(const std::string &formula, long long count, bool isBitVector,
+                                              long long start, long long resolution);
 
 /// Adds `--res` and `--start`.
 void AddTimeOptions(CCommand &command, std::string &resolution, std::string &start);

@@ -50,7 +50,7 @@ std::vector<STrace> PlaySignal(const SPlayOptions &options, const SWaveform &wav
         stimuli.push_back(CreateStimulus(options.formula, waveform.begin, waveform.resolution));
         return {{"", Walk(stimuli, waveform.begin, until).front()}};
     }
-    stimuli = CreateElementStimuli(options.formula, static_cast<int>(signal.names.size()), signal.isBitVector,
+    stimuli = CreateElementStimuli(options.formula, static_cast<long long>(signal.names.size()), signal.isBitVector,
                                    waveform.begin, waveform.resolution);
     std::vector<STrace> traces;
     for (auto &changes : Walk(stimuli, waveform.begin, until))

@@ -98,3 +98,13 @@ TEST(FormulaParser, LooksForCountersBeforeAllElse)
     EXPECT_EQ(Split(both, 1).result, 0);  // what stands in front of the keyword is no part of a counter
     EXPECT_EQ(Split("\\counter/brel H10", 1).result, 0);
 }
+
+TEST(FormulaParser, TakesNoFileFormulaForAnother)
+{
+    for (const char *formula : {"/custom f.vcd,s", "1 0ns /TXT", "/brel H10 /mat x"}) {
+        const SSplit split = Split(formula, 1);
+        EXPECT_EQ(split.result, 0) << formula;
+        EXPECT_THAT(split.elements, ElementsAre("before")) << formula;
+        EXPECT_EQ(Create(formula), nullptr) << formula;
+    }
+}

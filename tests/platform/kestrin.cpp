@@ -47,7 +47,7 @@ TEST(TypeInfo, TellsWhatATypeIs)
         {"r#1#r0 ", 5, "r", false, false, false, 1, 0, 0},
         {"va#8#reg[7:0]1 ricd7 0 e#3#regc4 01ZX", 4, "reg[7:0]", true, true, false, 8, 1, 8},
         {"vsa#8#reg[7:0]1 ricd7 0 e#3#regc4 01ZX", 4, "reg[7:0]", true, true, true, 8, 1, 8},
-        {"va#11#signed[1:0]1 ricd1 0 e#3#regc4 01ZX", 4, "signed[1:0]", true, true, false, 2, 1, 2},
+        {"va#11#signed[1:0]1 ricd1 0 e#3#regc4 01ZX", 4, "signed[1:0]", true, true, true, 2, 1, 2},
         {"vi#7#integerrict0 9", 2, "integer", true, true, false, 1, 4, 4},
         {"vsi#7#integerrict0 9", 2, "integer", true, true, true, 1, 4, 4},
         {"a#6#signed1 ricd1 0 " + StdLogic, 4, "signed", true, false, true, 2, 1, 2},

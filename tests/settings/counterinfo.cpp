@@ -285,7 +285,7 @@ TEST(CounterFormulaText, SurvivesAnyBytes)
     const char *words[] = {"\\",     "counter", "TYPE", "DIR", "RADIX", "START", "INC",
                            "PERIOD", "REV",     "1",    "2",   "\"",    "10 ns", "x"};
     std::mt19937 random(1);
-    for (int round = 0; round < 20000; ++round) {
+    for (int round = 0; round < 5000; ++round) {
         std::string text;
         for (int i = static_cast<int>(random() % 40); i > 0; --i)
             text += words[random() % std::size(words)];

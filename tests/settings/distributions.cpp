@@ -99,7 +99,7 @@ std::vector<int> Seeds()
 {
     std::vector<int> seeds = {0, 1, -1, 259341593, INT_MIN, INT_MAX, 5};
     std::mt19937 random(1);
-    while (seeds.size() < 30)
+    while (seeds.size() < 24)
         seeds.push_back(static_cast<int>(random()));
     return seeds;
 }

@@ -1,0 +1,81 @@
+// Signals that live on outside their list or their parent: while they live they are found as before, and when they end
+// nothing leads to them.
+#include <gtest/gtest.h>
+
+#include "signaltools.h"
+
+namespace {
+
+constexpr unsigned GenerousSize = 100;
+
+}  // namespace
+
+TEST(DepartedSignal, IsFoundByItsOldNameUntilItEnds)
+{
+    const TReference<ISignalContainer> list = MakeContainer();
+    TReference<ISignal> old = MakeNamed("n", BitType);
+    list->Add(old.get());
+    const TReference<ISignal> successor = MakeNamed("other", BitType);
+    ASSERT_EQ(list->Replace(old.get(), successor.get()), S_OK);
+    EXPECT_EQ(FindIn(*list, "n"), old.get());  // deliberate: names are not told of a replacement
+    old.reset();
+    ISignal *found = nullptr;
+    EXPECT_EQ(list->Find("n", &found), E_FAIL);
+}
+
+TEST(DepartedSignal, OfTwoWithOneNameLeavesNoEntryBehind)
+{
+    const TReference<ISignalContainer> list = MakeContainer();
+    const TReference<ISignal> first = MakeNamed("n", BitType);
+    TReference<ISignal> second = MakeNamed("n", BitType);
+    list->Add(first.get());
+    list->Add(second.get());
+    ASSERT_EQ(list->Remove(second.get()), S_OK);
+    EXPECT_EQ(FindIn(*list, "n"), second.get());  // deliberate: the first entry of the name went
+    second.reset();
+    ISignal *found = nullptr;
+    EXPECT_EQ(list->Find("n", &found), E_FAIL);
+}
+
+TEST(DepartedSignal, ThatWasRenamedAndMovedIsForgottenByItsFirstList)
+{
+    const TReference<ISignalContainer> list = MakeContainer();
+    {
+        const TReference<ISignalContainer> other = MakeContainer();
+        const TReference<ISignal> signal = MakeNamed("", BitType);
+        list->Add(signal.get());
+        signal->SetName("top");
+        ASSERT_EQ(list->Remove(signal.get()), S_OK);
+        other->Add(signal.get());
+    }
+    ISignal *found = nullptr;
+    EXPECT_EQ(list->Find("", &found), E_FAIL);
+}
+
+TEST(DepartedSignal, MayOutliveTheList)
+{
+    TReference<ISignal> signal = MakeNamed("n", BitType);
+    {
+        const TReference<ISignalContainer> list = MakeContainer();
+        list->Add(signal.get());
+        list->Add(MakeNamed("m", BitType).get());
+        signal->SetName("renamed");
+        list->Remove(signal.get());
+    }
+    EXPECT_STREQ(signal->GetName(), "renamed");
+    signal.reset();
+}
+
+TEST(Child, ThatOutlivesItsParentHasNone)
+{
+    TReference<ISignal> parent = MakeNamed("a", VectorType(2));
+    ISignal *child = ChildAt(parent->GetChildren(), 0);
+    child->AddRef();
+    const TReference<ISignal> kept(child);
+    parent.reset();
+    EXPECT_EQ(kept->GetParent(), nullptr);
+    char name[GenerousSize];
+    EXPECT_EQ(kept->GetFullName(name, sizeof name), S_OK);
+    EXPECT_STREQ(name, "(1)");
+    kept->GetMode();
+}
