@@ -231,7 +231,7 @@ private:
     CTimeIndex m_relativeIndex;
 };
 
-/// Never has an event. The library keeps two of them: one for an empty formula, and a cancelled one.
+/// Never has an event. All empty formulas share one object; a cancelled one is finished at any time.
 class TESK_API CEmptyStimulus final : public IStimulus {
 public:
     explicit CEmptyStimulus(bool cancelled) : m_cancelled(cancelled) {}

@@ -1,5 +1,6 @@
-// The pseudo-random number generators of Verilog: IEEE Std 1364-2005, 17.9 "Probabilistic distribution functions", by
-// the algorithm in 17.9.3. Internal.
+// The pseudo-random number generators of Verilog. Internal.
+//
+// IEEE Std 1364-2005, 17.9 "Probabilistic distribution functions", by the algorithm in 17.9.3.
 #pragma once
 
 namespace tesk::distributions {
