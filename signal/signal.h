@@ -99,7 +99,8 @@ public:
     /// The signal's own type; may be null.
     virtual Kestrin::KTypeInfo *GetTypeInfo() = 0;
     /// Applies a type: makes children or a wave for it. Does nothing if the effective type has the same description.
-    /// @return S_OK; E_FAIL, and everything stays, if the type is invalid or its children or wave cannot be made
+    /// @return S_OK; E_FAIL, and everything stays, if the type is invalid, describes more than 2^24 signals below this
+    ///         one, or if its children or wave cannot be made
     virtual long SetTypeInfo(const Kestrin::KTypeInfo &type) = 0;
     /// As `SetTypeInfo`, but deliberately builds anew for an equal description too.
     virtual long SetTypeInfoString(const char *type) = 0;

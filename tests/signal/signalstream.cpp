@@ -190,7 +190,7 @@ TEST(LoadFromStream, BindsAHandleThatTheSignalHas)
 
 TEST(LoadFromStream, TakesKeysAndValuesOfAnyLength)
 {
-    for (const std::size_t length : {0, 127, 128, 129, 65535}) {
+    for (const std::size_t length : {0U, 127U, 128U, 129U, 65535U}) {
         const std::string text(length, 'k');
         const SLoaded loaded(Word(1) + Pair(text, text) + Word(0));
         ASSERT_EQ(loaded.result, S_OK) << length;
