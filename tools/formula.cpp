@@ -58,6 +58,33 @@ std::string Advice(long long count, bool isBitVector)
            " characters, or aggregates such as \"(1, 0, 1) 5ns\" where the elements are no bits";
 }
 
+struct SAdvice {
+    std::string_view keyword;
+    const char *text;
+};
+
+// What would do where a keyword names the kind of formula.
+constexpr SAdvice KeywordAdvice[] = {
+    {CounterKeyword, "no counter in it; \"tesk counter\" writes one, and one that is not binary needs --count"},
+    {RandomKeyword, "no random settings in it; \"tesk random\" writes them, with \\RANDOM in capitals"},
+    {BrelKeyword, "no event in it; write values and times behind /brel, such as (H10 L10)4"},
+};
+
+// Why a formula cannot be used, and what would do.
+std::string Explain(const std::string &formula, long long start)
+{
+    const CKeywordSearch search(formula.c_str());
+    if (search.HasFileKeyword())
+        return "this release replays no files; write values and times";
+    for (const SAdvice &advice : KeywordAdvice) {
+        if (search.Has(advice.keyword))
+            return advice.text;
+    }
+    const std::string fault = FindFault(formula, start);
+    return (fault.empty() ? "no event in it" : fault) +
+           "; write VALUE TIME parts with commas between, such as \"1 10ns, 0 20ns -r 30ns\"";
+}
+
 }  // namespace
 
 StimulusPtr CreateStimulus(const std::string &formula, long long start, long long resolution)
@@ -65,11 +92,7 @@ StimulusPtr CreateStimulus(const std::string &formula, long long start, long lon
     IStimulus *stimulus = IStimulus::Create(formula.c_str(), start, resolution, nullptr, false, false);
     if (stimulus != nullptr)
         return StimulusPtr(stimulus);
-    if (CKeywordSearch(formula.c_str()).HasFileKeyword())
-        throw CRefusal("formula " + Quote(formula) + ": this release replays no files; write values and times");
-    const std::string fault = FindFault(formula, start);
-    throw CRefusal("formula " + Quote(formula) + ": " + (fault.empty() ? "no event in it" : fault) +
-                   "; write VALUE TIME parts with commas between, such as \"1 10ns, 0 20ns -r 30ns\"");
+    throw CRefusal("formula " + Quote(formula) + ": " + Explain(formula, start));
 }
 
 std::vector<SimpleString::CStr> SplitFormula(const std::string &formula, long long count, bool isBitVector,

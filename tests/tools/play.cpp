@@ -168,6 +168,23 @@ TEST(Play, RefusesAFormulaInOneLine)
     }
 }
 
+TEST(Play, TellsWhatAFormulaOfAnotherKindNeeds)
+{
+    const struct {
+        const char *formula;
+        const char *part;
+    } rows[] = {{"\\random\\1\\5\\0\\10\\20ns", "with \\RANDOM in capitals"},
+                {"\\counter\\TYPE\\2", "tesk counter"},
+                {"/brel", "such as (H10 L10)4"},
+                {"/custom f.vcd,s", "replays no files"}};
+    for (const auto &row : rows) {
+        const SToolRun run = RunShell("tesk play '" + std::string(row.formula) + "'");
+        EXPECT_EQ(run.status, 1) << row.formula;
+        EXPECT_EQ(Lines(run.err), 1) << run.err;
+        EXPECT_THAT(run.err, HasSubstr(row.part));
+    }
+}
+
 TEST(Play, TellsWrongUsageApart)
 {
     const SToolRun run = RunShell("tesk play '1 0ns' --res 10nz");
