@@ -1,11 +1,11 @@
 // Signal trees: building them, finding signals in them, saving and loading.
 #include <benchmark/benchmark.h>
 
-#include <cstring>
 #include <string>
 
 #include "signal/component.h"
 #include "signal/signal.h"
+#include "tests/signal/memorystream.h"
 
 namespace {
 
@@ -39,26 +39,6 @@ TReference<ISignalContainer> NewDesign(int signals)
     }
     return design;
 }
-
-class CMemoryStream final : public ISignalStream {
-public:
-    long Read(void *buffer, unsigned size) override
-    {
-        if (size > bytes.size() - position)
-            return E_FAIL;
-        std::memcpy(buffer, bytes.data() + position, size);
-        position += size;
-        return S_OK;
-    }
-    long Write(const void *buffer, unsigned size) override
-    {
-        bytes.append(static_cast<const char *>(buffer), size);
-        return S_OK;
-    }
-
-    std::string bytes;
-    std::size_t position = 0;
-};
 
 void BuildArray1024x64(benchmark::State &state)
 {

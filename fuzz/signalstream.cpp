@@ -3,35 +3,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <string>
 
 #include "signal/component.h"
 #include "signal/signal.h"
+#include "tests/signal/memorystream.h"
 
 namespace {
 
-class CBytes final : public ISignalStream {
-public:
-    long Read(void *buffer, unsigned size) override
-    {
-        if (size > bytes.size() - position)
-            return E_FAIL;
-        std::memcpy(buffer, bytes.data() + position, size);
-        position += size;
-        return S_OK;
-    }
-    long Write(const void *buffer, unsigned size) override
-    {
-        bytes.append(static_cast<const char *>(buffer), size);
-        return S_OK;
-    }
-
-    std::string bytes;
-    std::size_t position = 0;
-};
-
-TReference<ISignalContainer> Load(CBytes &stream)
+TReference<ISignalContainer> Load(CMemoryStream &stream)
 {
     ISignalContainer *made = nullptr;
     CreateSignalContainer(&made, nullptr);
@@ -42,7 +22,7 @@ TReference<ISignalContainer> Load(CBytes &stream)
 
 std::string Save(ISignalContainer &container)
 {
-    CBytes stream;
+    CMemoryStream stream;
     container.Save(&stream);
     return stream.bytes;
 }
@@ -68,15 +48,15 @@ void Use(ISignalContainer &container)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    CBytes stream;
+    CMemoryStream stream;
     stream.bytes.assign(reinterpret_cast<const char *>(data), size);
     const TReference<ISignalContainer> container = Load(stream);
     Use(*container);
     // What was saved loads, and is saved the same: but for "Stimulator" and "VBus", which a first load doubles.
-    CBytes saved;
+    CMemoryStream saved;
     saved.bytes = Save(*container);
     const std::string once = Save(*Load(saved));
-    CBytes again;
+    CMemoryStream again;
     again.bytes = once;
     if (Save(*Load(again)) != once)
         std::abort();

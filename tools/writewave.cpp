@@ -149,9 +149,11 @@ void WriteWave(std::ostream &out, const SWaveform &waveform, int width)
             previousRow = LevelRow(stretch.level);
         }
         for (const int row : {High, Middle, Low}) {
-            std::string label = row == Middle ? trace.name : "";
-            label.resize(indent, ' ');
-            out << label << cells.Line(row) << '\n';
+            std::string line = row == Middle ? trace.name : "";
+            line.resize(indent, ' ');
+            line += cells.Line(row);
+            line.erase(line.find_last_not_of(' ') + 1);
+            out << line << '\n';
         }
     }
     DrawAxis(out, scale, indent, columns);

@@ -7,6 +7,7 @@
 
 #include "platform/kestrin.h"
 #include "platform/tarn.h"
+#include "signal/memorystream.h"
 #include "signal/reference.h"
 
 inline constexpr const char *BitType = "e#3#bitc2 01";
@@ -124,37 +125,6 @@ inline void AddEvent(ISignal &signal, long long time, int value)
 {
     signal.GetWave()->AddEvent(time, 0, &value, sizeof value);
 }
-
-/// A stream over bytes in memory. Reads fail at the end, writes from `writesLeft` on.
-class CMemoryStream final : public ISignalStream {
-public:
-    CMemoryStream() = default;
-    explicit CMemoryStream(std::string content) : bytes(std::move(content)) {}
-
-    long Read(void *buffer, unsigned size) override
-    {
-        ++reads;
-        if (size > bytes.size() - position)
-            return E_FAIL;
-        bytes.copy(static_cast<char *>(buffer), size, position);
-        position += size;
-        return S_OK;
-    }
-
-    long Write(const void *buffer, unsigned size) override
-    {
-        if (writesLeft == 0)
-            return E_FAIL;
-        --writesLeft;
-        bytes.append(static_cast<const char *>(buffer), size);
-        return S_OK;
-    }
-
-    std::string bytes;
-    std::size_t position = 0;
-    long long reads = 0;
-    long long writesLeft = 1LL << 40;
-};
 
 inline std::string Word(unsigned number)
 {

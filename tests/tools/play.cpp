@@ -215,7 +215,8 @@ TEST(Play, ShowsAVectorAsABusWithItsWires)
     EXPECT_EQ(Play("\"01 0ns\" --type 'bit_vector(5 to 6)' --until 1ns"), "ticks,time,value,[5],[6]\n0,0ps,01,0,1\n");
     const std::string wave = Play("\"01 0ns, 10 10ns\" --count 2 --until 20ns --format wave --width 40");
     EXPECT_EQ(Lines(wave), 11);
-    EXPECT_THAT(wave, HasSubstr("[1] "));
+    EXPECT_THAT(wave, HasSubstr("\n[1] "));
+    EXPECT_THAT(wave, testing::Not(HasSubstr(" \n")));
 }
 
 TEST(Play, ShowsARecordByItsFields)
