@@ -74,6 +74,11 @@ private:
 /// have is empty: no children, no name, no events. The order of the operations is part of the binary interface.
 class TESK_API IDatabaseReader {
 public:
+    /// Opens a waveform database. The caller deletes the reader.
+    /// @return null if the file cannot be opened for another reason than those that are raised
+    /// @throw XFileDoesNotExist, XFileCorrupted; nothing else leaves it but std::bad_alloc
+    static IDatabaseReader *create(const char *file, bool flag);
+
     /// The last time in the file, in file ticks.
     virtual long long GetEndTime() = 0;
     /// Femtoseconds per file tick.

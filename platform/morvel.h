@@ -1,0 +1,93 @@
+// Event-stream files (".zyn", ".tmp"): signals with their events, one signal read without the others.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+#include "platform/export.h"
+
+namespace Morvel {
+
+class CStoredEvents;
+class KEventsStore;
+class KEventsStoreCache;
+
+/// A position among the events of a store; valid as long as one of the store's copies is.
+class TESK_API KEventData {
+public:
+    /// File ticks; -1 where it was never placed.
+    const long long &GetTime() const { return m_time; }
+    /// Copies the raw value. What of `buffer` lies behind the value's own size becomes 0.
+    void GetValue(unsigned char *buffer, unsigned size) const;
+
+private:
+    friend class KEventsStore;
+
+    const CStoredEvents *m_events = nullptr;
+    std::size_t m_position = 0;
+    long long m_time = -1;
+};
+
+/// The events of one signal. Copies share them.
+class TESK_API KEventsStore {
+public:
+    explicit KEventsStore(std::shared_ptr<const CStoredEvents> events);
+
+    /// Places `event` on the last event not later than `time`, by binary search. `cache` is always null.
+    /// @return false if there is none
+    bool GetFirstEvent(const long long &time, KEventData *event, KEventsStoreCache *cache) const;
+    /// Moves `event` to the next event. @return false at the end; `event` then stays where it was
+    bool GetNextEvent(KEventData *event) const;
+    /// Size in bytes of one raw value.
+    int GetSecondSize() const;
+
+private:
+    std::shared_ptr<const CStoredEvents> m_events;
+};
+
+/// The signals of a file. Handles are those of `IRawMorvelRead` on the same file. The order of the operations is part
+/// of the binary interface.
+class TESK_API IMorvelRead {
+public:
+    /// Number of top-level signals.
+    virtual int GetSignalCount() = 0;
+    /// The handle of child `number` of a signal; -1 if there is none.
+    virtual int GetChild(int parent, int number) = 0;
+    /// The handle of top-level signal `number`; -1 if there is none.
+    virtual int GetSignal(int number) = 0;
+    /// Tells about a signal. Any of the pointers may be null. `name` lives as long as the reader.
+    virtual void GetInfo(int handle, bool *hasChildren, int *childCount, const char **name, int *mode,
+                         int *reserved) = 0;
+    /// The type description of a signal; null for an unknown handle. It lives as long as the reader.
+    virtual const char *GetTypeText(int handle) = 0;
+    /// Ends the reader.
+    virtual void Release() = 0;
+
+protected:
+    ~IMorvelRead() = default;
+};
+
+/// The events of a file. The order of the operations is part of the binary interface.
+class TESK_API IRawMorvelRead {
+public:
+    /// Femtoseconds per file tick.
+    virtual long long GetResolution() = 0;
+    /// File ticks.
+    virtual long long GetEndTime() = 0;
+    /// The events of a signal, read from the file when first asked for; those of a one-dimensional array are the changes
+    /// of the whole value. The store belongs to the reader; a copy outlives it. Null for a signal without a value of its
+    /// own, such as a record, and where the file is damaged.
+    virtual const KEventsStore *GetEventsStore(int handle) = 0;
+
+protected:
+    friend TESK_API void DeleteRawMorvelRead(IRawMorvelRead *reader);
+    virtual ~IRawMorvelRead() = default;
+};
+
+/// Opens an event stream. @return null, with one line in the log, for a file that is missing, damaged or none
+TESK_API IMorvelRead *CreateStreamRead(const char *file);
+/// As `CreateStreamRead`; end it with `DeleteRawMorvelRead`.
+TESK_API IRawMorvelRead *CreateRawMorvelRead(const char *file);
+TESK_API void DeleteRawMorvelRead(IRawMorvelRead *reader);
+
+}  // namespace Morvel

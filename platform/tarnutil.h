@@ -1,0 +1,75 @@
+// Importing foreign waveform files: the VCD reader and the interface of the store that it fills.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/export.h"
+
+/// One value change of a scalar element in an imported file.
+struct WaveEvent {
+    long long m_time = 0;        ///< file ticks
+    std::uint64_t m_value = 0;   ///< the raw value: a position in an enumeration, or the bits of a double
+    std::uint64_t m_unused = 0;  ///< kept and never read
+};
+
+namespace NTARN {
+
+/// Receives an imported file. The importer announces a signal with `addSignal`, then each of its scalar elements with
+/// `addHandle`, then `endSignal`. Handles count from 1 through the whole file; events of one handle come in rising time
+/// order. The order of the operations is part of the binary interface.
+class TESK_API IDatabaseStreamWriter {
+public:
+    virtual void open() = 0;
+    virtual void setOption(std::intptr_t option) = 0;
+    virtual void beginHeader() = 0;
+    virtual void endHeader() = 0;
+    virtual void beginSignals() = 0;
+    virtual void endSignals() = 0;
+    virtual void beginEvents() = 0;
+    virtual void endEvents() = 0;
+    virtual bool acceptsData(std::intptr_t kind) = 0;
+    /// @param name      full name, scopes included
+    /// @param typeInfo  type description of the whole signal
+    virtual void addSignal(const char *name, const char *typeInfo, std::intptr_t mode, std::intptr_t language,
+                           std::intptr_t flags, std::intptr_t parent, std::intptr_t reserved) = 0;
+    virtual void addHandle(const long long *handle, std::intptr_t kind) = 0;
+    virtual int endSignal() = 0;
+    virtual void addEvent(const long long *handle, const WaveEvent *event) = 0;
+    /// @param time  the last time of the file, in file ticks
+    virtual void setEndTime(const long long *time) = 0;
+    /// @param resolution  femtoseconds per file tick
+    virtual void setResolution(const long long *resolution) = 0;
+    virtual void setFlag(bool flag) = 0;
+    virtual ~IDatabaseStreamWriter() = default;
+    virtual void *getInterface() = 0;
+    virtual bool isCancelled() = 0;
+    virtual void setUserData(std::intptr_t data) = 0;
+};
+
+namespace NImport {
+
+/// Reads a VCD file (IEEE 1364-2005, clause 18) in one pass and hands it to a writer.
+class TESK_API KImport_VCD {
+public:
+    KImport_VCD() = default;
+    KImport_VCD(const KImport_VCD &) = delete;
+    KImport_VCD &operator=(const KImport_VCD &) = delete;
+    ~KImport_VCD() = default;
+
+    /// The writer is not owned.
+    void connectTarnWriter(IDatabaseStreamWriter *writer) { m_writer = writer; }
+    void setVcdFileName(const std::string &fileName) { m_fileName = fileName; }
+
+    /// Reads the file. A file that is cut off or damaged behind its declarations is read as far as it goes, with one
+    /// warning that names the last time.
+    /// @throw std::runtime_error that names the file, and where there is one the line, if nothing can be read of it
+    void vcdImport();
+
+private:
+    IDatabaseStreamWriter *m_writer = nullptr;
+    std::string m_fileName;
+};
+
+}  // namespace NImport
+}  // namespace NTARN

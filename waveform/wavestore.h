@@ -1,0 +1,76 @@
+// A VCD file in memory: the store that the importer fills and that VCD stimuli read.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/tarnutil.h"
+
+namespace Kestrin {
+class KTypeInfo;
+}
+
+/// Holds the signals of one file and the events of their scalar elements. A handle names one element; handles count
+/// from 1.
+class TESK_API WaveStore : public NTARN::IDatabaseStreamWriter {
+public:
+    WaveStore();
+    WaveStore(const WaveStore &) = delete;
+    WaveStore &operator=(const WaveStore &) = delete;
+
+    void open() override {}
+    void setOption(std::intptr_t) override {}
+    void beginHeader() override {}
+    void endHeader() override {}
+    void beginSignals() override {}
+    void endSignals() override {}
+    void beginEvents() override {}
+    void endEvents() override {}
+    bool acceptsData(std::intptr_t) override { return true; }
+    void addSignal(const char *name, const char *typeInfo, std::intptr_t, std::intptr_t, std::intptr_t, std::intptr_t,
+                   std::intptr_t) override;
+    void addHandle(const long long *handle, std::intptr_t) override;
+    int endSignal() override;
+    void addEvent(const long long *handle, const WaveEvent *event) override;
+    void setEndTime(const long long *time) override;
+    void setResolution(const long long *resolution) override;
+    void setFlag(bool flag) override;
+    ~WaveStore() override;
+    void *getInterface() override { return nullptr; }
+    bool isCancelled() override { return false; }
+    void setUserData(std::intptr_t) override {}
+
+    /// Finds a signal by its full name in any letter case, or an element of an array signal, "name[3]".
+    /// @return its first handle; 0 if there is none
+    long long FindSignal(const char *name) const;
+    /// The type of the signal to which a handle belongs; with `whole` false that of the element.
+    /// @return owned by the store; null for a handle that it does not have
+    const Kestrin::KTypeInfo *GetSignalType(long long handle, bool whole) const;
+
+    /// Whether an element has events at all.
+    bool HasEvents(long long handle) const;
+    /// The last event not later than `time`, by binary search; null if there is none.
+    const WaveEvent *FindLast(long long handle, long long time) const;
+    /// The first event later than `time`, by binary search; null if there is none.
+    const WaveEvent *FindNext(long long handle, long long time) const;
+
+    /// Femtoseconds per file tick.
+    long long GetResolution() const { return m_resolution; }
+    /// The last time of the file, in file ticks.
+    long long GetEndTime() const { return m_endTime; }
+
+private:
+    struct WaveSignal;
+
+    std::vector<WaveSignal> m_signals;
+    std::vector<std::vector<WaveEvent>> m_events;  // of handle h at h - 1
+    long long m_resolution = 1;
+    long long m_endTime = 0;
+    long long m_firstHandle = 0;  // of the signal being defined; 0 while none
+    long long m_lastHandle = 0;
+    bool m_flag = false;
+};
+
+/// Imports a VCD file. @return a filled store that the caller owns; null, with a message in the log, on failure
+TESK_API WaveStore *ImportVcdFile(const char *path);
