@@ -34,4 +34,6 @@
 #include "signaldata/scalardata.h"
 #include "signaldata/signaldata.h"
 #include "waveform/samplecolumn.h"
+#include "waveform/samplestimulus.h"
+#include "waveform/textimporter.h"
 #include "waveform/wavestore.h"

@@ -6,6 +6,7 @@
 #include "settings/brel.h"
 #include "settings/counter.h"
 #include "settings/random.h"
+#include "waveform/tableformula.h"
 
 long long g_simRes = 1000;
 const char *g_SignalName = nullptr;
@@ -13,8 +14,6 @@ SimpleString::CStr g_TypeDescription;
 SimpleString::CStr g_SignalTypeDescription;
 
 namespace {
-
-CEmptyStimulus g_emptyStimulus(false);
 
 // What `Create` was asked for, and where its keyword ends.
 struct SCreation {
@@ -49,6 +48,17 @@ IStimulus *CreatePlainStimulus(const SCreation &creation)
     return reinterpret_cast<IStimulus *>(reinterpret_cast<char *>(static_cast<IStimulus *>(stimulus)) + isWide);
 }
 
+// A kind that is not built must not be taken for values and times.
+IStimulus *Refuse(const SCreation &)
+{
+    return nullptr;
+}
+
+IStimulus *CreateTxtStimulus(const SCreation &creation)
+{
+    return CreateTableStimulus(TxtTables, creation.formula, creation.behindKeyword, creation.startTime);
+}
+
 IStimulus *CreateCounterStimulus(const SCreation &creation)
 {
     CCounterStimulus *stimulus = new CCounterStimulus;
@@ -80,6 +90,9 @@ struct SKind {
 };
 
 constexpr SKind Kinds[] = {
+    {CustomKeyword, Refuse},
+    {TxtKeyword, CreateTxtStimulus},
+    {MatKeyword, Refuse},
     {CounterKeyword, CreateCounterStimulus},
     {RandomKeyword, CreateRandomStimulus},
     {BrelKeyword, CreateBrelStimulus},
@@ -92,11 +105,9 @@ IStimulus *IStimulus::Create(const char *formula, long long startTime, long long
 {
     g_simRes = simRes;
     if (formula == nullptr || *formula == 0)
-        return &g_emptyStimulus;
+        return CEmptyStimulus::Shared(false);
     SCreation creation{formula, formula, startTime, scalarInfo, binaryValues, rawValues};
     const CKeywordSearch search(formula);
-    if (search.HasFileKeyword())
-        return nullptr;  // this release replays no files, and such a text must not be taken for values and times
     for (const SKind &kind : Kinds) {
         if (!search.Has(kind.keyword))
             continue;
@@ -162,6 +173,13 @@ long long IStimulus::GetRepeatRateInSimUnits() const
 long long IStimulus::GetRepeatRate() const
 {
     return 0;
+}
+
+IStimulus *CEmptyStimulus::Shared(bool cancelled)
+{
+    static CEmptyStimulus s_empty(false);
+    static CEmptyStimulus s_cancelled(true);
+    return cancelled ? &s_cancelled : &s_empty;
 }
 
 void CEmptyStimulus::Destroy() {}
