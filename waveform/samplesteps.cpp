@@ -52,6 +52,15 @@ void CollapseTo(CSampleColumn &column, long long start)
     EraseSamples(column, 0, reached);
 }
 
+void CollapseToStartTime(CSampleColumn &column)
+{
+    const bool isRelative = (column.m_args.m_flags & CFileFormulaArgs::FLAG_REL) != 0;
+    if (column.m_startTime == 0 || isRelative || column.m_events.empty())
+        return;
+    if (column.m_events.front().m_time < column.m_startTime)
+        CollapseTo(column, column.m_startTime);
+}
+
 bool OrderSamples(CSampleColumn &column, const char *signal)
 {
     std::vector<SampleEvent> &events = column.m_events;

@@ -20,6 +20,9 @@ bool ReadInterval(const CFileFormulaArgs &args, double &interval);
 /// is not later than `start`. Deliberate: a first event that lies behind `start` is moved there too.
 void CollapseTo(CSampleColumn &column, long long start);
 
+/// The same for `m_startTime`, of a table with absolute times whose first event lies before it.
+void CollapseToStartTime(CSampleColumn &column);
+
 /// Lets the later value win where two events have one time.
 /// @return false, with a message, if an event is earlier than the one before
 bool OrderSamples(CSampleColumn &column, const char *signal);
