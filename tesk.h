@@ -33,6 +33,7 @@
 #include "signal/wave.h"
 #include "signaldata/scalardata.h"
 #include "signaldata/signaldata.h"
+#include "waveform/matimporter.h"
 #include "waveform/samplecolumn.h"
 #include "waveform/samplestimulus.h"
 #include "waveform/textimporter.h"

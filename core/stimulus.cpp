@@ -59,6 +59,11 @@ IStimulus *CreateTxtStimulus(const SCreation &creation)
     return CreateTableStimulus(TxtTables, creation.formula, creation.behindKeyword, creation.startTime);
 }
 
+IStimulus *CreateMatStimulus(const SCreation &creation)
+{
+    return CreateTableStimulus(MatTables, creation.formula, creation.behindKeyword, creation.startTime);
+}
+
 IStimulus *CreateCounterStimulus(const SCreation &creation)
 {
     CCounterStimulus *stimulus = new CCounterStimulus;
@@ -92,7 +97,7 @@ struct SKind {
 constexpr SKind Kinds[] = {
     {CustomKeyword, Refuse},
     {TxtKeyword, CreateTxtStimulus},
-    {MatKeyword, Refuse},
+    {MatKeyword, CreateMatStimulus},
     {CounterKeyword, CreateCounterStimulus},
     {RandomKeyword, CreateRandomStimulus},
     {BrelKeyword, CreateBrelStimulus},
