@@ -6,6 +6,7 @@
 #include "settings/brel.h"
 #include "settings/counter.h"
 #include "settings/random.h"
+#include "waveform/filestimulus.h"
 
 long long g_simRes = 1000;
 const char *g_SignalName = nullptr;
@@ -49,6 +50,17 @@ IStimulus *CreatePlainStimulus(const SCreation &creation)
     return reinterpret_cast<IStimulus *>(reinterpret_cast<char *>(static_cast<IStimulus *>(stimulus)) + isWide);
 }
 
+IStimulus *CreateCustomStimulus(const SCreation &creation)
+{
+    return CreateFileStimulus(creation.formula, creation.behindKeyword, creation.startTime);
+}
+
+// This release reads no tables, and such a text must not be taken for values and times.
+IStimulus *RefuseTable(const SCreation &)
+{
+    return nullptr;
+}
+
 IStimulus *CreateCounterStimulus(const SCreation &creation)
 {
     CCounterStimulus *stimulus = new CCounterStimulus;
@@ -80,6 +92,9 @@ struct SKind {
 };
 
 constexpr SKind Kinds[] = {
+    {CustomKeyword, CreateCustomStimulus},
+    {TxtKeyword, RefuseTable},
+    {MatKeyword, RefuseTable},
     {CounterKeyword, CreateCounterStimulus},
     {RandomKeyword, CreateRandomStimulus},
     {BrelKeyword, CreateBrelStimulus},
@@ -95,8 +110,6 @@ IStimulus *IStimulus::Create(const char *formula, long long startTime, long long
         return &g_emptyStimulus;
     SCreation creation{formula, formula, startTime, scalarInfo, binaryValues, rawValues};
     const CKeywordSearch search(formula);
-    if (search.HasFileKeyword())
-        return nullptr;  // this release replays no files, and such a text must not be taken for values and times
     for (const SKind &kind : Kinds) {
         if (!search.Has(kind.keyword))
             continue;
