@@ -6,30 +6,7 @@
 #include <string>
 
 #include "settings/timeunits.h"
-#include "waveform/fakefiles.h"
-
-enum class EFileKind { Stream, Database, Vcd };
-
-/// A file with one signal, and the formula that replays it.
-struct SReplay {
-    EFileKind kind = EFileKind::Database;
-    long long simRes = 1000;
-    long long fileRes = 1000;
-    long long fileEnd = 0;
-    CFileEvents events = {};
-    std::string start = {}, end = {}, offset = {}, repeat = {}, cancel = {};
-    long long now = 0;
-
-    /// What stands behind the names of file and signal.
-    std::string Tail() const
-    {
-        std::string tail = start.empty() ? "" : "," + start;
-        tail += end.empty() ? "" : "," + end;
-        tail += offset.empty() ? "" : " " + offset;
-        tail += repeat.empty() ? "" : " -r " + repeat;
-        return tail + (cancel.empty() ? "" : " -cancel " + cancel);
-    }
-};
+#include "waveform/replayedfiles.h"
 
 /// Works from numbers that are small enough for every step to be exact.
 class CReplayModel {
