@@ -1,9 +1,8 @@
 #include "platform/morvel.h"
 
-#include <algorithm>
-#include <array>
 #include <cstring>
 #include <new>
+#include <vector>
 
 #include "platform/morvelevents.h"
 
@@ -11,8 +10,9 @@ namespace Morvel {
 
 void KEventData::GetValue(unsigned char *buffer, unsigned size) const
 try {
-    std::memset(buffer, 0, size);
-    if (m_events == nullptr)
+    if (size > 0)
+        std::memset(buffer, 0, size);
+    if (size == 0 || m_events == nullptr)
         return;
     const unsigned valueSize = m_events->GetValueSize();
     if (valueSize <= size) {
@@ -42,9 +42,12 @@ try {
 
 bool KEventsStore::GetNextEvent(KEventData *event) const
 try {
-    SEventPlace place{event->m_position, event->m_time};
-    if (event->m_events != m_events.get() || !m_events->Step(place))
+    if (event->m_events != nullptr && event->m_events != m_events.get())
         return false;
+    SEventPlace place{event->m_position, event->m_time};
+    if (!(event->m_events != nullptr ? m_events->Step(place) : m_events->FindAfter(-1, place)))
+        return false;
+    event->m_events = m_events.get();
     event->m_position = place.position;
     event->m_time = place.time;
     return true;

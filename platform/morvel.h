@@ -36,7 +36,8 @@ public:
     /// Places `event` on the last event not later than `time`, by binary search. `cache` is always null.
     /// @return false if there is none
     bool GetFirstEvent(const long long &time, KEventData *event, KEventsStoreCache *cache) const;
-    /// Moves `event` to the next event. @return false at the end; `event` then stays where it was
+    /// Moves `event` to the next event, or to the first of all if it was never placed. @return false at the end, and for
+    /// an event of another signal; `event` then stays where it was
     bool GetNextEvent(KEventData *event) const;
     /// Size in bytes of one raw value.
     int GetSecondSize() const;

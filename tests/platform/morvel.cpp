@@ -41,7 +41,7 @@ CEvents RandomEvents(std::mt19937 &random, std::size_t count, unsigned valueSize
     CEvents events;
     long long time = 0;
     for (std::size_t i = 0; i < count; ++i) {
-        time += std::uniform_int_distribution<long long>(i == 1 ? 1 : 0, maxStep)(random);
+        time += std::uniform_int_distribution<long long>(0, maxStep)(random);
         std::string value(valueSize, '\0');
         for (char &byte : value)
             byte = static_cast<char>(random());
@@ -58,7 +58,7 @@ STreeNode RandomTree(std::mt19937 &random, int depth)
     if (depth == 0 || random() % 3 == 0)
         return {"s" + std::to_string(random() % 100),
                 type,
-                RandomEvents(random, random() % 4 == 0 ? 1000 + random() % 1100 : random() % 5, size, 1 + random() % 300),
+                RandomEvents(random, random() % 4 == 0 ? 1000 + random() % 1100 : random() % 5, size, random() % 300),
                 {}};
     STreeNode node{"r" + std::to_string(random() % 100), "r#1#r1 a e#3#bitc2 01", {}, {}};
     const std::size_t count = random() % 4;
@@ -216,12 +216,23 @@ TEST(EventsStore, StepsToTheFirstLaterEventAndStaysAtTheEnd)
     EXPECT_EQ(ValueOf(event, 1), "\3");
 }
 
-TEST(EventsStore, DoesNotStepWhatItDidNotPlace)
+TEST(EventsStore, StepsFromNowhereToTheFirstOfAllEvents)
+{
+    const KEventsStore store = StoreOf(Bit("a", {{5, "\1"}, {5, "\2"}}));
+    KEventData event;
+    ASSERT_TRUE(store.GetNextEvent(&event));
+    EXPECT_EQ(ValueOf(event, 1), "\1");
+    ASSERT_TRUE(store.GetNextEvent(&event));
+    EXPECT_EQ(ValueOf(event, 1), "\2");
+    KEventData none;
+    EXPECT_FALSE(StoreOf(Bit("a", {})).GetNextEvent(&none));
+}
+
+TEST(EventsStore, DoesNotStepAnEventOfAnotherSignal)
 {
     const KEventsStore store = StoreOf(Bit("a", {{5, "\1"}, {9, "\2"}}));
     const KEventsStore other = StoreOf(Bit("b", {{5, "\1"}, {9, "\2"}}));
     KEventData event;
-    EXPECT_FALSE(store.GetNextEvent(&event));
     ASSERT_TRUE(other.GetFirstEvent(5, &event, nullptr));
     EXPECT_FALSE(store.GetNextEvent(&event));
     EXPECT_EQ(ValueOf(KEventData(), 2), "\0\0"s);
@@ -354,7 +365,7 @@ TEST(StreamWriter, RefusesEventsThatGoBackOrBelongToNoScalar)
     EXPECT_FALSE(writer->AddEvent(-1, 6, "\1"));
     EXPECT_FALSE(writer->AddEvent(2, 6, "\1"));
     ASSERT_TRUE(writer->Finish());
-    EXPECT_THAT(ReadStream(folder / "a.zyn")[0].events, ElementsAre(Pair(5, "\2")));
+    EXPECT_THAT(ReadStream(folder / "a.zyn")[0].events, ElementsAre(Pair(5, "\1"), Pair(5, "\2")));
 }
 
 TEST(StreamWriter, RefusesSignalsWithoutAParentOrBelowAScalar)

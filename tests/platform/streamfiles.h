@@ -83,29 +83,16 @@ inline void WriteStream(const std::string &file, const std::vector<STreeNode> &n
     ASSERT_TRUE(writer->Finish());
 }
 
-/// All events of a store. Of several at the first time a store tells only the last.
+/// All events of a store, from the first one on.
 inline CEvents AllEvents(const Morvel::KEventsStore *store)
 {
     CEvents events;
     Morvel::KEventData event;
-    if (store == nullptr)
-        return events;
-    // The first event of all: the one behind which nothing is when going back.
-    long long low = 0;
-    for (long long high = 0x7FFFFFFFFFFFFFFF; low < high;) {
-        const long long middle = low + (high - low) / 2;
-        if (store->GetFirstEvent(middle, &event, nullptr))
-            high = middle;
-        else
-            low = middle + 1;
-    }
-    if (!store->GetFirstEvent(low, &event, nullptr))
-        return events;
-    do {
+    while (store != nullptr && store->GetNextEvent(&event)) {
         std::string value(static_cast<std::size_t>(store->GetSecondSize()), '\x55');
         event.GetValue(reinterpret_cast<unsigned char *>(value.data()), static_cast<unsigned>(value.size()));
         events.emplace_back(event.GetTime(), value);
-    } while (store->GetNextEvent(&event));
+    }
     return events;
 }
 
