@@ -33,8 +33,16 @@
 #include "signal/wave.h"
 #include "signaldata/scalardata.h"
 #include "signaldata/signaldata.h"
+<<<<<<< HEAD
 #include "waveform/matimporter.h"
+=======
+#include "waveform/customstimulus.h"
+#include "waveform/openfiles.h"
+>>>>>>> tables
 #include "waveform/samplecolumn.h"
 #include "waveform/samplestimulus.h"
+#include "waveform/sharedfilestimulus.h"
+#include "waveform/tarnstimulus.h"
 #include "waveform/textimporter.h"
+#include "waveform/vcdstimulus.h"
 #include "waveform/wavestore.h"

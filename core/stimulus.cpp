@@ -6,6 +6,7 @@
 #include "settings/brel.h"
 #include "settings/counter.h"
 #include "settings/random.h"
+#include "waveform/filestimulus.h"
 #include "waveform/tableformula.h"
 
 long long g_simRes = 1000;
@@ -46,6 +47,11 @@ IStimulus *CreatePlainStimulus(const SCreation &creation)
     // The lowest bit of the address tells a caller that asked for it of a value wider than one bit.
     const bool isWide = creation.binaryValues && result == -1;
     return reinterpret_cast<IStimulus *>(reinterpret_cast<char *>(static_cast<IStimulus *>(stimulus)) + isWide);
+}
+
+IStimulus *CreateCustomStimulus(const SCreation &creation)
+{
+    return CreateFileStimulus(creation.formula, creation.behindKeyword, creation.startTime);
 }
 
 // A kind that is not built must not be taken for values and times.
@@ -95,7 +101,7 @@ struct SKind {
 };
 
 constexpr SKind Kinds[] = {
-    {CustomKeyword, Refuse},
+    {CustomKeyword, CreateCustomStimulus},
     {TxtKeyword, CreateTxtStimulus},
     {MatKeyword, CreateMatStimulus},
     {CounterKeyword, CreateCounterStimulus},
