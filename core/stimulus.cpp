@@ -54,12 +54,6 @@ IStimulus *CreateCustomStimulus(const SCreation &creation)
     return CreateFileStimulus(creation.formula, creation.behindKeyword, creation.startTime);
 }
 
-// A kind that is not built must not be taken for values and times.
-IStimulus *Refuse(const SCreation &)
-{
-    return nullptr;
-}
-
 IStimulus *CreateTxtStimulus(const SCreation &creation)
 {
     return CreateTableStimulus(TxtTables, creation.formula, creation.behindKeyword, creation.startTime);

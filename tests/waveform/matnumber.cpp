@@ -279,7 +279,7 @@ TEST(MatNumber, AgreesWithExactArithmeticOnAnyDouble)
         if (!std::isfinite(value))
             continue;
         ASSERT_NO_FATAL_FAILURE(
-                ExpectIdeal(value, static_cast<int>(random() % 200) + 1, static_cast<int>(random() % 3000) - 1500));
+            ExpectIdeal(value, static_cast<int>(random() % 200) + 1, static_cast<int>(random() % 3000) - 1500));
     }
 }
 

@@ -37,6 +37,26 @@ mxArray g_variables[] = {
     {"structure", 2, 2, TwoByThree, 6, nullptr, 1, &g_variables[0]},
 };
 
+// The last random matrices, while they are asked for: the values, and the times.
+struct SRandomVariable {
+    std::vector<double> values;
+    std::size_t sizes[2];
+    mxArray array;
+};
+
+mxArray *MakeRandom(unsigned seed)
+{
+    static SRandomVariable s_variables[2];
+    static int s_next = 0;
+    SRandomVariable &variable = s_variables[s_next++ % 2];
+    SRandomMatrix matrix(seed);
+    variable.values = std::move(matrix.values);
+    variable.sizes[0] = matrix.rows;
+    variable.sizes[1] = matrix.columns;
+    variable.array = {"", 6, 2, variable.sizes, variable.values.size(), variable.values.data()};
+    return &variable.array;
+}
+
 }  // namespace
 
 struct MATFile {};
@@ -55,6 +75,8 @@ FAKE_MATLAB_API int matClose(MATFile *file)
 
 FAKE_MATLAB_API mxArray *matGetVariable(MATFile *, const char *name)
 {
+    if (std::strncmp(name, "random", 6) == 0)
+        return MakeRandom(static_cast<unsigned>(std::atoi(name + 6)));
     for (mxArray &variable : g_variables) {
         if (std::strcmp(variable.name, name) == 0)
             return &variable;
