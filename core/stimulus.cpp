@@ -95,12 +95,8 @@ struct SKind {
 };
 
 constexpr SKind Kinds[] = {
-    {CustomKeyword, CreateCustomStimulus},
-    {TxtKeyword, CreateTxtStimulus},
-    {MatKeyword, CreateMatStimulus},
-    {CounterKeyword, CreateCounterStimulus},
-    {RandomKeyword, CreateRandomStimulus},
-    {BrelKeyword, CreateBrelStimulus},
+    {CustomKeyword, CreateCustomStimulus},   {TxtKeyword, CreateTxtStimulus},       {MatKeyword, CreateMatStimulus},
+    {CounterKeyword, CreateCounterStimulus}, {RandomKeyword, CreateRandomStimulus}, {BrelKeyword, CreateBrelStimulus},
 };
 
 }  // namespace

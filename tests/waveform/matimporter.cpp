@@ -17,17 +17,9 @@ const std::string Byte = VectorType(8);
 const std::string Unsigned = ArrayType("UNSIGNED(7 downto 0)", 7, 0);
 const std::string VerilogByte = "va#8#reg[7:0]1 ricd7 0 e#3#regc4 01ZX";
 const std::string VerilogBit = "ve#3#regc4 01ZX";
-const std::string Words = ArrayType("words(3 downto 0)", 3, 0, IntegerType);
 const std::string NoEvents = "1 KERNEL There are no events for signal `v' in file `t.mat'.";
 const std::string TooLate = "2 KERNEL Some events on signal `v' could not be scheduled. (The maximum allowable "
                             "simulation time would be exceeded.)";
-
-std::string SampleFile(const std::string &name)
-{
-    return TESK_SOURCE_DIR "/tests/data/" + name;
-}
-
-// ---- values
 
 TEST_F(MatImport, FillsAColumn)
 {
@@ -103,8 +95,6 @@ TEST_F(MatImport, TakesThePointIntoAccount)
     EXPECT_THAT(ImportMatrix({{1}}, "v -point 2147483647", Byte), ElementsAre("0:1111111"));
     EXPECT_THAT(ImportMatrix({{1}}, "v -point -2147483648", Byte), ElementsAre("0:null"));
 }
-
-// ---- times
 
 TEST_F(MatImport, SpacesEventsByTheInterval)
 {
@@ -216,8 +206,6 @@ TEST_F(MatImport, RefusesTimesThatAreNoNumbersBehindOthers)
     EXPECT_THAT(Messages(), ElementsAre("1 KERNEL Events for signal `v' in improper order in file `t.mat'."));
 }
 
-// ---- the end of an import
-
 TEST_F(MatImport, RefusesTimesThatGoBack)
 {
     EXPECT_THAT(ImportMatrix({{2, 1}, {1, 2}}, "v -time_points 1", IntegerType), ElementsAre("failed"));
@@ -256,235 +244,6 @@ TEST_F(MatImport, NeedsEvents)
     EXPECT_THAT(Messages(), ElementsAre(NoEvents));
 }
 
-// ---- lanes
-
-TEST_F(MatImport, TakesTheFirstLaneWithoutAnIndex)
-{
-    const std::vector<std::vector<double>> matrix = {{1, 2}, {3, 4}};
-    for (const std::string &type : {std::string(IntegerType), Byte, Words})
-        EXPECT_THAT(ImportMatrix(matrix, "v", type).size(), 2U) << type;
-    EXPECT_THAT(ImportMatrix(matrix, "v", IntegerType), ElementsAre("0:2#1", "1:2#11"));
-    EXPECT_THAT(ImportMatrix(matrix, "v -row", IntegerType), ElementsAre("0:2#1", "1:2#10"));
-    EXPECT_THAT(ImportMatrix(matrix, "v", StdLogicType), ElementsAre("0:1", "1:1"));
-}
-
-TEST_F(MatImport, TakesTheLaneOfAnIndexWithoutBounds)
-{
-    const std::vector<std::vector<double>> matrix = {{1, 2}, {3, 4}};
-    EXPECT_THAT(ImportMatrix(matrix, "v(1)", IntegerType), ElementsAre("0:2#10", "1:2#100"));
-    EXPECT_THAT(ImportMatrix(matrix, "v(1) -row", RealType), ElementsAre("0:3", "1:4"));
-    EXPECT_THAT(ImportMatrix(matrix, "v(x)", RealType), ElementsAre("0:1", "1:3"));
-    EXPECT_THAT(ImportMatrix(matrix, "v(-1)", RealType), ElementsAre("0:1", "1:3")) << "-1 counts as no index";
-}
-
-TEST_F(MatImport, CorrectsTheIndexOfAnArrayByItsBounds)
-{
-    std::vector<std::vector<double>> matrix(1);
-    for (int lane = 0; lane < 8; ++lane)
-        matrix[0].push_back(lane);
-    EXPECT_THAT(ImportMatrix(matrix, "v(7)", ArrayType("a(7 downto 0)", 7, 0)), ElementsAre("0:111"));
-    EXPECT_THAT(ImportMatrix(matrix, "v(8)", ArrayType("a(8 downto 1)", 8, 1)), ElementsAre("0:111"));
-    EXPECT_THAT(ImportMatrix(matrix, "v(8)", ArrayType("a(2 to 9)", 2, 9)), ElementsAre("0:110"));
-}
-
-TEST_F(MatImport, CorrectsTheIndexOfAnElementByTheBoundsOfTheWhole)
-{
-    WriteVariables({Matrix("v", {{1, 2, 3, 4}})});
-    IStimulus::SetupAdditionalInfo("sig", ArrayType("words(5 downto 2)", 5, 2, IntegerType).c_str());
-    IStimulus::SetupAdditionalInfo(nullptr, IntegerType);
-    EXPECT_THAT(SamplesOfHandle(ImportElement("t.mat,v(4)", IntegerType)), ElementsAre("0:2#11"));
-    IStimulus::SetupAdditionalInfo("sig", ArrayType("bytes(1 to 4)", 1, 4, Byte).c_str());
-    IStimulus::SetupAdditionalInfo(nullptr, Byte.c_str());
-    EXPECT_THAT(SamplesOfHandle(ImportElement("t.mat,v(4)", Byte)), ElementsAre("0:100"));
-}
-
-TEST_F(MatImport, TakesTheSecondIndexOfAWholeArray)
-{
-    EXPECT_THAT(ImportMatrix({{1, 2, 3, 4}}, "v(9)(3)", ArrayType("a(5 downto 2)", 5, 2)), ElementsAre("0:10"));
-    EXPECT_THAT(ImportMatrix({{1, 2, 3, 4}}, "v(9)(3)", ArrayType("a(5 downto 2)", 5, 2, IntegerType)),
-                ElementsAre("0:10"));
-}
-
-TEST_F(MatImport, TakesTheFirstIndexOfTwoForAnElementOfAnArray)
-{
-    WriteVariables({Matrix("v", {{1, 2, 3, 4}})});
-    IStimulus::SetupAdditionalInfo("sig", ArrayType("bytes(1 to 4)", 1, 4, Byte).c_str());
-    IStimulus::SetupAdditionalInfo(nullptr, Byte.c_str());
-    EXPECT_THAT(SamplesOfHandle(ImportElement("t.mat,v(3)(5)", Byte)), ElementsAre("0:11"));
-    EXPECT_THAT(SamplesOfHandle(ImportElement("t.mat,v(-1)(5)", Byte)), ElementsAre("0:1"));
-    EXPECT_THAT(SamplesOfHandle(ImportElement("t.mat,v(3)(5)", Words)), ElementsAre("failed"));
-}
-
-TEST_F(MatImport, RefusesIndicesThatDoNotFitTheType)
-{
-    const struct {
-        const char *signal;
-        std::string type;
-    } rows[] = {
-        {"v(0)", StdLogicType},
-        {"v(0)(0)", StdLogicType},
-        {"v(0)(0)", IntegerType},
-        {"v(0)(0)", RealType},
-        {"v", "r#3#bus2 valid " + std::string(BitType) + " data " + IntegerType},
-        {"v", ArrayType("records(0 to 1)", 0, 1, "r#1#b1 f " + std::string(BitType))},
-        {"v", "a#12#m(0 to 1, 0)2 rict0 1 rict0 1 " + std::string(IntegerType)},
-    };
-    for (const auto &row : rows)
-        EXPECT_THAT(ImportMatrix({{1, 2}}, row.signal, row.type), ElementsAre("failed"))
-            << row.signal << " " << row.type;
-    EXPECT_TRUE(Messages().empty());
-}
-
-TEST_F(MatImport, DoesNotCountTheTimesAsALaneOfTheSignal)
-{
-    const std::vector<std::vector<double>> matrix = {{10, 1, 2}, {20, 3, 4}};
-    EXPECT_THAT(ImportMatrix(matrix, "v(0) -time_points 1", RealType), ElementsAre("10:1", "20:3"));
-    EXPECT_THAT(ImportMatrix(matrix, "v(1) -time_points 1", RealType), ElementsAre("10:2", "20:4"));
-    EXPECT_THAT(ImportMatrix({{1, 10, 2}, {3, 20, 4}}, "v(0) -time_points 2", RealType), ElementsAre("10:1", "20:3"));
-    EXPECT_THAT(ImportMatrix({{1, 10, 2}, {3, 20, 4}}, "v(1) -time_points 2", RealType), ElementsAre("10:2", "20:4"));
-    EXPECT_THAT(ImportMatrix(matrix, "v -time_points 1", StdLogicType), ElementsAre("10:1", "20:1"));
-}
-
-TEST_F(MatImport, HasNoDataBeyondTheLastLane)
-{
-    EXPECT_THAT(ImportMatrix({{1, 2}, {3, 4}}, "v(2)", IntegerType), ElementsAre("no data"));
-    EXPECT_THAT(ImportMatrix({{1, 2}, {3, 4}}, "v(1) -time_points 1", IntegerType), ElementsAre("no data"));
-    EXPECT_THAT(ImportMatrix({{1, 2}}, "v(1) -row", IntegerType), ElementsAre("no data"));
-    EXPECT_THAT(ImportMatrix({{1, 2}}, "v(0)(9)", Byte), ElementsAre("no data"));
-    EXPECT_THAT(ImportMatrix({{1, 2}}, "v(0)", ArrayType("a(8 downto 1)", 8, 1)), ElementsAre("no data"));
-    EXPECT_THAT(ImportMatrix({{1, 2}}, "v(-2147483648)", ArrayType("a(8 downto 1)", 8, 1)), ElementsAre("no data"));
-    const std::string one = "2 KERNEL There is no data for sig";
-    EXPECT_THAT(Messages(), ElementsAre(one + "(2).", one + "(1).", one + "(1).", one + "(0)(9).", one + "(0).",
-                                        one + "(-2147483648)."));
-    EXPECT_TRUE(g_SampleColumns.empty());
-}
-
-TEST_F(MatImport, DeliberatelyDoesNotTellThatAScalarHasNoLane)
-{
-    EXPECT_THAT(ImportMatrix({{1}, {2}}, "v -time_points 1", StdLogicType), ElementsAre("failed"));
-    EXPECT_THAT(Messages(), ElementsAre(NoEvents));
-}
-
-// ---- files and variables
-
-TEST_F(MatImport, FindsAFileWithoutItsExtension)
-{
-    m_folder.Write("t.mat", MatFileBytes({Matrix("v", {{1}})}));
-    CFileFormulaArgs args;
-    ASSERT_TRUE(ParseMatArgs("t,v", args));
-    EXPECT_EQ(ImportMatFile(0, args, MakeSignal(IntegerType).get()), 1);
-    EXPECT_EQ(std::string(args.m_file), "t.mat");
-}
-
-TEST_F(MatImport, SaysNothingOfAFileThatCannotBeOpened)
-{
-    m_folder.Write("bad.mat", "time,value\n1,2\n");
-    for (const char *file : {"missing", "bad.mat", "."})
-        EXPECT_THAT(ImportMat(std::string(file) + ",v", IntegerType), ElementsAre("failed")) << file;
-    EXPECT_TRUE(Messages().empty());
-}
-
-TEST_F(MatImport, SaysNothingOfAnIndexWithoutBeginning)
-{
-    WriteVariables({Matrix("v", {{1}})});
-    for (const char *signal : {"v)", ")", "(3)", "v)(1)", "(2)(1)"}) {
-        CFileFormulaArgs args;
-        args.m_file = "t.mat";
-        args.m_signal = signal;
-        EXPECT_EQ(ImportMatFile(0, args, MakeSignal(IntegerType).get()), 0) << signal;
-    }
-    EXPECT_TRUE(Messages().empty());
-}
-
-TEST_F(MatImport, NamesTheVariableThatIsNotThere)
-{
-    WriteVariables({Matrix("v", {{1}})});
-    EXPECT_THAT(ImportMat("t,w(3)", IntegerType), ElementsAre("failed"));
-    EXPECT_THAT(ImportMat("t", IntegerType), ElementsAre("failed"));
-    EXPECT_THAT(Messages(), ElementsAre("1 KERNEL Cannot find `w' variable in file `t.mat'.",
-                                        "1 KERNEL Cannot find `' variable in file `t.mat'."));
-}
-
-TEST_F(MatImport, RefusesVariablesThatAreNoMatrixOfDoubles)
-{
-    for (const char *name : {"i8", "u64", "sg", "txt", "lg", "sp", "ce", "s", "sa", "n3"}) {
-        EXPECT_THAT(ImportMat(SampleFile("octave7.mat") + "," + name, IntegerType), ElementsAre("failed")) << name;
-        EXPECT_THAT(ImportMat(SampleFile("octave7.mat") + ",m -time_var " + name, IntegerType), ElementsAre("failed"))
-            << name;
-    }
-    EXPECT_TRUE(Messages().empty());
-}
-
-TEST_F(MatImport, FollowsAPathThroughStructures)
-{
-    for (const char *file : {"octave6.mat", "octave7.mat", "scipy5.mat", "matio73.mat"}) {
-        const std::string path = SampleFile(file) + ",";
-        EXPECT_THAT(ImportMat(path + "s.f", RealType), ElementsAre("0:10", "1:20", "2:30")) << file;
-        EXPECT_THAT(ImportMat(path + "s.f(1)", RealType), ElementsAre("0:1", "1:4", "2:7")) << file;
-        EXPECT_THAT(ImportMat(path + "s.t.v", RealType), ElementsAre("0:7")) << file;
-        EXPECT_THAT(ImportMat(path + "s(1).t(1).v", RealType), ElementsAre("0:7")) << file;
-        EXPECT_THAT(ImportMat(path + "sa.v", RealType), ElementsAre("0:11")) << file;
-        EXPECT_THAT(ImportMat(path + "m -time_var times", RealType), ElementsAre("1:10", "2:20", "4:30")) << file;
-        EXPECT_THAT(ImportMat(path + "s.f -time_var times(3)", RealType), ElementsAre("1:10", "2:20", "4:30")) << file;
-    }
-    EXPECT_TRUE(Messages().empty());
-}
-
-TEST_F(MatImport, DeliberatelyCountsElementsOfStructuresInAnOrderOfItsOwn)
-{
-    const std::string path = SampleFile("octave7.mat") + ",";
-    const double order[] = {11, 21, 12, 22};  // in the file: column by column
-    for (int i = 1; i <= 2; ++i) {
-        for (int j = 1; j <= 2; ++j) {
-            const int element = (i - 1) * 2 + (j - 1);
-            const std::string index = std::to_string(i) + ", " + std::to_string(j);
-            EXPECT_THAT(ImportMat(path + "sa(" + index + ").v", RealType),
-                        ElementsAre("0:" + std::to_string(static_cast<int>(order[element]))))
-                << index;
-        }
-    }
-    EXPECT_THAT(ImportMat(path + "sa(3).v", RealType), ElementsAre("0:12"));
-    EXPECT_THAT(ImportMat(path + "sa(0,3).v", RealType), ElementsAre("0:11")) << "-1 times 2 and 2 added";
-}
-
-TEST_F(MatImport, FindsNothingOnAPathThatLeadsNowhere)
-{
-    const char *paths[] = {"s.g",
-                           "s.",
-                           "s..f",
-                           ".f",
-                           "s.t.v.w",
-                           "m.f",
-                           "sa(5).v",
-                           "sa(0).v",
-                           "sa().v",
-                           "s.t.",
-                           "none.f",
-                           "sa(3,1).v",
-                           "s(2).f",
-                           "S.f",
-                           "s.F",
-                           "txt.v",
-                           "sa(9223372036854775807,2).v",
-                           "sa(1,1,9).v",
-                           "sa(1,1,1,1).v",
-                           "sa(2147483647,2147483647,2147483647).v"};
-    for (const char *path : paths)
-        EXPECT_THAT(ImportMat(SampleFile("octave7.mat") + "," + path, RealType), ElementsAre("failed")) << path;
-    EXPECT_EQ(Messages().size(), std::size(paths));
-    EXPECT_EQ(Messages().front(), "1 KERNEL Cannot find `s.g' variable in file `" + SampleFile("octave7.mat") + "'.");
-}
-
-TEST_F(MatImport, TestsTheIndexOfAPlainVariableOnly)
-{
-    WriteVariables({Matrix("v", {{1}, {2}}), Matrix("t", {{3, 7}})});
-    EXPECT_THAT(ImportMat("t.mat,v -time_var t(1,2)", IntegerType), ElementsAre("3:2#1", "7:2#10"));
-    for (const char *index : {"t(3)", "t(0)", "t(1", "t(", "t(2,2)"})
-        EXPECT_THAT(ImportMat(std::string("t.mat,v -time_var ") + index, IntegerType), ElementsAre("failed")) << index;
-}
-
-// ---- odd callers
-
 TEST_F(MatImport, NeedsATypeOfTheSignal)
 {
     WriteVariables({Matrix("v", {{1}})});
@@ -509,88 +268,6 @@ TEST_F(MatImport, WritesWideSignals)
     const std::string wide = VectorType(3000);
     EXPECT_THAT(ImportMatrix({{5}, {-1}}, "v", wide), ElementsAre("0:101", "1:" + std::string(3000, '1')));
     EXPECT_THAT(ImportMatrix({{1}}, "v -point 2500", wide), ElementsAre("0:1" + std::string(2500, '0')));
-}
-
-// ---- formulas
-
-class MatFormula : public CMatTest {
-protected:
-    std::string Values(const std::string &formula, const std::vector<long long> &times)
-    {
-        IStimulus *stimulus = IStimulus::Create(formula.c_str(), 0, 1000, nullptr, false, false);
-        if (stimulus == nullptr)
-            return "null";
-        std::string values;
-        for (const long long time : times) {
-            SimpleString::CStr value;
-            values += stimulus->GetValue(time, value) ? std::string(value) : "-";
-        }
-        stimulus->Destroy();
-        return values;
-    }
-};
-
-TEST_F(MatFormula, PlaysTheImportedColumn)
-{
-    WriteVariables({Matrix("v", {{1}, {0}, {1}})});
-    IStimulus::SetupAdditionalInfo("sig", StdLogicType);
-    EXPECT_EQ(Values("/mat t.mat,v -interval 10ps", {0, 9, 10, 20, 21}), "1101-");
-    EXPECT_EQ(Values("/MAT t,v", {1}), "0");
-    EXPECT_EQ(Values("\"/mat t,v\"", {1}), "0");
-}
-
-TEST_F(MatFormula, CannotBeUsedIfTheImportFails)
-{
-    IStimulus::SetupAdditionalInfo("sig", StdLogicType);
-    EXPECT_EQ(Values("/mat missing,v", {}), "null");
-    EXPECT_EQ(Values("/mat t.mat,v(", {}), "null");
-    WriteVariables({Matrix("v", {{1}})});
-    IStimulus::SetupAdditionalInfo("sig", "no type");
-    EXPECT_EQ(Values("/mat t.mat,v", {}), "null");
-}
-
-TEST_F(MatFormula, IsCancelledFromTheStartWhereThereIsNoData)
-{
-    WriteVariables({Matrix("v", {{1, 2}})});
-    IStimulus::SetupAdditionalInfo("sig", IntegerType);
-    IStimulus *stimulus = IStimulus::Create("/mat t.mat,v(2)", 0, 1000, nullptr, false, false);
-    ASSERT_NE(stimulus, nullptr);
-    EXPECT_TRUE(stimulus->IsFinishedAt(0));
-    EXPECT_FALSE(stimulus->IsCustom());
-    EXPECT_EQ(stimulus->GetNextEventTime(-1), -1);
-    EXPECT_NE(stimulus, IStimulus::Create("", 0, 1000, nullptr, false, false));
-    EXPECT_EQ(stimulus, IStimulus::Create("/mat t.mat,v(3)", 0, 1000, nullptr, false, false));
-}
-
-TEST_F(MatFormula, InItsInternalFormHasTheIndexCorrectedByTheBounds)
-{
-    // The places of a sample count from the right: "11010" holds 1 at 1, 3 and 4.
-    const struct {
-        int left, right, index;
-        const char *value;
-    } rows[] = {
-        {7, 2, 3, "1"}, {7, 2, 2, "0"}, {7, 2, 4, "0"}, {2, 7, 3, "1"}, {2, 7, 5, "1"}, {7, 0, 3, "1"}, {7, 0, 2, "0"},
-    };
-    WriteVariables({Matrix("v", {{26}})});
-    for (const auto &row : rows) {
-        const std::string type = ArrayType("a", row.left, row.right);
-        const std::string behind =
-            "/internal " + std::to_string(ImportHandle("t.mat,v", type)) + ",(" + std::to_string(row.index) + ")";
-        EXPECT_EQ(Values("/mat" + behind, {0}), row.value) << row.left << " " << row.right << " " << row.index;
-    }
-    const std::string behind = "/internal " + std::to_string(ImportHandle("t.mat,v", ArrayType("a", 7, 2))) + ",(3)";
-    EXPECT_EQ(Values("/txt" + behind, {0}), "1") << "element 3";
-    IStimulus::SetupAdditionalInfo("sig", StdLogicType);
-    WriteVariables({Matrix("v", {{1}})});
-    EXPECT_EQ(Values("/mat/internal " + std::to_string(ImportHandle("t.mat,v", StdLogicType)) + ",(0)", {0}), "1");
-}
-
-TEST_F(MatFormula, InABadInternalFormCannotBeUsed)
-{
-    WriteVariables({Matrix("v", {{26}})});
-    ImportHandle("t.mat,v", VectorType(8));
-    for (const char *formula : {"/mat/internal 1,3", "/mat/internal 1,(3", "/mat/internal ", "/mat/internal x,(1)"})
-        EXPECT_EQ(Values(formula, {}), "null") << formula;
 }
 
 }  // namespace
