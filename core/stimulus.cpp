@@ -6,6 +6,8 @@
 #include "settings/brel.h"
 #include "settings/counter.h"
 #include "settings/random.h"
+#include "waveform/filestimulus.h"
+#include "waveform/tableformula.h"
 
 long long g_simRes = 1000;
 const char *g_SignalName = nullptr;
@@ -13,8 +15,6 @@ SimpleString::CStr g_TypeDescription;
 SimpleString::CStr g_SignalTypeDescription;
 
 namespace {
-
-CEmptyStimulus g_emptyStimulus(false);
 
 // What `Create` was asked for, and where its keyword ends.
 struct SCreation {
@@ -49,6 +49,22 @@ IStimulus *CreatePlainStimulus(const SCreation &creation)
     return reinterpret_cast<IStimulus *>(reinterpret_cast<char *>(static_cast<IStimulus *>(stimulus)) + isWide);
 }
 
+IStimulus *CreateCustomStimulus(const SCreation &creation)
+{
+    return CreateFileStimulus(creation.formula, creation.behindKeyword, creation.startTime);
+}
+
+// A kind that is not built must not be taken for values and times.
+IStimulus *Refuse(const SCreation &)
+{
+    return nullptr;
+}
+
+IStimulus *CreateTxtStimulus(const SCreation &creation)
+{
+    return CreateTableStimulus(TxtTables, creation.formula, creation.behindKeyword, creation.startTime);
+}
+
 IStimulus *CreateCounterStimulus(const SCreation &creation)
 {
     CCounterStimulus *stimulus = new CCounterStimulus;
@@ -80,6 +96,9 @@ struct SKind {
 };
 
 constexpr SKind Kinds[] = {
+    {CustomKeyword, CreateCustomStimulus},
+    {TxtKeyword, CreateTxtStimulus},
+    {MatKeyword, Refuse},
     {CounterKeyword, CreateCounterStimulus},
     {RandomKeyword, CreateRandomStimulus},
     {BrelKeyword, CreateBrelStimulus},
@@ -92,11 +111,9 @@ IStimulus *IStimulus::Create(const char *formula, long long startTime, long long
 {
     g_simRes = simRes;
     if (formula == nullptr || *formula == 0)
-        return &g_emptyStimulus;
+        return CEmptyStimulus::Shared(false);
     SCreation creation{formula, formula, startTime, scalarInfo, binaryValues, rawValues};
     const CKeywordSearch search(formula);
-    if (search.HasFileKeyword())
-        return nullptr;  // this release replays no files, and such a text must not be taken for values and times
     for (const SKind &kind : Kinds) {
         if (!search.Has(kind.keyword))
             continue;
@@ -162,6 +179,13 @@ long long IStimulus::GetRepeatRateInSimUnits() const
 long long IStimulus::GetRepeatRate() const
 {
     return 0;
+}
+
+IStimulus *CEmptyStimulus::Shared(bool cancelled)
+{
+    static CEmptyStimulus s_empty(false);
+    static CEmptyStimulus s_cancelled(true);
+    return cancelled ? &s_cancelled : &s_empty;
 }
 
 void CEmptyStimulus::Destroy() {}

@@ -1,41 +1,63 @@
 #include "platform/morvel.h"
 
+#include <cstring>
+#include <new>
+#include <vector>
+
+#include "platform/morvelevents.h"
+
 namespace Morvel {
 
-class CStoredEvents {};
-
-void KEventData::GetValue(unsigned char *, unsigned) const {}
+void KEventData::GetValue(unsigned char *buffer, unsigned size) const
+try {
+    if (size > 0)
+        std::memset(buffer, 0, size);
+    if (size == 0 || m_events == nullptr)
+        return;
+    const unsigned valueSize = m_events->GetValueSize();
+    if (valueSize <= size) {
+        m_events->CopyValue({m_position, m_time}, buffer);
+        return;
+    }
+    std::vector<unsigned char> value(valueSize);
+    m_events->CopyValue({m_position, m_time}, value.data());
+    std::memcpy(buffer, value.data(), size);
+} catch (const std::bad_alloc &) {  // nothing throws out of the library; the value stays what was read of it
+}
 
 KEventsStore::KEventsStore(std::shared_ptr<const CStoredEvents> events) : m_events(std::move(events)) {}
 
-bool KEventsStore::GetFirstEvent(const long long &, KEventData *, KEventsStoreCache *) const
-{
+bool KEventsStore::GetFirstEvent(const long long &time, KEventData *event, KEventsStoreCache *) const
+try {
+    SEventPlace place{};
+    if (!m_events->FindLast(time, place))
+        return false;
+    event->m_events = m_events.get();
+    event->m_position = place.position;
+    event->m_time = place.time;
+    return true;
+} catch (const std::bad_alloc &) {
     return false;
 }
 
-bool KEventsStore::GetNextEvent(KEventData *) const
-{
+bool KEventsStore::GetNextEvent(KEventData *event) const
+try {
+    if (event->m_events != nullptr && event->m_events != m_events.get())
+        return false;
+    SEventPlace place{event->m_position, event->m_time};
+    if (!(event->m_events != nullptr ? m_events->Step(place) : m_events->FindAfter(-1, place)))
+        return false;
+    event->m_events = m_events.get();
+    event->m_position = place.position;
+    event->m_time = place.time;
+    return true;
+} catch (const std::bad_alloc &) {
     return false;
 }
 
 int KEventsStore::GetSecondSize() const
 {
-    return 0;
-}
-
-IMorvelRead *CreateStreamRead(const char *)
-{
-    return nullptr;
-}
-
-IRawMorvelRead *CreateRawMorvelRead(const char *)
-{
-    return nullptr;
-}
-
-void DeleteRawMorvelRead(IRawMorvelRead *reader)
-{
-    delete reader;
+    return static_cast<int>(m_events->GetValueSize());
 }
 
 }  // namespace Morvel

@@ -36,7 +36,8 @@ public:
     /// Places `event` on the last event not later than `time`, by binary search. `cache` is always null.
     /// @return false if there is none
     bool GetFirstEvent(const long long &time, KEventData *event, KEventsStoreCache *cache) const;
-    /// Moves `event` to the next event. @return false at the end; `event` then stays where it was
+    /// Moves `event` to the next event, or to the first of all if it was never placed. @return false at the end, and for
+    /// an event of another signal; `event` then stays where it was
     bool GetNextEvent(KEventData *event) const;
     /// Size in bytes of one raw value.
     int GetSecondSize() const;
@@ -75,8 +76,9 @@ public:
     /// File ticks.
     virtual long long GetEndTime() = 0;
     /// The events of a signal, read from the file when first asked for; those of a one-dimensional array are the changes
-    /// of the whole value. The store belongs to the reader; a copy outlives it. Null for a signal without a value of its
-    /// own, such as a record, and where the file is damaged.
+    /// of the whole value, where an element that has none yet gives zeros. The store belongs to the reader; a copy
+    /// outlives it. Null for a signal without a value of its own, such as a record, and where the file is damaged, which
+    /// the log tells once.
     virtual const KEventsStore *GetEventsStore(int handle) = 0;
 
 protected:
@@ -84,10 +86,43 @@ protected:
     virtual ~IRawMorvelRead() = default;
 };
 
-/// Opens an event stream. @return null, with one line in the log, for a file that is missing, damaged or none
+/// Writes a file. Signals and events may come in any order. The order of the operations is part of the binary interface.
+class TESK_API IMorvelWrite {
+public:
+    /// Adds a signal. Elements of an array are added one by one, left bound first, named "(7)"; fields of a record are
+    /// named ".valid". Only scalars have events.
+    /// @param parent    what `AddSignal` returned, or -1 for the top level, where names carry the whole path
+    /// @param typeText  a type description
+    /// @return a number for the operations here, not the handle in the file; -1 if there is no such parent, it is a
+    ///         scalar, or it lies 64 levels deep
+    virtual int AddSignal(int parent, const char *name, const char *typeText) = 0;
+    /// Adds an event to a scalar.
+    /// @param time   in file ticks, 0 or later, not before the last event of the same signal
+    /// @param value  raw bytes, as many as a scalar of the type has (`KTypeInfo::GetScalarSize_OldFormat`)
+    /// @return false, and nothing is added, if that does not hold
+    virtual bool AddEvent(int signal, long long time, const void *value) = 0;
+    /// Without it, and where events lie behind it, the file ends with its last event. @param time  0 or later
+    virtual void SetEndTime(long long time) = 0;
+    /// Completes the file and puts it in its place.
+    /// @return false, with one line in the log and without a file, if it could not be written
+    virtual bool Finish() = 0;
+    /// Ends the writer. What was not finished leaves no file.
+    virtual void Release() = 0;
+
+protected:
+    ~IMorvelWrite() = default;
+};
+
+/// Opens an event stream. @return null for a file that is missing; null, with one line in the log that names it, for one
+/// that is damaged, cut off, or no event stream
 TESK_API IMorvelRead *CreateStreamRead(const char *file);
 /// As `CreateStreamRead`; end it with `DeleteRawMorvelRead`.
 TESK_API IRawMorvelRead *CreateRawMorvelRead(const char *file);
 TESK_API void DeleteRawMorvelRead(IRawMorvelRead *reader);
+
+/// Begins an event stream. It is written beside its place, and a file that is already there is replaced when it is whole.
+/// @param resolution  femtoseconds per file tick, 1 or more
+/// @return null, with one line in the log, if nothing can be written there
+TESK_API IMorvelWrite *CreateStreamWrite(const char *file, long long resolution);
 
 }  // namespace Morvel

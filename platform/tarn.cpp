@@ -1,6 +1,14 @@
 #include "platform/tarn.h"
 
-NTARN::IDatabaseReader *NTARN::IDatabaseReader::create(const char *, bool)
-{
-    throw XFileDoesNotExist();
+#include "platform/fstreader.h"
+
+NTARN::IDatabaseReader *NTARN::IDatabaseReader::create(const char *file, bool)
+try {
+    if (file == nullptr)
+        throw XFileDoesNotExist();
+    return new CFstReader(file);
+} catch (const XFstDamage &) {
+    throw XFileCorrupted();
+} catch (const XFstNoRoom &) {
+    return nullptr;
 }

@@ -2,7 +2,34 @@
 
 #include <stdexcept>
 
-void NTARN::NImport::KImport_VCD::vcdImport()
+#include "platform/vcdreader.h"
+
+namespace NTARN::NImport {
+
+namespace {
+
+void (*g_progress)(void *context, long long bytesRead, long long fileSize) = nullptr;
+void *g_progressContext = nullptr;
+
+}  // namespace
+
+void SetProgress(void (*progress)(void *context, long long bytesRead, long long fileSize), void *context)
 {
-    throw std::runtime_error("cannot open " + m_fileName);
+    g_progress = progress;
+    g_progressContext = context;
 }
+
+void ReportProgress(long long bytesRead, long long fileSize)
+{
+    if (g_progress != nullptr)
+        g_progress(g_progressContext, bytesRead, fileSize);
+}
+
+void KImport_VCD::vcdImport()
+{
+    if (m_writer == nullptr)
+        throw std::runtime_error(m_fileName + ": no writer is connected");
+    CVcdReader(m_fileName, *m_writer).Run();
+}
+
+}  // namespace NTARN::NImport

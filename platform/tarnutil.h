@@ -47,7 +47,22 @@ public:
     virtual void setUserData(std::intptr_t data) = 0;
 };
 
+/// May be implemented by a writer beside `IDatabaseStreamWriter`. An importer then tells once that two handles have the
+/// same events, always, and sends the events of `original` alone; a clock that has a thousand names is stored once.
+class TESK_API IEventSharing {
+public:
+    virtual void shareEvents(const long long *handle, const long long *original) = 0;
+
+protected:
+    ~IEventSharing() = default;
+};
+
 namespace NImport {
+
+/// Has `progress` called every now and then during each import, and once at its end. Null, as at start, for none.
+/// @param context   handed back to `progress`; stays the caller's
+/// `fileSize` is 0 where it is not known, as of a pipe.
+TESK_API void SetProgress(void (*progress)(void *context, long long bytesRead, long long fileSize), void *context);
 
 /// Reads a VCD file (IEEE 1364-2005, clause 18) in one pass and hands it to a writer.
 class TESK_API KImport_VCD {
@@ -61,9 +76,16 @@ public:
     void connectTarnWriter(IDatabaseStreamWriter *writer) { m_writer = writer; }
     void setVcdFileName(const std::string &fileName) { m_fileName = fileName; }
 
-    /// Reads the file. A file that is cut off or damaged behind its declarations is read as far as it goes, with one
-    /// warning that names the last time.
-    /// @throw std::runtime_error that names the file, and where there is one the line, if nothing can be read of it
+    /// Reads the file. Names are the scopes and the variable joined by the hierarchy separator; a bus has one handle for
+    /// each bit, left bound first. Every value of a one-bit or real variable is an event, and of a bit of a bus every
+    /// value that changes it. Variables that share an identifier code have handles of their own; if the writer is an
+    /// `IEventSharing` too, they share their events.
+    ///
+    /// A file that is cut off or damaged behind its declarations is read as far as it goes, with one warning that names
+    /// the last time. More than 2^22 elements and 8 for each byte of the file are refused, before any memory is taken
+    /// for them; 2^22 events and 16 for each byte end the reading like damage.
+    /// @throw std::runtime_error that names the file, and where there is one the line, if nothing can be read of it,
+    ///        and if the writer cancels
     void vcdImport();
 
 private:

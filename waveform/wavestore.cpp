@@ -1,44 +1,226 @@
 #include "waveform/wavestore.h"
 
-#include "platform/kestrin.h"
+#include <algorithm>
+#include <charconv>
+#include <cstdlib>
+#include <exception>
+#include <memory>
+#include <stdexcept>
+#include <utility>
 
-struct WaveStore::WaveSignal {};
+#include "platform/crt.h"
+#include "platform/kestrin.h"
+#include "platform/log.h"
+#include "settings/wrap.h"
+#include "waveform/eventrun.h"
+
+struct WaveStore::WaveSignal {
+    std::string m_name;                          // full name
+    const Kestrin::KTypeInfo *m_type = nullptr;  // owned by the store, shared by signals of one type
+    long long m_firstHandle = 0;                 // of the first scalar element
+    long long m_lastHandle = 0;                  // of the last scalar element
+    long long m_reach = 0;                       // the highest last handle up to here
+};
+
+namespace {
+
+constexpr int ArrayKind = 4;
+constexpr int RecordKind = 5;
+constexpr std::size_t NoRun = CEventRun::NotShared;
+
+// Room for one more; a quarter at a time, since doubling would hold twice of what there is.
+template <typename T>
+void ReserveForOne(std::vector<T> &items)
+{
+    if (items.size() == items.capacity())
+        items.reserve(items.size() + items.size() / 4 + 16);
+}
+
+// Reads "[" index "]"; what follows is not looked at.
+bool ReadIndex(const char *text, long long &index)
+{
+    if (*text != '[')
+        return false;
+    const char *const digits = text + 1;
+    char *end = nullptr;
+    index = std::strtoll(digits, &end, 10);
+    return end != digits && *end == ']';
+}
+
+// The element that an index names, counted from the first handle.
+bool FindElement(const Kestrin::KTypeInfo &type, long long index, long long &element)
+{
+    int left = 0;
+    int right = 0;
+    int direction = 0;
+    if (type.GetKind() != ArrayKind || !type.GetArrayDimensionRanges(0, left, right, direction))
+        return false;
+    const bool isUpward = direction == 0;
+    if (index < (isUpward ? left : right) || index > (isUpward ? right : left))
+        return false;
+    element = isUpward ? index - left : left - index + right;  // deliberate: not left - index
+    return true;
+}
+
+const Kestrin::KTypeInfo *FieldType(const Kestrin::KTypeInfo &type, long long field)
+{
+    return field >= 0 && field < type.GetNbOfFields() ? type.GetFieldKTypeInfo(static_cast<int>(field)) : nullptr;
+}
+
+}  // namespace
 
 WaveStore::WaveStore() = default;
 WaveStore::~WaveStore() = default;
-void WaveStore::addSignal(const char *, const char *, std::intptr_t, std::intptr_t, std::intptr_t, std::intptr_t,
-                          std::intptr_t)
-{}
-void WaveStore::addHandle(const long long *, std::intptr_t) {}
+
+void WaveStore::addSignal(const char *name, const char *typeInfo, std::intptr_t, std::intptr_t, std::intptr_t,
+                          std::intptr_t, std::intptr_t)
+{
+    const std::string text = typeInfo != nullptr ? typeInfo : "";
+    ReserveForOne(m_signals);
+    WaveSignal &signal = m_signals.emplace_back();
+    signal.m_name = name != nullptr ? name : "";
+    signal.m_type = &m_types.try_emplace(text, text.c_str()).first->second;
+    if (m_signals.size() > 1)
+        signal.m_reach = m_signals[m_signals.size() - 2].m_reach;
+}
+
+void WaveStore::addHandle(const long long *handle, std::intptr_t)
+{
+    if (handle == nullptr || *handle < 1)
+        return;
+    if (m_firstHandle == 0)
+        m_firstHandle = *handle;
+    m_lastHandle = *handle;
+    ReserveForOne(m_events);
+    m_events.emplace_back();
+}
+
 int WaveStore::endSignal()
 {
+    if (!m_signals.empty()) {
+        WaveSignal &signal = m_signals.back();
+        signal.m_firstHandle = m_firstHandle;
+        signal.m_lastHandle = m_lastHandle;
+        signal.m_reach = std::max(signal.m_reach, m_lastHandle);
+    }
+    m_firstHandle = 0;
     return 0;
 }
-void WaveStore::addEvent(const long long *, const WaveEvent *) {}
-void WaveStore::setEndTime(const long long *) {}
-void WaveStore::setResolution(const long long *) {}
-void WaveStore::setFlag(bool) {}
-long long WaveStore::FindSignal(const char *) const
+
+void WaveStore::addEvent(const long long *handle, const WaveEvent *event)
 {
-    return m_lastHandle - m_lastHandle;
+    if (handle == nullptr || event == nullptr)
+        return;
+    if (const std::size_t run = FindRun(*handle); run != NoRun)
+        m_events[run].Append(*event);
 }
-const Kestrin::KTypeInfo *WaveStore::GetSignalType(long long, bool) const
+
+void WaveStore::shareEvents(const long long *handle, const long long *original)
 {
+    if (handle == nullptr || original == nullptr)
+        return;
+    const std::size_t run = FindRun(*handle);
+    const std::size_t other = FindRun(*original);
+    if (run != NoRun && other != NoRun && run != other)
+        m_events[run].ShareWith(other);
+}
+
+void WaveStore::setEndTime(const long long *time)
+{
+    if (time != nullptr)
+        m_endTime = *time;
+}
+
+void WaveStore::setResolution(const long long *resolution)
+{
+    if (resolution != nullptr)
+        m_resolution = *resolution;
+}
+
+void WaveStore::setFlag(bool flag)
+{
+    m_flag = flag;
+}
+
+long long WaveStore::FindSignal(const char *name) const
+{
+    if (name == nullptr)
+        return 0;
+    const std::size_t length = std::char_traits<char>::length(name);
+    for (const WaveSignal &signal : m_signals) {
+        const std::size_t n = signal.m_name.size();
+        // A look at what follows comes first: it is cheaper, and seldom right.
+        if (n > length || (n < length && name[n] != '[') || _strnicmp(signal.m_name.c_str(), name, n) != 0)
+            continue;
+        if (n == length)
+            return signal.m_firstHandle;
+        long long index = 0;
+        long long element = 0;
+        if (!ReadIndex(name + n, index) || !FindElement(*signal.m_type, index, element))
+            continue;
+        const long long handle = tesk::WrapAdd(signal.m_firstHandle, element);
+        if (handle <= signal.m_lastHandle)
+            return handle;
+    }
+    return 0;
+}
+
+const Kestrin::KTypeInfo *WaveStore::GetSignalType(long long handle, bool whole) const
+{
+    const auto signal = std::ranges::lower_bound(m_signals, handle, {}, &WaveSignal::m_reach);
+    if (signal == m_signals.end())
+        return nullptr;
+    if (whole)
+        return signal->m_type;
+    switch (signal->m_type->GetKind()) {
+    case ArrayKind: return signal->m_type->GetArrayElementKTypeInfo();
+    case RecordKind: return FieldType(*signal->m_type, tesk::WrapSubtract(handle, signal->m_firstHandle));
+    default: return signal->m_type;
+    }
+}
+
+// The run that holds the events of a handle, its own or a shared one; `NoRun` for a handle that was not added. A run
+// shares with one that does not share at that time, so that this ends.
+std::size_t WaveStore::FindRun(long long handle) const
+{
+    if (handle < 1 || handle > static_cast<long long>(m_events.size()))
+        return NoRun;
+    auto run = static_cast<std::size_t>(handle - 1);
+    while (m_events[run].SharedWith() != CEventRun::NotShared)
+        run = m_events[run].SharedWith();
+    return run;
+}
+
+bool WaveStore::HasEvents(long long handle) const
+{
+    const std::size_t run = FindRun(handle);
+    return run != NoRun && !m_events[run].IsEmpty();
+}
+
+const WaveEvent *WaveStore::FindLast(long long handle, long long time) const
+{
+    const std::size_t run = FindRun(handle);
+    return run != NoRun ? m_events[run].FindLast(time) : nullptr;
+}
+
+const WaveEvent *WaveStore::FindNext(long long handle, long long time) const
+{
+    const std::size_t run = FindRun(handle);
+    return run != NoRun ? m_events[run].FindNext(time) : nullptr;
+}
+
+WaveStore *ImportVcdFile(const char *path)
+try {
+    NTARN::NImport::KImport_VCD importer;
+    auto store = std::make_unique<WaveStore>();
+    importer.connectTarnWriter(store.get());
+    importer.setVcdFileName(path != nullptr ? path : "");
+    importer.vcdImport();
+    return store.release();
+} catch (const std::runtime_error &error) {
+    Q71log_PrintFormattedString(1, "VCD", "", error.what());
     return nullptr;
-}
-bool WaveStore::HasEvents(long long) const
-{
-    return m_flag && m_firstHandle > 0;
-}
-const WaveEvent *WaveStore::FindLast(long long, long long) const
-{
-    return nullptr;
-}
-const WaveEvent *WaveStore::FindNext(long long, long long) const
-{
-    return nullptr;
-}
-WaveStore *ImportVcdFile(const char *)
-{
+} catch (...) {
+    Q71log_PrintFormattedString(1, "VCD", "", "Import error.");
     return nullptr;
 }

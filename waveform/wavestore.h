@@ -1,19 +1,19 @@
 // A VCD file in memory: the store that the importer fills and that VCD stimuli read.
 #pragma once
 
-#include <memory>
+#include <cstddef>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
+#include "platform/kestrin.h"
 #include "platform/tarnutil.h"
 
-namespace Kestrin {
-class KTypeInfo;
-}
+class CEventRun;
 
 /// Holds the signals of one file and the events of their scalar elements. A handle names one element; handles count
-/// from 1.
-class TESK_API WaveStore : public NTARN::IDatabaseStreamWriter {
+/// from 1. What a writer gives beside the rules of the interface is taken as far as it makes sense: see each operation.
+class TESK_API WaveStore : public NTARN::IDatabaseStreamWriter, public NTARN::IEventSharing {
 public:
     WaveStore();
     WaveStore(const WaveStore &) = delete;
@@ -28,10 +28,15 @@ public:
     void beginEvents() override {}
     void endEvents() override {}
     bool acceptsData(std::intptr_t) override { return true; }
+    /// A null name counts as "", a null type as one of kind 0.
     void addSignal(const char *name, const char *typeInfo, std::intptr_t, std::intptr_t, std::intptr_t, std::intptr_t,
                    std::intptr_t) override;
+    /// A handle below 1 is ignored.
     void addHandle(const long long *handle, std::intptr_t) override;
+    /// @return 0
     int endSignal() override;
+    /// An event for a handle that was not added is ignored. One that is earlier than the last of its handle is stored
+    /// with that one's time, so that times do not fall; no look-up can tell the difference.
     void addEvent(const long long *handle, const WaveEvent *event) override;
     void setEndTime(const long long *time) override;
     void setResolution(const long long *resolution) override;
@@ -41,11 +46,16 @@ public:
     bool isCancelled() override { return false; }
     void setUserData(std::intptr_t) override {}
 
-    /// Finds a signal by its full name in any letter case, or an element of an array signal, "name[3]".
+    /// Ignored unless both handles were added.
+    void shareEvents(const long long *handle, const long long *original) override;
+
+    /// Finds a signal by its full name in any letter case, or an element of an array signal, "name[3]". Deliberate: an
+    /// index of a "downto" range counts `left - index + right` elements from the first handle, which names another
+    /// element, or none, where `right` is not 0; what follows the "]" is not looked at.
     /// @return its first handle; 0 if there is none
     long long FindSignal(const char *name) const;
     /// The type of the signal to which a handle belongs; with `whole` false that of the element.
-    /// @return owned by the store; null for a handle that it does not have
+    /// @return owned by the store; null for a handle beyond the last
     const Kestrin::KTypeInfo *GetSignalType(long long handle, bool whole) const;
 
     /// Whether an element has events at all.
@@ -63,8 +73,11 @@ public:
 private:
     struct WaveSignal;
 
-    std::vector<WaveSignal> m_signals;
-    std::vector<std::vector<WaveEvent>> m_events;  // of handle h at h - 1
+    std::size_t FindRun(long long handle) const;
+
+    std::vector<WaveSignal> m_signals;                            // in the order of their definition
+    std::vector<CEventRun> m_events;                              // of handle h at h - 1
+    std::unordered_map<std::string, Kestrin::KTypeInfo> m_types;  // of the signals, by their texts
     long long m_resolution = 1;
     long long m_endTime = 0;
     long long m_firstHandle = 0;  // of the signal being defined; 0 while none

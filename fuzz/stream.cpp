@@ -1,0 +1,97 @@
+// Any bytes as an event-stream file: as they are, with right checksums, and as the contents of one block.
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+
+#include "platform/log.h"
+#include "platform/morvel.h"
+#include "platform/morvelevents.h"
+#include "platform/morvelformat.h"
+
+namespace {
+
+void Put(std::string &bytes, std::size_t offset, const std::string &text)
+{
+    bytes.replace(offset, text.size(), text);
+}
+
+// Puts the index behind the header where the bytes tell no sensible place, and makes the checksums right.
+void Repair(std::string &bytes)
+{
+    using namespace Morvel;
+    if (bytes.size() < HeaderSize)
+        return;
+    CByteReader header(std::string_view(bytes).substr(32));
+    const auto offset = std::clamp<std::uint64_t>(header.Take<std::uint64_t>(), HeaderSize, bytes.size());
+    const std::string_view index = std::string_view(bytes).substr(static_cast<std::size_t>(offset));
+    std::string rest;
+    Append(rest, offset);
+    Append(rest, std::uint64_t{index.size()});
+    Append(rest, Crc(index));
+    Put(bytes, 0, std::string(Magic) + std::string("\1\0\0\0", 4));
+    Put(bytes, 32, rest);
+    rest.clear();
+    Append(rest, Crc(std::string_view(bytes).substr(0, HeaderSize - 4)));
+    Put(bytes, HeaderSize - 4, rest);
+}
+
+void WalkStore(const Morvel::KEventsStore &store)
+{
+    Morvel::KEventData event;
+    unsigned char value[64];
+    long long last = -1;
+    for (bool placed = store.GetFirstEvent(1000000, &event, nullptr); placed; placed = store.GetNextEvent(&event)) {
+        if (event.GetTime() < last)
+            std::abort();
+        last = event.GetTime();
+        event.GetValue(value, sizeof value);
+    }
+}
+
+void WalkSignal(Morvel::IMorvelRead &stream, Morvel::IRawMorvelRead &raw, int handle, int depth)
+{
+    const char *name = nullptr;
+    int children = 0;
+    stream.GetInfo(handle, nullptr, &children, &name, nullptr, nullptr);
+    if (depth > Morvel::MaxDepth || name == nullptr || stream.GetTypeText(handle) == nullptr)
+        std::abort();
+    if (const Morvel::KEventsStore *store = raw.GetEventsStore(handle))
+        WalkStore(*store);
+    for (int i = 0; i < children; ++i)
+        WalkSignal(stream, raw, stream.GetChild(handle, i), depth + 1);
+}
+
+void ReadFile(const std::string &bytes)
+{
+    static const std::string path = "/tmp/tesk-fuzz-stream-" + std::to_string(getpid());
+    std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    Morvel::IMorvelRead *stream = Morvel::CreateStreamRead(path.c_str());
+    Morvel::IRawMorvelRead *raw = Morvel::CreateRawMorvelRead(path.c_str());
+    if ((stream == nullptr) != (raw == nullptr))
+        std::abort();
+    for (int i = 0; stream != nullptr && i < stream->GetSignalCount(); ++i)
+        WalkSignal(*stream, *raw, stream->GetSignal(i), 1);
+    if (stream != nullptr)
+        stream->Release();
+    Morvel::DeleteRawMorvelRead(raw);
+    unlink(path.c_str());
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    Q71log_SetSink([](void *, int, const char *, const char *) {}, nullptr);
+    std::string bytes(reinterpret_cast<const char *>(data), size);
+    Morvel::SBlock block;
+    Morvel::UnpackBlock(bytes, 5, 3, 1, block);
+    ReadFile(bytes);
+    Repair(bytes);
+    ReadFile(bytes);
+    return 0;
+}

@@ -1,0 +1,96 @@
+// The variables of a VCD file and their values, on the way to a writer. Internal.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/tarnutil.h"
+#include "platform/vcdcodes.h"
+#include "platform/vcdvariable.h"
+
+namespace NTARN::NImport {
+
+inline constexpr std::uint8_t NoVcdLetter = 255;
+/// The position of a value letter in "UX01ZWLH-", in any letter case, '?' being '-'; `NoVcdLetter` for another byte.
+using CVcdLetters = std::array<std::uint8_t, 256>;
+inline constexpr CVcdLetters VcdLetters = [] {
+    constexpr std::string_view Literals = "UX01ZWLH-ux01zwlh?";
+    CVcdLetters positions{};
+    positions.fill(NoVcdLetter);
+    for (std::size_t i = 0; i < Literals.size(); ++i)
+        positions[static_cast<unsigned char>(Literals[i])] = static_cast<std::uint8_t>(i % 9);
+    return positions;
+}();
+
+enum class EVcdOutcome { Taken, UnknownCode, WrongKind };
+
+/// Keeps the values of all variables, since of a bus only what changes is written.
+///
+/// The cost of a value is bounded by the length of its text and the events that it makes: the bits to the left of its
+/// letters are looked at only where they change.
+class CVcdValues {
+public:
+    explicit CVcdValues(IDatabaseStreamWriter &writer);
+
+    /// Announces a variable to the writer, but for one that is left out.
+    /// @throw SVcdFault if the elements become too many, or the variables of different widths that share a code
+    void Declare(const SVcdVariable &variable, const std::string &fullName);
+    bool IsDeclared(std::string_view code) const { return m_codes.Find(code) != None; }
+
+    /// Bounds all elements and events that there may be.
+    void SetLimits(long long elements, long long events);
+    /// The time of the values that follow.
+    void SetTime(long long time) { m_event.m_time = time; }
+
+    /// Takes a value. This and the others throw SVcdFault where the events become too many.
+    EVcdOutcome SetBit(std::string_view code, std::uint8_t position);
+    /// @param positions  left bit first, at least one. They are extended, or cut off, on the left
+    EVcdOutcome SetBits(std::string_view code, std::span<const std::uint8_t> positions);
+    EVcdOutcome SetReal(std::string_view code, double value);
+
+private:
+    // What a code stands for: all variables of one kind and width.
+    struct SShape {
+        EVcdKind kind;
+        std::uint8_t fill;  // of a bus: what all bits have that `letters` does not count; 255 before the first value
+        std::uint32_t width;
+        std::uint32_t letters;  // of a bus: how many bits, counted from the right, stand in m_bits
+        std::uint32_t next;     // the next shape of the code
+        std::uint32_t aliases;  // the first of those that do not share their events
+        std::size_t bits;       // of a bus: where its leftmost bit stands in m_bits
+        long long handle;       // of the first element
+    };
+    struct SAlias {
+        long long handle;
+        std::uint32_t next;
+    };
+
+    static constexpr std::uint32_t None = CVcdCodes::None;
+
+    void Announce(const SVcdVariable &variable, const std::string &fullName);
+    std::uint32_t FindShape(std::uint32_t first, const SVcdVariable &variable) const;
+    void AddShape(std::uint32_t &first, const SVcdVariable &variable, long long handle);
+    void AddAlias(SShape &shape, long long handle);
+    void SetBus(SShape &shape, std::span<const std::uint8_t> positions);
+    void Emit(const SShape &shape, std::size_t element, std::uint64_t value);
+    template <class TSet>
+    EVcdOutcome ForEachShape(std::string_view code, TSet set);
+
+    IDatabaseStreamWriter &m_writer;
+    IEventSharing *m_sharing;  // null if the writer cannot
+    CVcdCodes m_codes;
+    std::vector<SShape> m_shapes;
+    std::vector<SAlias> m_aliases;
+    std::vector<std::uint8_t> m_bits;  // positions of bus bits
+    WaveEvent m_event;
+    long long m_handles = 0;
+    long long m_mostHandles = 0;
+    long long m_events = 0;
+    long long m_mostEvents = 0;
+};
+
+}  // namespace NTARN::NImport

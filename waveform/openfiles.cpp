@@ -1,0 +1,29 @@
+#include "waveform/openfiles.h"
+
+#include <string_view>
+
+#include "platform/tarn.h"
+#include "waveform/wavestore.h"
+
+std::map<SimpleString::CStr, SOpenWaveformFile, SByteOrder> g_OpenWaveformFiles;
+
+bool IsNamedLike(const char *fileName, const char *part)
+{
+    return std::string_view(fileName).find(part, 1) != std::string_view::npos;
+}
+
+bool IsVcdFileName(const char *fileName)
+{
+    return IsNamedLike(fileName, ".vcd");
+}
+
+void CloseOpenWaveformFiles()
+{
+    for (const auto &[name, file] : g_OpenWaveformFiles) {
+        if (IsVcdFileName(name))
+            delete static_cast<WaveStore *>(file.m_reader);
+        else
+            delete static_cast<NTARN::IDatabaseReader *>(file.m_reader);
+    }
+    g_OpenWaveformFiles.clear();
+}
