@@ -1,0 +1,2 @@
+#include "tools/commands.h"
+void AddConvertCommand(CCommandLine &) {}

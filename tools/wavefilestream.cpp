@@ -1,0 +1,93 @@
+// Event-stream files for the tool.
+#include <array>
+
+#include "platform/morvel.h"
+#include "tools/wavefile.h"
+
+namespace {
+
+struct SReaderEnder {
+    void operator()(Morvel::IMorvelRead *reader) const { reader->Release(); }
+    void operator()(Morvel::IRawMorvelRead *reader) const { Morvel::DeleteRawMorvelRead(reader); }
+};
+using StreamPtr = std::unique_ptr<Morvel::IMorvelRead, SReaderEnder>;
+using RawStreamPtr = std::unique_ptr<Morvel::IRawMorvelRead, SReaderEnder>;
+
+class CStreamWalk final : public IElementWalk {
+public:
+    explicit CStreamWalk(const Morvel::KEventsStore &store) : m_store(store), m_more(m_store.GetNextEvent(&m_next)) {}
+
+    bool Next(long long &time, std::uint64_t &value) override
+    {
+        if (!m_more)
+            return false;
+        for (time = m_next.GetTime(); m_more && m_next.GetTime() == time; m_more = m_store.GetNextEvent(&m_next))
+            value = Value();
+        return true;
+    }
+
+private:
+    std::uint64_t Value() const
+    {
+        std::array<unsigned char, 8> bytes{};
+        m_next.GetValue(bytes.data(), bytes.size());
+        std::uint64_t value = 0;
+        for (std::size_t i = bytes.size(); i-- > 0;)
+            value = value << 8 | bytes[i];
+        return value;
+    }
+
+    Morvel::KEventsStore m_store;
+    Morvel::KEventData m_next;
+    bool m_more;
+};
+
+class CStreamFile final : public IWaveFile {
+public:
+    CStreamFile(StreamPtr stream, RawStreamPtr raw) : m_stream(std::move(stream)), m_raw(std::move(raw))
+    {
+        for (int i = 0; i < m_stream->GetSignalCount(); ++i)
+            AddSignals("", m_stream->GetSignal(i));
+    }
+
+    long long GetResolution() override { return m_raw->GetResolution(); }
+    long long GetEndTime() override { return m_raw->GetEndTime(); }
+    const std::vector<SFileSignal> &GetSignals() override { return m_signals; }
+
+    std::unique_ptr<IElementWalk> Walk(long long element) override
+    {
+        const Morvel::KEventsStore *store = m_raw->GetEventsStore(static_cast<int>(element));
+        return store != nullptr ? std::make_unique<CStreamWalk>(*store) : nullptr;
+    }
+
+private:
+    // A file nests 64 deep at most.
+    void AddSignals(const std::string &parentPath, int handle)
+    {
+        const char *name = nullptr;
+        int childCount = 0;
+        m_stream->GetInfo(handle, nullptr, &childCount, &name, nullptr, nullptr);
+        const Kestrin::KTypeInfo type(m_stream->GetTypeText(handle));
+        const std::string path = parentPath + name;
+        if (childCount == 0 ? type.IsScalar() : type.IsSimple() && type.GetNbOfElements() == childCount) {
+            const int first = childCount > 0 ? m_stream->GetChild(handle, 0) : handle;
+            m_signals.push_back({path, type, first, childCount > 0 ? childCount : 1});
+            return;
+        }
+        for (int i = 0; i < childCount; ++i)
+            AddSignals(path, m_stream->GetChild(handle, i));
+    }
+
+    StreamPtr m_stream;
+    RawStreamPtr m_raw;
+    std::vector<SFileSignal> m_signals;
+};
+
+}  // namespace
+
+std::unique_ptr<IWaveFile> OpenStreamFile(const std::string &path)
+{
+    StreamPtr stream(Morvel::CreateStreamRead(path.c_str()));
+    RawStreamPtr raw(stream != nullptr ? Morvel::CreateRawMorvelRead(path.c_str()) : nullptr);
+    return raw != nullptr ? std::make_unique<CStreamFile>(std::move(stream), std::move(raw)) : nullptr;
+}
