@@ -13,20 +13,41 @@ struct SReaderEnder {
 using StreamPtr = std::unique_ptr<Morvel::IMorvelRead, SReaderEnder>;
 using RawStreamPtr = std::unique_ptr<Morvel::IRawMorvelRead, SReaderEnder>;
 
+// Takes many events at a time: a reader keeps only so many blocks unpacked, and a merge goes round all signals.
 class CStreamWalk final : public IElementWalk {
 public:
     explicit CStreamWalk(const Morvel::KEventsStore &store) : m_store(store), m_more(m_store.GetNextEvent(&m_next)) {}
 
     bool Next(long long &time, std::uint64_t &value) override
     {
-        if (!m_more)
+        if (m_taken == m_batch.size() && !TakeBatch())
             return false;
-        for (time = m_next.GetTime(); m_more && m_next.GetTime() == time; m_more = m_store.GetNextEvent(&m_next))
-            value = Value();
+        time = m_batch[m_taken].time;
+        value = m_batch[m_taken++].value;
         return true;
     }
 
 private:
+    static constexpr std::size_t BatchSize = 64;
+
+    struct SEvent {
+        long long time;
+        std::uint64_t value;
+    };
+
+    bool TakeBatch()
+    {
+        m_batch.clear();
+        m_taken = 0;
+        while (m_more && m_batch.size() < BatchSize) {
+            SEvent event{m_next.GetTime(), 0};
+            for (; m_more && m_next.GetTime() == event.time; m_more = m_store.GetNextEvent(&m_next))
+                event.value = Value();
+            m_batch.push_back(event);
+        }
+        return !m_batch.empty();
+    }
+
     std::uint64_t Value() const
     {
         std::array<unsigned char, 8> bytes{};
@@ -38,8 +59,10 @@ private:
     }
 
     Morvel::KEventsStore m_store;
-    Morvel::KEventData m_next;
+    Morvel::KEventData m_next;  // behind the batch
     bool m_more;
+    std::vector<SEvent> m_batch;
+    std::size_t m_taken = 0;
 };
 
 class CStreamFile final : public IWaveFile {
