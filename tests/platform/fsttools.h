@@ -13,6 +13,8 @@
 
 #include "platform/tarn.h"
 
+namespace fsttest {
+
 using ReaderPtr = std::unique_ptr<NTARN::IDatabaseReader>;
 
 /// One event, with its value in one piece.
@@ -89,3 +91,5 @@ inline std::filesystem::path DataFile(const std::string &name)
 {
     return std::filesystem::path(TESK_SOURCE_DIR) / "tests/data" / name;
 }
+
+}  // namespace fsttest

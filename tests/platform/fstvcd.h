@@ -19,6 +19,8 @@
 #include "platform/kestrin.h"
 #include "platform/tarn.h"
 
+namespace fsttest {
+
 /// A dump as VCD tells it.
 struct SVcdDump {
     struct SVariable {
@@ -210,3 +212,5 @@ inline void ExpectAsFst2Vcd(const std::filesystem::path &file)
     }
     EXPECT_EQ(reader->RootHandlesEnd() - reader->RootHandlesBegin(), static_cast<std::ptrdiff_t>(handle));
 }
+
+}  // namespace fsttest
