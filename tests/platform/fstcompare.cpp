@@ -62,4 +62,81 @@ TEST(FstComparison, HoldsForTheFilesThatTheseTestsMake)
     }
 }
 
+// The format's own writer, built from the source that Verilator brings along.
+class CWriter {
+public:
+    CWriter()
+    {
+        const std::string source = "/usr/share/verilator/include/gtkwave";
+        if (!std::filesystem::exists(source + "/fstapi.c") || !HasProgram("cc"))
+            return;
+        m_isThere = Run("cc -w -DFST_CONFIG_INCLUDE='\"fst_config.h\"' -I" + source + " '" +
+                        DataFile("fst_writer.c").string() + "' " + source + "/fstapi.c " + source + "/fastlz.c " +
+                        source + "/lz4.c -o '" + (m_folder / "writer").string() + "' -lz -lpthread");
+    }
+
+    bool IsThere() const { return m_isThere; }
+
+    std::filesystem::path Write(const std::string &form) const
+    {
+        const std::filesystem::path file = m_folder / "written.fst";
+        EXPECT_TRUE(Run("'" + (m_folder / "writer").string() + "' '" + file.string() + "' '" + form + "'")) << form;
+        return file;
+    }
+
+private:
+    static bool Run(const std::string &command) { return std::system((command + " >/dev/null 2>&1").c_str()) == 0; }
+
+    CTemporaryFolder m_folder;
+    bool m_isThere = false;
+};
+
+const CWriter &Writer()
+{
+    static const CWriter writer;
+    return writer;
+}
+
+TEST(FstComparison, HoldsForFilesOfTheFormatsOwnWriter)
+{
+    const CWriter &writer = Writer();
+    if (!HasProgram("fst2vcd") || !writer.IsThere())
+        GTEST_SKIP() << "needs fst2vcd and the source of fstapi";
+    const CLogCatcher log;
+    for (const char *form : {"zlib", "fastlz", "lz4", "zlib whole", "lz4 whole", "zero", "late", "fastlz long",
+                             "sidecar", "zlib killed", "lz4 killed"}) {
+        SCOPED_TRACE(form);
+        ExpectAsFst2Vcd(writer.Write(form));
+    }
+}
+
+TEST(FstComparison, HoldsForAHierarchyThatIsPackedTwice)
+{
+    const CWriter &writer = Writer();
+    if (!HasProgram("fst2vcd") || !writer.IsThere())
+        GTEST_SKIP() << "needs fst2vcd and the source of fstapi";
+    const CLogCatcher log;
+    const std::filesystem::path file = writer.Write("lz4 many");
+    const ReaderPtr reader(NTARN::IDatabaseReader::create(file.c_str(), false));
+    EXPECT_EQ(reader->RootHandlesEnd() - reader->RootHandlesBegin(), 60007);
+    EXPECT_EQ(AllEvents(*reader, 60006), AllEvents(*reader, 1));
+}
+
+// fst2vcd says nothing of values in front of the first time: the frame holds them.
+TEST(FstComparison, AddsTheValuesInFrontOfTheFirstTime)
+{
+    const CWriter &writer = Writer();
+    if (!HasProgram("fst2vcd") || !writer.IsThere())
+        GTEST_SKIP() << "needs fst2vcd and the source of fstapi";
+    const CLogCatcher log;
+    const std::filesystem::path file = writer.Write("early");
+    const ReaderPtr reader(NTARN::IDatabaseReader::create(file.c_str(), false));
+    const SVcdDump dump = RunFst2Vcd(file);
+    std::vector<SEvent> ours = AllEvents(*reader, 1);
+    ASSERT_FALSE(ours.empty());
+    EXPECT_EQ(ours[0].time, 0);
+    ours.erase(ours.begin());
+    EXPECT_EQ(ours, EventsOf(dump, dump.variables.at(0).id, 0, false));
+}
+
 }  // namespace

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/fsttools.h"
+#include "tests/platform/fsttools.h"
 
 namespace fsttest {
 
