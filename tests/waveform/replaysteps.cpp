@@ -38,6 +38,8 @@ public:
         for (unsigned count = Number(8), i = 0; i < count; ++i)
             replay.events.push_back({UpTo(70), Number(99), 0});
         std::ranges::sort(replay.events, {}, &NTARN::SFileEvent::time);
+        if (kind == EFileKind::Stream && !replay.events.empty())  // such a file does not end before its last event
+            replay.fileEnd = std::max(replay.fileEnd, replay.events.back().time);
         replay.now = UpTo(3) == 0 ? UpTo(20) : 0;
         const long long tick = std::max(replay.simRes, replay.fileRes);
         replay.start = MaybeTime(tick, 20);
@@ -82,7 +84,7 @@ TEST_F(ReplaySteps, AgreeWithPlainScans)
     CRandomReplays replays(1);
     int good = 0;
     for (int round = 0; round < 6000; ++round) {
-        const SReplay replay = replays.Draw(round % 2 == 0 ? EFileKind::Database : EFileKind::Vcd);
+        const SReplay replay = replays.Draw(AllKinds[round % 3]);
         const CReplayModel model(replay);
         const StimulusPtr stimulus = Create(replay);
         ASSERT_EQ(stimulus != nullptr, model.IsGood()) << Show(replay);
