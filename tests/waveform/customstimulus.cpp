@@ -144,8 +144,7 @@ TEST_F(StreamStimulus, PlaysValuesOfAnyLength)
     for (const int length : {1, 63, 64, 65, 1000}) {
         STreeNode bus{"b", VectorType(length), {}, {}};
         for (int i = length - 1; i >= 0; --i)
-            bus.children.push_back(
-                {"(" + std::to_string(i) + ")", StdLogicType, {{0, i % 2 == 0 ? "\2" : "\3"}}, {}});
+            bus.children.push_back({"(" + std::to_string(i) + ")", StdLogicType, {{0, i % 2 == 0 ? "\2" : "\3"}}, {}});
         const StimulusPtr stimulus = CreateIn({bus}, "b");
         ASSERT_NE(stimulus, nullptr) << length;
         std::string expected;

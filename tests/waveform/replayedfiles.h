@@ -39,8 +39,8 @@ protected:
         return kind == EFileKind::Stream ? folder / "f.zyn" : kind == EFileKind::Database ? "f.db" : "f.vcd";
     }
 
-    /// The stimulus of a file that holds the signal "s" only; null if it cannot be used.
-    static StimulusPtr Create(const SReplay &replay)
+    /// Makes the file, with the signal "s" only.
+    static void MakeFile(const SReplay &replay)
     {
         CloseOpenWaveformFiles();
         if (replay.kind == EFileKind::Stream)
@@ -50,7 +50,18 @@ protected:
             Enter("f.db", new CFakeReader(replay.fileRes, replay.fileEnd, {{"s", IntegerType, replay.events}}));
         if (replay.kind == EFileKind::Vcd)
             Enter("f.vcd", NewStore(replay.fileRes, replay.fileEnd, {{"s", IntegerType, {replay.events}}}));
+    }
+
+    /// The stimulus of the formula on a file that is made; null if it cannot be used.
+    static StimulusPtr Apply(const SReplay &replay)
+    {
         return ::Create("/custom " + FileName(replay.kind) + ",s" + replay.Tail(), replay.now, replay.simRes);
+    }
+
+    static StimulusPtr Create(const SReplay &replay)
+    {
+        MakeFile(replay);
+        return Apply(replay);
     }
 
     /// The events of a stream of integers.
