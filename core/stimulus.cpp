@@ -7,6 +7,7 @@
 #include "settings/counter.h"
 #include "settings/random.h"
 #include "waveform/filestimulus.h"
+#include "waveform/tableformula.h"
 
 long long g_simRes = 1000;
 const char *g_SignalName = nullptr;
@@ -14,8 +15,6 @@ SimpleString::CStr g_TypeDescription;
 SimpleString::CStr g_SignalTypeDescription;
 
 namespace {
-
-CEmptyStimulus g_emptyStimulus(false);
 
 // What `Create` was asked for, and where its keyword ends.
 struct SCreation {
@@ -55,10 +54,15 @@ IStimulus *CreateCustomStimulus(const SCreation &creation)
     return CreateFileStimulus(creation.formula, creation.behindKeyword, creation.startTime);
 }
 
-// This release reads no tables, and such a text must not be taken for values and times.
-IStimulus *RefuseTable(const SCreation &)
+// A kind that is not built must not be taken for values and times.
+IStimulus *Refuse(const SCreation &)
 {
     return nullptr;
+}
+
+IStimulus *CreateTxtStimulus(const SCreation &creation)
+{
+    return CreateTableStimulus(TxtTables, creation.formula, creation.behindKeyword, creation.startTime);
 }
 
 IStimulus *CreateCounterStimulus(const SCreation &creation)
@@ -93,8 +97,8 @@ struct SKind {
 
 constexpr SKind Kinds[] = {
     {CustomKeyword, CreateCustomStimulus},
-    {TxtKeyword, RefuseTable},
-    {MatKeyword, RefuseTable},
+    {TxtKeyword, CreateTxtStimulus},
+    {MatKeyword, Refuse},
     {CounterKeyword, CreateCounterStimulus},
     {RandomKeyword, CreateRandomStimulus},
     {BrelKeyword, CreateBrelStimulus},
@@ -107,7 +111,7 @@ IStimulus *IStimulus::Create(const char *formula, long long startTime, long long
 {
     g_simRes = simRes;
     if (formula == nullptr || *formula == 0)
-        return &g_emptyStimulus;
+        return CEmptyStimulus::Shared(false);
     SCreation creation{formula, formula, startTime, scalarInfo, binaryValues, rawValues};
     const CKeywordSearch search(formula);
     for (const SKind &kind : Kinds) {
@@ -175,6 +179,13 @@ long long IStimulus::GetRepeatRateInSimUnits() const
 long long IStimulus::GetRepeatRate() const
 {
     return 0;
+}
+
+IStimulus *CEmptyStimulus::Shared(bool cancelled)
+{
+    static CEmptyStimulus s_empty(false);
+    static CEmptyStimulus s_cancelled(true);
+    return cancelled ? &s_cancelled : &s_empty;
 }
 
 void CEmptyStimulus::Destroy() {}

@@ -83,6 +83,10 @@ public:
     /// `g_SignalTypeDescription` is set; otherwise the pointer is kept and both type descriptions are.
     static void SetupAdditionalInfo(const char *signalName, const char *typeDescription);
 
+    /// Ends a simulation run: closes the open waveform files, destroys the loaded samples and lets go of the MATLAB
+    /// libraries. Stimuli that replay files have no values any more, and must not be asked.
+    static void OnEndsim();
+
 protected:
     IStimulus() = default;
     IStimulus(const IStimulus &) = default;
@@ -235,6 +239,9 @@ private:
 class TESK_API CEmptyStimulus final : public IStimulus {
 public:
     explicit CEmptyStimulus(bool cancelled) : m_cancelled(cancelled) {}
+
+    /// The two objects that there are. The cancelled one stands for a file that has no data for the signal.
+    static IStimulus *Shared(bool cancelled);
 
     /// Does nothing: the objects are shared.
     void Destroy() override;

@@ -20,6 +20,12 @@ inline int _strnicmp(const char *left, const char *right, std::size_t count)
     return strncasecmp(left, right, count);
 }
 
+/// A copy of a text, to be given up with `free`; null without memory.
+inline char *_strdup(const char *text)
+{
+    return strdup(text);
+}
+
 /// Reads a decimal integer as `atoi` does. A number that does not fit becomes the nearest limit.
 inline long long _atoi64(const char *text)
 {

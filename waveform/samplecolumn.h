@@ -40,7 +40,8 @@ TESK_API extern std::unordered_map<int, CSampleColumn *> g_SampleColumns;
 /// The next handle; never 0.
 TESK_API extern int g_NextSampleHandle;
 
-/// Tells how values of a signal's type are written.
-/// @param width  receives the number of bits
-/// @param radix  receives the base of the numbers; negative for a signed kind
+/// Tells how values of a signal's type are written, and sets the flags of the column for it.
+/// @param signal  only its type is looked at
+/// @param width   receives the number of bits; 1 of a type without bits
+/// @param radix   receives the base of the numbers; negative for a signed kind
 TESK_API void ClassifyValueType(ISignal *signal, CSampleColumn &column, int &width, int &radix);

@@ -1,0 +1,32 @@
+// A MAT-file of the bundled libmat. Internal.
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/matlab/mxarray.h"
+
+/// An open MAT-file. The file is read by a process of its own, `tesk-matread`, that may crash, hang or ask for all memory
+/// on a damaged file; nothing of the kind reaches the host.
+class CMatFile {
+public:
+    /// @param reader  path of the reading program
+    /// @param path    of the file
+    CMatFile(std::string reader, std::string path);
+
+    /// @return whether it is a MAT-file, all of whose variables can be named
+    bool Check() const;
+    /// Reads a variable. @return it, owned by this object; null if there is none or it cannot be read
+    mxArray *ReadVariable(const char *name);
+
+private:
+    std::vector<std::string> Command() const;
+
+    std::string m_reader;
+    std::string m_path;
+    std::size_t m_memory = 0;        // bytes that the process may use; 0 if there is no such file
+    std::chrono::seconds m_time{0};  // of its processor, that it may use
+    std::vector<std::unique_ptr<mxArray>> m_variables;
+};

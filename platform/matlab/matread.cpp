@@ -1,0 +1,159 @@
+// The program that reads a MAT-file for the bundled libmat: `tesk-matread MEMORY SECONDS FILE [VARIABLE]` writes the
+// stream of matstream.h. It is a process of its own because the libraries below it crash on some damaged files.
+#include <matio.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "platform/matlab/matstream.h"
+#include "platform/matlab/mxarray.h"
+
+namespace {
+
+void Limit(int resource, rlim_t value)
+{
+    const rlimit limit = {value, value};
+    setrlimit(static_cast<__rlimit_resource_t>(resource), &limit);
+}
+
+// No more memory and time than told, no file written, a core neither. The alarm is for a host that has died.
+void LimitThisProcess(const char *memory, const char *seconds)
+{
+    const rlim_t time = std::strtoull(seconds, nullptr, 10);
+    Limit(RLIMIT_AS, std::strtoull(memory, nullptr, 10));
+    Limit(RLIMIT_CPU, time);
+    Limit(RLIMIT_CORE, 0);
+    Limit(RLIMIT_FSIZE, 0);
+    alarm(static_cast<unsigned>(time) * 3);
+}
+
+// Leaves without a word: a stream without its end is refused.
+[[noreturn]] void GiveUp()
+{
+    _exit(EXIT_FAILURE);
+}
+
+void Put(const void *data, std::size_t size)
+{
+    if (size > 0 && std::fwrite(data, size, 1, stdout) != 1)
+        GiveUp();
+}
+
+template <typename T>
+void Put(const T &value)
+{
+    Put(&value, sizeof value);
+}
+
+std::int32_t ClassOf(const matvar_t &variable)
+{
+    if (variable.isLogical != 0)
+        return MatClassLogical;
+    switch (variable.class_type) {
+    case MAT_C_SPARSE: return MatClassUnknown;  // MATLAB says double, but there is no column of them to point at
+    case MAT_C_OBJECT: return MatClassObject;
+    default: return static_cast<std::int32_t>(variable.class_type);
+    }
+}
+
+std::size_t PutSizes(const matvar_t &variable)
+{
+    const std::uint32_t rank = static_cast<std::uint32_t>(variable.rank);
+    if (variable.rank < 0 || rank > MaximumRank || (rank > 0 && variable.dims == nullptr))
+        GiveUp();
+    Put(rank);
+    std::size_t elements = 1;
+    for (std::uint32_t i = 0; i < rank; ++i) {
+        const std::uint64_t size = variable.dims[i];
+        Put(size);
+        if (__builtin_mul_overflow(elements, size, &elements))
+            GiveUp();
+    }
+    return elements;
+}
+
+void PutDoubles(const matvar_t &variable, std::size_t elements)
+{
+    Put(static_cast<std::uint64_t>(elements));
+    if (elements == 0)
+        return;
+    const void *real = variable.data;
+    if (variable.isComplex != 0 && real != nullptr)
+        real = static_cast<const mat_complex_split_t *>(real)->Re;
+    if (real == nullptr || variable.data_type != MAT_T_DOUBLE || elements > variable.nbytes / sizeof(double))
+        GiveUp();
+    Put(real, elements * sizeof(double));
+}
+
+void PutNode(const matvar_t *variable, int depth);
+
+void PutStructure(const matvar_t &variable, std::size_t elements, int depth)
+{
+    const std::uint32_t fields = Mat_VarGetNumberOfFields(const_cast<matvar_t *>(&variable));
+    char *const *names = Mat_VarGetStructFieldnames(&variable);
+    if (fields > MaximumFields || (fields > 0 && names == nullptr))
+        GiveUp();
+    Put(fields);
+    for (std::uint32_t i = 0; i < fields; ++i) {
+        const char *name = names[i] != nullptr ? names[i] : "";
+        const std::uint32_t length = static_cast<std::uint32_t>(strnlen(name, MaximumNameLength));
+        Put(length);
+        Put(name, length);
+    }
+    std::size_t nodes = 0;
+    if (__builtin_mul_overflow(elements, std::size_t(fields), &nodes))
+        GiveUp();
+    const auto *values = static_cast<matvar_t *const *>(variable.data);
+    const std::size_t stored = values != nullptr ? variable.nbytes / sizeof(matvar_t *) : 0;
+    for (std::size_t i = 0; i < nodes; ++i)
+        PutNode(i < stored ? values[i] : nullptr, depth + 1);
+}
+
+void PutNode(const matvar_t *variable, int depth)
+{
+    const std::uint8_t isThere = variable != nullptr && depth <= MaximumDepth;
+    Put(isThere);
+    if (isThere == 0)
+        return;
+    const std::int32_t classId = ClassOf(*variable);
+    Put(classId);
+    const std::size_t elements = PutSizes(*variable);
+    if (classId == MatClassDouble)
+        PutDoubles(*variable, elements);
+    else if (classId == MatClassStruct)
+        PutStructure(*variable, elements, depth);
+}
+
+// Goes through all variables without their values, so that a file whose table of contents is damaged is found out.
+void PassVariables(mat_t *file)
+{
+    while (matvar_t *variable = Mat_VarReadNextInfo(file))
+        Mat_VarFree(variable);
+}
+
+}  // namespace
+
+int main(int count, char **arguments)
+{
+    if (count != 4 && count != 5) {
+        std::fputs("tesk-matread reads MAT-files for libmat.so, which starts it.\n", stderr);
+        return 2;
+    }
+    LimitThisProcess(arguments[1], arguments[2]);
+    mat_t *file = Mat_Open(arguments[3], MAT_ACC_RDONLY);
+    if (file == nullptr)
+        GiveUp();
+    Put(StreamBegin);
+    if (count == 5)
+        PutNode(Mat_VarRead(file, arguments[4]), 0);
+    else
+        PassVariables(file);
+    Put(StreamEnd);
+    if (std::fflush(stdout) != 0)
+        GiveUp();
+    _exit(EXIT_SUCCESS);  // whatever is left is not worth the time of giving it back
+}

@@ -1,0 +1,23 @@
+// How a variable of a MAT-file travels from the helper process to the library. Internal.
+#pragma once
+
+#include <cstdint>
+
+// The helper writes, in the byte order of the machine:
+//
+//     stream   = StreamBegin [ node ] StreamEnd     a node if a variable was asked for
+//     node     = u8 0                               nothing there
+//              | u8 1 i32 class u32 rank u64 size... contents
+//     contents = u64 count double...                of a dense array of doubles: class 6; count is the product of the sizes
+//              | u32 fields { u32 length byte... } node...   of a structure: class 2; all fields of element 0, of 1, ...
+//              |                                    of any other class
+//
+// Whatever does not follow this, or ends early, is refused as a whole.
+
+inline constexpr char StreamBegin[8] = {'T', 'E', 'S', 'K', 'M', 'A', 'T', '1'};
+inline constexpr char StreamEnd[8] = {'T', 'E', 'S', 'K', 'E', 'N', 'D', '1'};
+
+inline constexpr std::uint32_t MaximumRank = 64;
+inline constexpr std::uint32_t MaximumFields = 65536;
+inline constexpr std::uint32_t MaximumNameLength = 4096;
+inline constexpr int MaximumDepth = 64;  ///< structures inside one another; what lies deeper is left out

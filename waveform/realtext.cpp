@@ -1,0 +1,66 @@
+#include "waveform/realtext.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+
+namespace {
+
+bool IsSpace(char c)
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+bool StartsWithLower(std::string_view text, std::string_view word)
+{
+    const auto equal = [](char left, char right) { return (left | ('a' - 'A')) == right; };
+    return text.size() >= word.size() && std::ranges::equal(text.substr(0, word.size()), word, equal);
+}
+
+// Whether a number that is out of range is too large: the place of its first digit other than 0, together with the
+// exponent, lies in front of the point.
+bool IsHuge(std::string_view number, bool isHex)
+{
+    const std::size_t mark = std::min(number.find_first_of(isHex ? "pP" : "eE"), number.size());
+    const std::string_view digits = number.substr(0, mark);
+    const std::size_t point = std::min(digits.find('.'), digits.size());
+    const std::size_t first = std::min(digits.find_first_not_of("0."), digits.size());
+    const long long place = (static_cast<long long>(point) - static_cast<long long>(first)) * (isHex ? 4 : 1);
+
+    std::string_view exponent = number.substr(std::min(mark + 1, number.size()));
+    const bool isNegative = exponent.starts_with('-');
+    if (isNegative || exponent.starts_with('+'))
+        exponent.remove_prefix(1);
+    long long value = 0;
+    constexpr long long Limit = std::numeric_limits<long long>::max() / 2;
+    if (std::from_chars(exponent.data(), exponent.data() + exponent.size(), value).ec == std::errc::result_out_of_range)
+        value = Limit;
+    value = std::min(value, Limit);
+    return (isNegative ? -value : value) + place > 0;
+}
+
+}  // namespace
+
+bool ReadReal(std::string_view text, double &number)
+{
+    while (!text.empty() && IsSpace(text.front()))
+        text.remove_prefix(1);
+    const bool isNegative = text.starts_with('-');
+    if (isNegative || text.starts_with('+'))
+        text.remove_prefix(1);
+    const bool isHex = StartsWithLower(text, "0x");
+    if (isHex)
+        text.remove_prefix(2);
+    if (text.starts_with('-') || (StartsWithLower(text, "infi") && !StartsWithLower(text, "infinity")))
+        return false;
+
+    double value = 0;
+    const std::from_chars_result result = std::from_chars(text.data(), text.data() + text.size(), value,
+                                                          isHex ? std::chars_format::hex : std::chars_format::general);
+    if (result.ec == std::errc::invalid_argument)
+        return false;
+    if (result.ec == std::errc::result_out_of_range)
+        value = IsHuge(text, isHex) ? std::numeric_limits<double>::infinity() : 0.0;
+    number = isNegative ? -value : value;
+    return true;
+}

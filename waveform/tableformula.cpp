@@ -1,0 +1,76 @@
+#include "waveform/tableformula.h"
+
+#include <cstring>
+#include <string_view>
+
+#include "platform/crt.h"
+#include "settings/wrap.h"
+#include "signal/component.h"
+#include "signal/signal.h"
+#include "waveform/samplestimulus.h"
+#include "waveform/textimporter.h"
+
+const STableKind TxtTables = {ParseTxtArgs, ImportTextFile, nullptr};
+
+namespace {
+
+constexpr std::string_view InternalMark = "/internal ";
+
+bool TakeNumber(const char *&text, int &number)
+{
+    char *end = nullptr;
+    std::strtoll(text, &end, 10);
+    if (end == text)
+        return false;
+    number = tesk::ReadInt(text);
+    text = end;
+    return true;
+}
+
+bool TakeByte(const char *&text, char byte)
+{
+    if (*text != byte)
+        return false;
+    ++text;
+    return true;
+}
+
+// "5,(3)", with anything behind it.
+IStimulus *CreateInternal(const STableKind &kind, const char *text)
+{
+    int handle = 0, index = 0;
+    if (!TakeNumber(text, handle) || !TakeByte(text, ',') || !TakeByte(text, '(') || !TakeNumber(text, index))
+        return nullptr;
+    if (kind.correctIndex != nullptr)
+        index = kind.correctIndex(index);
+    return TakeByte(text, ')') ? new CCMStimulus(handle, index) : nullptr;
+}
+
+// What stands behind the keyword, without the closing quote of a formula that stands in quotes.
+SimpleString::CStr ArgumentsOf(const char *formula, const char *behindKeyword)
+{
+    const SimpleString::CStr rest(behindKeyword);
+    const int last = rest.GetLength() - 1;
+    const bool isQuoted = *formula == '"' && last >= 0 && rest[last] == '"';
+    return isQuoted ? rest.Left(last) : rest;
+}
+
+}  // namespace
+
+IStimulus *CreateTableStimulus(const STableKind &kind, const char *formula, const char *behindKeyword,
+                               long long startTime)
+{
+    if (std::string_view(behindKeyword).starts_with(InternalMark))
+        return CreateInternal(kind, behindKeyword + InternalMark.size());
+    CFileFormulaArgs args;
+    if (!kind.parseArguments(ArgumentsOf(formula, behindKeyword), args))
+        return nullptr;
+    ISignal *created = nullptr;
+    if (CreateSignal(g_SignalTypeDescription, nullptr, &created) < 0)
+        return nullptr;
+    const TReference<ISignal> signal(created);
+    const int handle = kind.import(startTime, args, signal.get());
+    if (handle == -1)
+        return CEmptyStimulus::Shared(true);
+    return handle != 0 ? new CCMStimulus(handle, 0) : nullptr;
+}
