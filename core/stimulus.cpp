@@ -54,15 +54,14 @@ IStimulus *CreateCustomStimulus(const SCreation &creation)
     return CreateFileStimulus(creation.formula, creation.behindKeyword, creation.startTime);
 }
 
-// A kind that is not built must not be taken for values and times.
-IStimulus *Refuse(const SCreation &)
-{
-    return nullptr;
-}
-
 IStimulus *CreateTxtStimulus(const SCreation &creation)
 {
     return CreateTableStimulus(TxtTables, creation.formula, creation.behindKeyword, creation.startTime);
+}
+
+IStimulus *CreateMatStimulus(const SCreation &creation)
+{
+    return CreateTableStimulus(MatTables, creation.formula, creation.behindKeyword, creation.startTime);
 }
 
 IStimulus *CreateCounterStimulus(const SCreation &creation)
@@ -96,12 +95,8 @@ struct SKind {
 };
 
 constexpr SKind Kinds[] = {
-    {CustomKeyword, CreateCustomStimulus},
-    {TxtKeyword, CreateTxtStimulus},
-    {MatKeyword, Refuse},
-    {CounterKeyword, CreateCounterStimulus},
-    {RandomKeyword, CreateRandomStimulus},
-    {BrelKeyword, CreateBrelStimulus},
+    {CustomKeyword, CreateCustomStimulus},   {TxtKeyword, CreateTxtStimulus},       {MatKeyword, CreateMatStimulus},
+    {CounterKeyword, CreateCounterStimulus}, {RandomKeyword, CreateRandomStimulus}, {BrelKeyword, CreateBrelStimulus},
 };
 
 }  // namespace

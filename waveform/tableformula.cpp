@@ -4,13 +4,27 @@
 #include <string_view>
 
 #include "platform/crt.h"
+#include "platform/kestrin.h"
 #include "settings/wrap.h"
 #include "signal/component.h"
 #include "signal/signal.h"
+#include "waveform/matimporter.h"
+#include "waveform/matlane.h"
 #include "waveform/samplestimulus.h"
 #include "waveform/textimporter.h"
 
+namespace {
+
+// Deliberate: the element numbers of text tables are not corrected so.
+int TakeLowerBoundOff(int index)
+{
+    return static_cast<int>(CorrectIndex(index, Kestrin::KTypeInfo(g_SignalTypeDescription)));
+}
+
+}  // namespace
+
 const STableKind TxtTables = {ParseTxtArgs, ImportTextFile, nullptr};
+const STableKind MatTables = {ParseMatArgs, ImportMatFile, TakeLowerBoundOff};
 
 namespace {
 

@@ -16,6 +16,7 @@ struct STableKind {
 };
 
 extern const STableKind TxtTables;
+extern const STableKind MatTables;
 
 /// Makes the stimulus of a formula: of an internal one, "/txt/internal 5,(3)", that of a loaded column's element; else
 /// the table is imported for a signal of the type `g_SignalTypeDescription`.
