@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "core/filesplitter.h"
 #include "core/keywords.h"
 #include "core/simpleformulaparser.h"
 #include "core/stimulus.h"
@@ -53,7 +54,7 @@ int CFormulaParser::Run(const char *formula, CElements &elements, int count, boo
     if (search.Has(RandomKeyword))
         return CreateRandomWires(formula, count, g_simRes, elements, false, nullptr, startTime) == -1 ? 0 : 1;
     if (search.HasFileKeyword())
-        return 0;  // as in IStimulus::Create
+        return SplitFileFormula(search, elements, count, startTime);
     if (search.Has(BrelKeyword))
         return SplitBrelFormula(formula, elements, count, isBitVector, startTime);
     return SplitPlainFormula(formula, elements, count, isBitVector, startTime);

@@ -22,6 +22,9 @@ public:
     /// Whether the formula refers to a file.
     bool HasFileKeyword() const { return Has(CustomKeyword) || Has(TxtKeyword) || Has(MatKeyword); }
 
+    /// The formula in the caller's letter case.
+    const char *Formula() const { return m_formula; }
+
     /// What stands behind the first occurrence of a keyword, in the caller's letter case; null without one.
     const char *Behind(std::string_view keyword) const;
 

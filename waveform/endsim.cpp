@@ -1,11 +1,12 @@
 // The end of a simulation run.
 #include "core/stimulus.h"
 #include "waveform/matimporter.h"
+#include "waveform/openfiles.h"
 #include "waveform/samplesteps.h"
 
 void IStimulus::OnEndsim()
 {
-    // The open waveform files are closed here.
+    CloseOpenWaveformFiles();
     ClearSampleColumns();
     ReleaseMatLibraries();
 }

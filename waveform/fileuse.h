@@ -9,20 +9,28 @@
 template <typename TReader>
 class TFileUse {
 public:
-    /// Finds the file in the table, which counts one use more, or opens it.
+    /// Finds the file in the table, or opens it.
     /// @param open  opens a file by its name; may raise
     /// @return the reader; null if the file cannot be opened
     template <typename Open>
-    TReader *Use(const SimpleString::CStr &fileName, Open open)
+    TReader *Find(const SimpleString::CStr &fileName, Open open)
     {
         m_entry = g_OpenWaveformFiles.find(fileName);
-        if (m_entry != g_OpenWaveformFiles.end()) {
-            ++m_entry->second.m_useCount;
+        if (m_entry != g_OpenWaveformFiles.end())
             return static_cast<TReader *>(m_entry->second.m_reader);
-        }
         m_fileName = fileName;
         m_new.reset(open(static_cast<const char *>(fileName)));
         return m_new.get();
+    }
+
+    /// As `Find`; a file in the table counts one use more.
+    template <typename Open>
+    TReader *Use(const SimpleString::CStr &fileName, Open open)
+    {
+        TReader *reader = Find(fileName, open);
+        if (m_entry != g_OpenWaveformFiles.end())
+            ++m_entry->second.m_useCount;
+        return reader;
     }
 
     /// Puts a new reader into the table. @return the text of its key, which lives as long as the entry

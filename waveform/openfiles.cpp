@@ -17,6 +17,16 @@ bool IsVcdFileName(const char *fileName)
     return IsNamedLike(fileName, ".vcd");
 }
 
+void RenameBrackets(SimpleString::CStr &signalName)
+{
+    for (int i = 0; i < signalName.GetLength(); ++i) {
+        if (signalName[i] == '(')
+            signalName.SetAt(i, '[');
+        else if (signalName[i] == ')')
+            signalName.SetAt(i, ']');
+    }
+}
+
 void CloseOpenWaveformFiles()
 {
     for (const auto &[name, file] : g_OpenWaveformFiles) {

@@ -30,6 +30,9 @@ bool IsNamedLike(const char *fileName, const char *part);
 /// Whether the file is one that a `WaveStore` holds. Internal.
 bool IsVcdFileName(const char *fileName);
 
+/// Turns "(" and ")" in the name of a signal into the "[" and "]" of the file's own names. Internal.
+void RenameBrackets(SimpleString::CStr &signalName);
+
 /// Ends all readers in the order of their keys and empties the table. Whatever points to a reader must not be used
 /// any more. Internal.
 void CloseOpenWaveformFiles();

@@ -3,6 +3,7 @@
 #include "settings/wrap.h"
 #include "signal/signal.h"
 #include "waveform/customstimulus.h"
+#include "waveform/openfiles.h"
 #include "waveform/scaledtime.h"
 #include "waveform/waveformfile.h"
 
@@ -48,17 +49,6 @@ CReplayStimulus::SNextChange CReplayStimulus::ChangeAt(long long place) const
 }
 
 namespace {
-
-// In the name of a signal, where the file's own names have square brackets.
-void RenameBrackets(CStr &name)
-{
-    for (int i = 0; i < name.GetLength(); ++i) {
-        if (name[i] == '(')
-            name.SetAt(i, '[');
-        else if (name[i] == ')')
-            name.SetAt(i, ']');
-    }
-}
 
 // A number that is compared with the end time of the file.
 long long ComparedWithFile(const STimeValue &time, const SWaveformFileRules &rules)

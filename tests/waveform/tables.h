@@ -64,6 +64,7 @@ public:
 
     void Write(const std::string &name, const std::string &bytes) const
     {
+        std::filesystem::remove(m_path / name);  // some file systems wait for the disk where a file is overwritten
         std::ofstream(m_path / name, std::ios::binary) << bytes;
     }
 
