@@ -35,10 +35,10 @@
 #include "signaldata/signaldata.h"
 <<<<<<< HEAD
 #include "waveform/matimporter.h"
-=======
+    =======
 #include "waveform/customstimulus.h"
 #include "waveform/openfiles.h"
->>>>>>> tables
+    >>>>>>> tables
 #include "waveform/samplecolumn.h"
 #include "waveform/samplestimulus.h"
 #include "waveform/sharedfilestimulus.h"
