@@ -318,11 +318,12 @@ bool ParseArgs(const char *text, unsigned keyword, CFileFormulaArgs &args)
 {
     if (text == nullptr)
         return false;
+    const std::string kept = text;  // the text may be one of the fields
     for (CStr CFileFormulaArgs::*field :
          {&CFileFormulaArgs::m_file, &CFileFormulaArgs::m_signal, &CFileFormulaArgs::m_start, &CFileFormulaArgs::m_end,
           &CFileFormulaArgs::m_repeat, &CFileFormulaArgs::m_cancel})
         (args.*field).Empty();
-    return CArgumentReader(text, keyword, args).Run();
+    return CArgumentReader(kept, keyword, args).Run();
 }
 
 }  // namespace

@@ -101,9 +101,10 @@ bool CBrelFormula::CheckRepeat(int maximum)
 
 bool ExpandBrelFormula(const char *text, SimpleString::CStr &formula)
 {
-    formula.Empty();
     CBrelFormula notation;
-    return notation.Parse(text) && notation.GetFormula(formula);
+    const bool isRead = notation.Parse(text);
+    formula.Empty();  // not before: the text may stand in it
+    return isRead && notation.GetFormula(formula);
 }
 
 bool CheckBrelMaxRepeatCount(const char *text, int maximum)

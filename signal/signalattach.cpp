@@ -27,7 +27,7 @@ long CSignalImp::AttachFromDatabase(NTARN::IDatabaseReader *reader, ISignalConta
 try {
     if (reader == nullptr || container == nullptr)
         return E_INVALIDARG;
-    m_parent = parent;
+    SetParent(parent);
     const int first = elements > 0 ? reader->GetChildRange(m_handle).first : 0;
     const auto addChild = [&](ISignalContainer &children, int i) {
         ISignal *child = nullptr;
@@ -48,7 +48,7 @@ long CSignalImp::AttachFromList(ISignalListReader *reader, ISignalContainer *con
     SetStimulatorInfo(reader->GetProperty(m_handle, "Stimulator"));
     const char *isBus = reader->GetProperty(m_handle, "VBus");
     SetFlag(VBus, isBus != nullptr && tesk::ReadInt(isBus) != 0);
-    m_parent = parent;
+    SetParent(parent);
     const auto addChild = [&](ISignalContainer &children, int i) {
         ISignal *child = nullptr;
         return children.AddFromList(reader, this, i, &child);

@@ -115,13 +115,14 @@ try {
     if (reader == nullptr || handle == -1 || level.IsRefused())
         return E_FAIL;
     const std::string name = parent != nullptr ? reader->GetName(handle) : reader->GetFullName(handle, false);
+    const int elements = CountChildren(reader->GetChildRange(handle));
     TReference<CSignalImp> signal = NewSignal(nullptr);
     signal->SetName(name.c_str());
     signal->SetHandle(handle);
     signal->SetMode(reader->GetMode(handle));
     signal->SetMaxTime(reader->GetSignalEndTime(handle));
     signal->SetTypeInfo(reader->GetType(handle));
-    if (signal->AttachFromDatabase(reader, this, parent, CountChildren(reader->GetChildRange(handle))) < 0)
+    if (signal->AttachFromDatabase(reader, this, parent, elements) < 0)
         return E_FAIL;
     *out = signal.release();  // this container's by now
     return S_OK;

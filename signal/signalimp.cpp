@@ -8,7 +8,8 @@
 
 // The container takes a signal that is removed out of the handle manager. A signal that ends in another way, for
 // instance because the type of its parent changed, must not be found there either, nor by its name in a list that it
-// has left. A child that somebody else holds must not lead to its parent any more.
+// has left. A child that somebody else holds must not lead to its parent any more;
+// one of this library is told by its link.
 CSignalImp::~CSignalImp()
 {
     CHandleManager::Forget(this);
@@ -29,8 +30,8 @@ long CSignalImp::GetFullName(char *buffer, unsigned size)
     if (buffer == nullptr || size == 0)
         return E_INVALIDARG;
     buffer[0] = 0;
-    if (m_parent != nullptr) {
-        const long result = m_parent->GetFullName(buffer, size);
+    if (m_parent.Get() != nullptr) {
+        const long result = m_parent.Get()->GetFullName(buffer, size);
         if (result < 0)
             return result;
     }

@@ -11,6 +11,7 @@
 #include "platform/kestrin.h"
 #include "settings/cstr.h"
 #include "signal/component.h"
+#include "signal/parentlink.h"
 #include "signal/properties.h"
 #include "signal/signal.h"
 
@@ -58,7 +59,7 @@ public:
     int GetHotKey() override;
     void SetHotKey(int key) override;
     bool GetSpareFlag() override { return m_spare; }
-    ISignal *GetParent() override { return m_parent; }
+    ISignal *GetParent() override { return m_parent.Get(); }
     ISignalContainer *GetChildren() override { return m_children.get(); }
     ISignalWave *GetWave() override { return m_wave.get(); }
     long CreateSignalIterator(ISignalIterator **out) override;
@@ -72,7 +73,7 @@ public:
     long AttachFromList(ISignalListReader *reader, ISignalContainer *container, ISignal *parent, int elements) override;
     long ExportToList(ISignalListWriter *writer, int index) override;
     const char *GetInitialValueText(bool flag) override;
-    void SetParent(ISignal *parent) override { m_parent = parent; }
+    void SetParent(ISignal *parent) override { m_parent.Set(parent); }
     long long GetMaxTime() override { return m_maxTime; }
     bool IsVBus() override { return (m_flags & VBus) != 0; }
 
@@ -132,6 +133,8 @@ private:
     bool AppendFirstVector(const Kestrin::KTypeInfo &type, bool flag);
     template <typename TextOfChild>
     bool AppendChildren(TextOfChild textOf);
+    friend class CParentLink;
+
     bool ReserveScratch();
     unsigned long long BytesOfChildren();
 
@@ -144,7 +147,7 @@ private:
     long long m_maxTime = 0;
     CPropertyTable m_properties;
     SimpleString::CStr m_stimulatorInfo;
-    ISignal *m_parent;  // no reference
+    CParentLink m_parent;
     TReference<ISignalWave> m_wave;
     TReference<ISignalContainer> m_children;
 };

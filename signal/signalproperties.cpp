@@ -83,9 +83,9 @@ void CSignalImp::SetHandle(int handle)
 int CSignalImp::GetMode()
 {
     constexpr int ModeOfRoot = 6;
-    if (GetProperty(Mode) != nullptr || m_parent == nullptr)
+    if (GetProperty(Mode) != nullptr || GetParent() == nullptr)
         return GetNumber(Mode, ModeOfRoot);
-    return m_parent->GetMode();
+    return GetParent()->GetMode();
 }
 
 void CSignalImp::SetMode(int mode)

@@ -76,7 +76,7 @@ try {
     const long result = LoadChildren(stream, container);
     if (result < 0)
         return result;
-    m_parent = parent;
+    SetParent(parent);
     FinishLoading(container);
     return S_OK;
 } catch (const std::bad_alloc &) {
@@ -117,7 +117,7 @@ long CSignalImp::ExportToList(ISignalListWriter *writer, int index)
     if (writer == nullptr)
         return E_FAIL;
     const int handle = GetHandle();
-    const int parentHandle = m_parent != nullptr ? m_parent->GetHandle() : -1;
+    const int parentHandle = GetParent() != nullptr ? GetParent()->GetHandle() : -1;
     const int childCount = m_children != nullptr ? static_cast<int>(m_children->GetCount()) : 0;
     long long maxTime = GetMaxTime();
     const bool added = m_children != nullptr

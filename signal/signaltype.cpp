@@ -66,7 +66,7 @@ const Kestrin::KTypeInfo *CSignalImp::EffectiveType()
     constexpr int Array = 4;
     if (m_typeInfo)
         return &*m_typeInfo;
-    const Kestrin::KTypeInfo *parentType = m_parent != nullptr ? m_parent->GetTypeInfo() : nullptr;
+    const Kestrin::KTypeInfo *parentType = m_parent.Get() != nullptr ? m_parent.Get()->GetTypeInfo() : nullptr;
     if (parentType == nullptr || parentType->GetKind() != Array)
         return nullptr;
     return parentType->GetArrayElementKTypeInfo();

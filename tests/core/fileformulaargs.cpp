@@ -301,4 +301,15 @@ TEST(IntervalSwitch, FailsBehindItsLetters)
     EXPECT_THAT(log.Messages(), IsEmpty());
 }
 
+TEST(Arguments, MayStandInTheRecordThatTheyAreReadInto)
+{
+    for (const auto parse : {ParseCustomArgs, ParseTxtArgs, ParseMatArgs}) {
+        CFileFormulaArgs args;
+        args.m_file = "a_file_of_a_name_that_is_long,signal,10ns -r 20ns";
+        EXPECT_TRUE(parse(args.m_file, args));
+        EXPECT_STREQ(args.m_file, "a_file_of_a_name_that_is_long");
+        EXPECT_STREQ(args.m_repeat, "20ns");
+    }
+}
+
 }  // namespace

@@ -180,6 +180,17 @@ TEST(Iterator, HasNothingToWalkInAnEmptyStimulus)
     EXPECT_EQ(nothing.Next(), nullptr);
 }
 
+TEST(Iterator, HasNothingToWalkInACounter)
+{
+    const StimulusPtr counter = Create("\\counter\\TYPE\\1\\DIR\\1\\RADIX\\2\\START\\0\\INC\\1\\PERIOD\\10ns\\REV\\0");
+    ASSERT_NE(counter, nullptr);
+    CStimIterator iterator(counter.get());
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_EQ(iterator.Next(), nullptr);
+        iterator.Reset();
+    }
+}
+
 TEST(Iterator, AssignedGoesOnWhereTheOtherStands)
 {
     const StimulusPtr stimulus = Create("1 0ns, 0 20ns");

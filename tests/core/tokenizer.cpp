@@ -39,6 +39,7 @@ TEST(NextToken, TakesAWordOrAGroup)
         {" \n\t", "", ""},
         {"(a (b) c) d", "(a (b) c)", " d"},
         {"((a b", "((a b", ""},
+        {"((a) b) c", "((a) b)", " c"},
         {"\"a b\" c", "\"a b\"", " c"},
         {"'a b' c", "'a b'", " c"},
         {"\"a (b\" c", "\"a (b\"", " c"},

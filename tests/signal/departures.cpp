@@ -79,3 +79,48 @@ TEST(Child, ThatOutlivesItsParentHasNone)
     EXPECT_STREQ(name, "(1)");
     kept->GetMode();
 }
+
+TEST(Child, ThatLeftItsParentHasNoneWhenThatEnds)
+{
+    const struct {
+        const char *how;
+        void (*leave)(ISignal &parent, ISignal &child);
+    } rows[] = {
+        {"type", [](ISignal &parent, ISignal &) { parent.SetTypeInfoString(BitType); }},
+        {"removal", [](ISignal &parent, ISignal &child) { parent.GetChildren()->Remove(&child); }},
+        {"clearing", [](ISignal &parent, ISignal &) { parent.GetChildren()->Clear(); }},
+        {"replacement",
+         [](ISignal &parent, ISignal &child) {
+             parent.GetChildren()->Replace(&child, MakeNamed("other", BitType).get());
+         }},
+    };
+    for (const auto &row : rows) {
+        TReference<ISignal> parent = MakeNamed("a", VectorType(2));
+        ISignal *child = ChildAt(parent->GetChildren(), 0);
+        child->AddRef();
+        const TReference<ISignal> kept(child);
+        row.leave(*parent, *child);
+        EXPECT_EQ(kept->GetParent(), parent.get()) << row.how;  // deliberate: leaving does not tell the child
+        parent.reset();
+        EXPECT_EQ(kept->GetParent(), nullptr) << row.how;
+        kept->GetMode();
+    }
+}
+
+TEST(Parent, IsLeftByAnyOfItsChildrenInAnyOrder)
+{
+    TReference<ISignal> parent = MakeNamed("a", BitType);
+    TReference<ISignal> children[4];
+    for (TReference<ISignal> &child : children) {
+        child = MakeNamed("c", BitType);
+        child->SetParent(parent.get());
+    }
+    children[1].reset();
+    children[0]->SetParent(children[2].get());
+    children[3].reset();
+    children[2]->SetParent(nullptr);
+    parent.reset();
+    EXPECT_EQ(children[0]->GetParent(), children[2].get());
+    children[2].reset();
+    EXPECT_EQ(children[0]->GetParent(), nullptr);
+}

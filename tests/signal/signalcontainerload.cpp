@@ -34,6 +34,13 @@ TEST(ContainerLoad, MakesSignalsOfStandardTypeOne)
     EXPECT_EQ(container->GetMaxTime(), 0);
 }
 
+TEST(ContainerLoad, RefusesWhatSaveWroteOfNoSignals)
+{
+    CMemoryStream stream;
+    EXPECT_EQ(MakeContainer()->Save(&stream), S_OK);
+    EXPECT_EQ(MakeContainer()->Load(&stream, nullptr), E_FAIL);
+}
+
 TEST(ContainerLoad, PassesOverWhatCannotBeRead)
 {
     const TReference<ISignalContainer> container = MakeContainer();

@@ -44,7 +44,7 @@ TEST_F(FileStimulus, IsOfTheKindThatTheFileNameTells)
 TEST_F(FileStimulus, OfAnEventStreamIsNeverLookedForInTheTable)
 {
     for (const char *name : {"nowhere/a.zyn", "nowhere/a.tmp", "nowhere/a.vcd.zyn", "nowhere/a.tmp.vcd"}) {
-        EnterDatabase(name);
+        const std::unique_ptr<CFakeReader> reader(EnterDatabase(name));
         const CLogCatcher log;
         EXPECT_EQ(Create("/custom " + std::string(name) + ",s"), nullptr) << name;
         EXPECT_THAT(log.Messages(), IsEmpty()) << name;

@@ -1,8 +1,10 @@
 // Files of one signal and the formulas that replay it, for tests of what the kinds of files have in common.
 #pragma once
 
+#include <cstring>
 #include <string>
 
+#include "platform/streamfiles.h"
 #include "waveform/fakefiles.h"
 
 enum class EFileKind { Stream, Database, Vcd };
@@ -31,19 +33,48 @@ struct SReplay {
 /// Opens files of every kind.
 class ReplayedFiles : public WaveformFiles {
 protected:
-    static const char *FileName(EFileKind kind) { return kind == EFileKind::Database ? "f.db" : "f.vcd"; }
+    static std::string FileName(EFileKind kind)
+    {
+        static const CStreamFolder folder;
+        return kind == EFileKind::Stream ? folder / "f.zyn" : kind == EFileKind::Database ? "f.db" : "f.vcd";
+    }
 
-    /// The stimulus of a file that holds the signal "s" only; null if it cannot be used.
-    static StimulusPtr Create(const SReplay &replay)
+    /// Makes the file, with the signal "s" only.
+    static void MakeFile(const SReplay &replay)
     {
         CloseOpenWaveformFiles();
+        if (replay.kind == EFileKind::Stream)
+            WriteStream(FileName(replay.kind), {{"s", IntegerType, BytesOf(replay.events), {}}}, replay.fileRes,
+                        replay.fileEnd);
         if (replay.kind == EFileKind::Database)
             Enter("f.db", new CFakeReader(replay.fileRes, replay.fileEnd, {{"s", IntegerType, replay.events}}));
-        else
+        if (replay.kind == EFileKind::Vcd)
             Enter("f.vcd", NewStore(replay.fileRes, replay.fileEnd, {{"s", IntegerType, {replay.events}}}));
-        return ::Create("/custom " + std::string(FileName(replay.kind)) + ",s" + replay.Tail(), replay.now,
-                        replay.simRes);
+    }
+
+    /// The stimulus of the formula on a file that is made; null if it cannot be used.
+    static StimulusPtr Apply(const SReplay &replay)
+    {
+        return ::Create("/custom " + FileName(replay.kind) + ",s" + replay.Tail(), replay.now, replay.simRes);
+    }
+
+    static StimulusPtr Create(const SReplay &replay)
+    {
+        MakeFile(replay);
+        return Apply(replay);
+    }
+
+    /// The events of a stream of integers.
+    static CEvents BytesOf(const CFileEvents &events)
+    {
+        CEvents raw;
+        for (const NTARN::SFileEvent &event : events) {
+            std::string value(sizeof event.value, 0);
+            std::memcpy(value.data(), &event.value, sizeof event.value);
+            raw.emplace_back(event.time, value);
+        }
+        return raw;
     }
 };
 
-constexpr EFileKind AllKinds[] = {EFileKind::Database, EFileKind::Vcd};
+constexpr EFileKind AllKinds[] = {EFileKind::Stream, EFileKind::Database, EFileKind::Vcd};

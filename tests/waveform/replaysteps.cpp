@@ -25,7 +25,7 @@ class CRandomReplays {
 public:
     explicit CRandomReplays(unsigned seed) : m_random(seed) {}
 
-    SReplay Draw(EFileKind kind)
+    SReplay DrawFile(EFileKind kind)
     {
         SReplay replay;
         replay.kind = kind;
@@ -38,15 +38,20 @@ public:
         for (unsigned count = Number(8), i = 0; i < count; ++i)
             replay.events.push_back({UpTo(70), Number(99), 0});
         std::ranges::sort(replay.events, {}, &NTARN::SFileEvent::time);
+        if (kind == EFileKind::Stream && !replay.events.empty())  // such a file does not end before its last event
+            replay.fileEnd = std::max(replay.fileEnd, replay.events.back().time);
+        return replay;
+    }
+
+    void DrawFormula(SReplay &replay)
+    {
         replay.now = UpTo(3) == 0 ? UpTo(20) : 0;
         const long long tick = std::max(replay.simRes, replay.fileRes);
         replay.start = MaybeTime(tick, 20);
-        if (!replay.start.empty())
-            replay.end = MaybeTime(tick, 70);
+        replay.end = replay.start.empty() ? "" : MaybeTime(tick, 70);
         replay.offset = MaybePoint(tick, 20);
         replay.repeat = MaybeTime(tick, 60);
         replay.cancel = MaybePoint(tick, 150);
-        return replay;
     }
 
     long long UpTo(unsigned last) { return Number(last); }
@@ -76,24 +81,33 @@ private:
     std::mt19937 m_random;
 };
 
+void ExpectAgreement(IStimulus &stimulus, const SReplay &replay, CRandomReplays &random)
+{
+    const CReplayModel model(replay);
+    long long time = -2;
+    for (int step = 0; step < 120; ++step, time += 1 + random.UpTo(step < 60 ? 2 : 400)) {
+        ASSERT_EQ(stimulus.GetNextEventTime(time), model.Next(time)) << time << " " << Show(replay);
+        ASSERT_EQ(ValueAt(stimulus, time), model.Value(time)) << time << " " << Show(replay);
+        ASSERT_EQ(stimulus.IsFinishedAt(time), model.Map(time) < 0) << time << " " << Show(replay);
+    }
+}
+
 TEST_F(ReplaySteps, AgreeWithPlainScans)
 {
     const CLogCatcher log;
-    CRandomReplays replays(1);
+    CRandomReplays random(1);
     int good = 0;
-    for (int round = 0; round < 6000; ++round) {
-        const SReplay replay = replays.Draw(round % 2 == 0 ? EFileKind::Database : EFileKind::Vcd);
-        const CReplayModel model(replay);
-        const StimulusPtr stimulus = Create(replay);
-        ASSERT_EQ(stimulus != nullptr, model.IsGood()) << Show(replay);
-        if (stimulus == nullptr)
-            continue;
-        ++good;
-        long long time = -2;
-        for (int step = 0; step < 120; ++step, time += 1 + replays.UpTo(step < 60 ? 2 : 400)) {
-            ASSERT_EQ(stimulus->GetNextEventTime(time), model.Next(time)) << time << " " << Show(replay);
-            ASSERT_EQ(ValueAt(*stimulus, time), model.Value(time)) << time << " " << Show(replay);
-            ASSERT_EQ(stimulus->IsFinishedAt(time), model.Map(time) < 0) << time << " " << Show(replay);
+    for (int file = 0; file < 900; ++file) {
+        SReplay replay = random.DrawFile(AllKinds[file % 3]);
+        MakeFile(replay);
+        for (int formula = 0; formula < 8; ++formula) {
+            random.DrawFormula(replay);
+            const StimulusPtr stimulus = Apply(replay);
+            ASSERT_EQ(stimulus != nullptr, CReplayModel(replay).IsGood()) << Show(replay);
+            if (stimulus == nullptr)
+                continue;
+            ++good;
+            ASSERT_NO_FATAL_FAILURE(ExpectAgreement(*stimulus, replay, random));
         }
     }
     EXPECT_GT(good, 1000);

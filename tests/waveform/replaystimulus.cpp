@@ -72,7 +72,7 @@ TEST_F(ReplayFormula, IsComparedWithTheEndOfTheFileAsItsKindDoes)
                                                  .simRes = row.simRes,
                                                  .fileRes = row.fileRes,
                                                  .fileEnd = row.fileEnd,
-                                                 .events = Counting,
+                                                 .events = {{0, 1, 0}},
                                                  .start = row.start,
                                                  .end = row.end});
             EXPECT_EQ(stimulus != nullptr, row.accepting.By(kind)) << row.what << ", kind " << static_cast<int>(kind);
@@ -257,6 +257,8 @@ TEST_F(ReplayWindow, SurvivesTimesAndResolutionsAtTheirLimits)
     for (const EFileKind kind : AllKinds) {
         for (const long long simRes : Extremes) {
             for (const long long fileRes : Extremes) {
+                if (kind == EFileKind::Stream && fileRes < 1)
+                    continue;  // such a file cannot be written
                 for (const char *time : {"", "99999999999999999999hr", "1fs"}) {
                     const StimulusPtr stimulus = Create({.kind = kind,
                                                          .simRes = simRes,

@@ -55,7 +55,7 @@ TEST_F(SharedFileStimulus, WritesItsFormulaWithTheStretchInQuotesAndAbsoluteTime
             replay.kind = kind;
             const StimulusPtr stimulus = Create(replay);
             ASSERT_NE(stimulus, nullptr) << replay.Tail();
-            EXPECT_EQ(FormulaOf(*stimulus), "\"/custom " + std::string(FileName(kind)) + row.tail) << replay.Tail();
+            EXPECT_EQ(FormulaOf(*stimulus), "\"/custom " + FileName(kind) + row.tail) << replay.Tail();
         }
     }
 }
@@ -195,7 +195,7 @@ TEST_F(SharedFileStimulus, LeavesTheCallersTextWhereAValueHasNone)
             Enter("f.db", new CFakeReader(1000, 100, {{"s", StdLogicType, {{0, 77, 0}}}}));
         else
             Enter("f.vcd", NewStore(1000, 100, {{"s", StdLogicType, {{{0, 77, 0}}}}}));
-        const StimulusPtr stimulus = ::Create("/custom " + std::string(FileName(kind)) + ",s");
+        const StimulusPtr stimulus = ::Create("/custom " + FileName(kind) + ",s");
         SimpleString::CStr value;
         EXPECT_FALSE(stimulus->GetValue(0, value));
         value = "kept";
