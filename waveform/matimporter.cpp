@@ -54,7 +54,8 @@ private:
     bool ReadTimePoints();
     bool ReadTimeVariable();
     const mxArray *FindVariable(const char *path);
-    void ReadForm();
+    bool ReadForm(const Kestrin::KTypeInfo &type);
+    bool HasLane(long long lane) const;
     void LogNoData() const;
     void ReadEvents(const SMatLane &values);
     bool TakeTime(std::size_t index, long long &time);
@@ -82,19 +83,16 @@ int CMatImport::Run()
     if (!m_target.Read(m_args.m_signal) || !OpenFile() || !ReadInterval(m_args, m_column->m_interval) ||
         !ReadVariable() || !ReadTimeSource())
         return Failed;
-    ReadForm();
     const Kestrin::KTypeInfo *type = m_signal != nullptr ? m_signal->GetTypeInfo() : nullptr;
-    if (type == nullptr || m_form.width > MaximumWidth)
+    if (type == nullptr || !ReadForm(*type))
         return Failed;
-    m_isVerilog = type->IsVerilog();
     std::optional<long long> lane = FindLane(m_target, *type, m_matrix);
     if (!lane.has_value())
         return Failed;
     if (m_source.lane != -1 && m_source.lane <= *lane)
         ++*lane;
-    const long long lanes = static_cast<long long>(LaneCount(m_matrix, m_byRows));
-    // Deliberate: for a scalar that is no number this is not tested. It then has no events.
-    if (type->GetKind() != EnumerationKind && m_matrix.rank == 2 && (*lane < 0 || *lane >= lanes)) {
+    // Deliberate: for a bit this is not tested. It gets what lies at the places of its lane, most often nothing.
+    if (type->GetKind() != EnumerationKind && !HasLane(*lane)) {
         LogNoData();
         return NoData;
     }
@@ -158,12 +156,19 @@ bool CMatImport::ReadTimeVariable()
     return true;
 }
 
-void CMatImport::ReadForm()
+bool CMatImport::ReadForm(const Kestrin::KTypeInfo &type)
 {
     int radix = 0;
     ClassifyValueType(m_signal, *m_column, m_form.width, radix);
     m_form.isSigned = radix < 0;
     m_form.fraction = m_args.m_point.IsEmpty() ? 0 : tesk::ReadInt(m_args.m_point);
+    m_isVerilog = type.IsVerilog();
+    return m_form.width <= MaximumWidth;
+}
+
+bool CMatImport::HasLane(long long lane) const
+{
+    return m_matrix.rank != 2 || (lane >= 0 && static_cast<std::size_t>(lane) < LaneCount(m_matrix, m_byRows));
 }
 
 void CMatImport::LogNoData() const

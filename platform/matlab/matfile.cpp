@@ -125,6 +125,8 @@ CMatFile::CMatFile(std::string reader, std::string path) : m_reader(std::move(re
     if (stat(m_path.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
         return;  // a pipe or a device has no end
     const std::size_t size = static_cast<std::size_t>(status.st_size);
+    if (size == 0)
+        return;
     const std::size_t memory = size < (std::numeric_limits<std::size_t>::max() - LeastMemory) / MemoryPerByte
                                    ? size * MemoryPerByte + LeastMemory
                                    : PhysicalMemory();

@@ -9,7 +9,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#include <limits>
+
 #include "platform/matlab/matstream.h"
+#include "platform/matlab/matwhole.h"
 #include "platform/matlab/mxarray.h"
 
 namespace {
@@ -135,6 +138,25 @@ void PassVariables(mat_t *file)
         Mat_VarFree(variable);
 }
 
+// The first variable of a name; null if there is none, or not to its end.
+matvar_t *ReadVariable(mat_t *file, const char *path, const char *name)
+{
+    const mat_ft version = Mat_GetVersion(file);
+    std::size_t left = std::numeric_limits<std::size_t>::max();
+    if (version == MAT_FT_MAT4 || version == MAT_FT_MAT5)
+        left = CountWholeVariables(path, version == MAT_FT_MAT4);
+    for (; left > 0; --left) {
+        matvar_t *variable = Mat_VarReadNextInfo(file);
+        if (variable == nullptr)
+            return nullptr;
+        const bool isWanted = variable->name != nullptr && std::strcmp(variable->name, name) == 0;
+        Mat_VarFree(variable);
+        if (isWanted)
+            return Mat_VarRead(file, name);
+    }
+    return nullptr;
+}
+
 }  // namespace
 
 int main(int count, char **arguments)
@@ -149,7 +171,7 @@ int main(int count, char **arguments)
         GiveUp();
     Put(StreamBegin);
     if (count == 5)
-        PutNode(Mat_VarRead(file, arguments[4]), 0);
+        PutNode(ReadVariable(file, arguments[3], arguments[4]), 0);
     else
         PassVariables(file);
     Put(StreamEnd);
