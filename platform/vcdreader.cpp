@@ -163,6 +163,8 @@ try {
     while (m_text.NextWord(word)) {
         if (word.starts_with(ByteOrderMark))
             word.remove_prefix(ByteOrderMark.size());
+        if (word.empty())
+            continue;
         if (BeginsValues(word))
             return word;
         if (!word.starts_with('$'))

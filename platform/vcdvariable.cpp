@@ -92,9 +92,9 @@ void SetReference(SVcdVariable &variable, const SReference &reference)
     SRange written;
     if (DropRange(name, reference.escaped, written)) {
         std::string_view packed = reference.text;
-        if (variable.kind != EVcdKind::Real && written.Length() == variable.width)
+        if (variable.kind == EVcdKind::Bus && written.Length() == variable.width)
             range = written;
-        else if (DropPackedRanges(packed, reference.escaped, variable.width))
+        else if (variable.kind == EVcdKind::Bus && DropPackedRanges(packed, reference.escaped, variable.width))
             name = packed;
     }
     variable.name = name;

@@ -1,161 +1,173 @@
 #include "waveform/eventrun.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cstdlib>
+#include <cstring>
+#include <limits>
 #include <new>
+
+// What is behind these 16 bytes in memory are the blocks.
+struct CEventRun::SEvents {
+    long long lastTime;
+    std::uint32_t used;      // bytes of the blocks
+    std::uint32_t capacity;  // bytes that there is room for
+
+    std::uint8_t *Bytes() { return reinterpret_cast<std::uint8_t *>(this + 1); }
+    const std::uint8_t *Bytes() const { return reinterpret_cast<const std::uint8_t *>(this + 1); }
+};
 
 namespace {
 
-constexpr std::size_t LargestChunk = 1024;
-constexpr std::size_t SmallestDirectory = 4;
+constexpr std::size_t BlockSize = 128;
 
-constexpr std::size_t ChunkSize(std::size_t eventsInFront)
+// The low four bits of an event's first byte: a value below 13, or one of these.
+constexpr std::uint8_t WholeValue = 13;  // the value follows in 8 bytes
+constexpr std::uint8_t WholeEvent = 14;  // the value and the unused word follow in 16 bytes
+constexpr std::uint8_t EndOfBlock = 15;
+
+std::uint8_t CodeOf(const WaveEvent &event)
 {
-    return eventsInFront == 0 ? 1 : std::clamp<std::size_t>(eventsInFront / 4, 3, LargestChunk);
+    if (event.m_unused != 0)
+        return WholeEvent;
+    return event.m_value < WholeValue ? static_cast<std::uint8_t>(event.m_value) : WholeValue;
 }
 
-// How many chunks stand in front of those of the largest size, and how many events they hold together.
-struct SGrowth {
-    std::size_t chunks = 0;
-    std::size_t events = 0;
-};
-
-constexpr SGrowth MeasureGrowth()
+std::size_t WordsSize(std::uint8_t code)
 {
-    SGrowth growth;
-    for (; ChunkSize(growth.events) < LargestChunk; ++growth.chunks)
-        growth.events += ChunkSize(growth.events);
-    return growth;
+    return code == WholeEvent ? 16 : code == WholeValue ? 8 : 0;
 }
 
-constexpr SGrowth Growth = MeasureGrowth();
+// Bytes of an event that comes `distance` after the one before.
+std::size_t SizeOf(std::uint64_t distance, std::uint8_t code)
+{
+    return 1 + (static_cast<std::size_t>(std::bit_width(distance >> 3)) + 6) / 7 + WordsSize(code);
+}
 
-struct SChunkTable {
-    std::array<std::uint16_t, Growth.chunks> firstEvent{};  // of each growing chunk
-    std::array<std::uint8_t, Growth.events> chunkOf{};      // the chunk of an event
-
-    constexpr SChunkTable()
-    {
-        std::size_t event = 0;
-        for (std::size_t chunk = 0; chunk < Growth.chunks; ++chunk) {
-            firstEvent[chunk] = static_cast<std::uint16_t>(event);
-            for (const std::size_t end = event + ChunkSize(event); event < end; ++event)
-                chunkOf[event] = static_cast<std::uint8_t>(chunk);
-        }
+// The first byte has the code, 3 bits of the distance and whether more follow; each further byte has 7 bits of it.
+void Write(std::uint8_t *to, std::uint64_t distance, std::uint8_t code, const WaveEvent &event)
+{
+    *to = static_cast<std::uint8_t>(code | (distance & 7) << 4);
+    for (distance >>= 3; distance != 0; distance >>= 7) {
+        *to++ |= 0x80;
+        *to = distance & 0x7F;
     }
-};
-
-constexpr SChunkTable Table;
-static_assert(Growth.chunks < 256 && Growth.events < 65536);
-
-struct SPlace {
-    std::size_t chunk;
-    std::size_t offset;
-};
-
-SPlace PlaceOf(std::size_t event)
-{
-    if (event < Growth.events)
-        return {Table.chunkOf[event], event - Table.firstEvent[Table.chunkOf[event]]};
-    const std::size_t behind = event - Growth.events;
-    return {Growth.chunks + behind / LargestChunk, behind % LargestChunk};
+    ++to;
+    if (code < WholeValue)
+        return;
+    const std::uint64_t words[] = {event.m_value, event.m_unused};
+    std::memcpy(to, words, WordsSize(code));
 }
 
-void *Check(void *memory)
+// Reads the events of one block, one by one.
+class CBlockReader {
+public:
+    CBlockReader(const std::uint8_t *begin, const std::uint8_t *end) : m_next(begin + sizeof m_time), m_end(end)
+    {
+        std::memcpy(&m_time, begin, sizeof m_time);
+    }
+
+    bool Next(WaveEvent &event)
+    {
+        if (m_next == m_end || (*m_next & 0xF) == EndOfBlock)
+            return false;
+        const std::uint8_t code = *m_next & 0xF;
+        std::uint64_t distance = *m_next >> 4 & 7;
+        for (unsigned shift = 3; (*m_next++ & 0x80) != 0; shift += 7)
+            distance |= static_cast<std::uint64_t>(*m_next & 0x7F) << shift;
+        m_time = static_cast<long long>(static_cast<std::uint64_t>(m_time) + distance);
+        event = {m_time, code, 0};
+        if (code == WholeValue || code == WholeEvent)
+            m_next = ReadWord(event.m_value);
+        if (code == WholeEvent)
+            m_next = ReadWord(event.m_unused);
+        return true;
+    }
+
+private:
+    const std::uint8_t *ReadWord(std::uint64_t &word) const
+    {
+        std::memcpy(&word, m_next, sizeof word);
+        return m_next + sizeof word;
+    }
+
+    long long m_time;  // of the event before; at first that of the first event
+    const std::uint8_t *m_next;
+    const std::uint8_t *m_end;
+};
+
+long long FirstTime(const std::uint8_t *block)
 {
-    if (memory == nullptr)
-        throw std::bad_alloc();
-    return memory;
+    long long time;
+    std::memcpy(&time, block, sizeof time);
+    return time;
 }
 
 }  // namespace
 
 CEventRun::~CEventRun()
 {
-    Clear();
-}
-
-void CEventRun::Clear()
-{
-    if (m_count == 1) {
-        std::free(m_content.single);
-    } else if (m_count != 0 && m_count != Shared) {
-        for (std::size_t chunk = 0; chunk <= PlaceOf(m_count - 1).chunk; ++chunk)
-            std::free(m_content.chunks[chunk]);
-        std::free(m_content.chunks);
-    }
-    m_count = 0;
+    std::free(m_events);
 }
 
 void CEventRun::ShareWith(std::size_t other)
 {
-    Clear();
-    m_content.other = other;
-    m_count = Shared;
+    std::free(m_events);
+    m_events = nullptr;
+    m_sharedWith = other;
+}
+
+// Makes room for `size` bytes. A quarter more is taken each time, rounded to what allocators give anyway.
+void CEventRun::Reserve(std::size_t size)
+{
+    if (size > std::numeric_limits<std::uint32_t>::max() / 2)
+        throw std::bad_alloc();
+    const std::size_t used = m_events != nullptr ? m_events->used : 0;
+    const std::size_t total = (sizeof(SEvents) + std::max(size, used + used / 4) + 7) / 16 * 16 + 8;
+    auto *const events = static_cast<SEvents *>(std::realloc(m_events, total));
+    if (events == nullptr)
+        throw std::bad_alloc();
+    if (m_events == nullptr)
+        *events = {std::numeric_limits<long long>::min(), 0, 0};
+    m_events = events;
+    m_events->capacity = static_cast<std::uint32_t>(total - sizeof(SEvents));
 }
 
 void CEventRun::Append(const WaveEvent &event)
 {
-    const long long reached = m_count > 0 ? At(m_count - 1).m_time : event.m_time;
-    const SPlace place = PlaceOf(m_count);
-    WaveEvent *const chunk = place.offset == 0 ? AddChunk(place.chunk) : m_content.chunks[place.chunk];
-    chunk[place.offset] = event;
-    chunk[place.offset].m_time = std::max(event.m_time, reached);
-    ++m_count;
-}
+    const std::size_t used = m_events != nullptr ? m_events->used : 0;
+    const long long lastTime = used > 0 ? m_events->lastTime : event.m_time;
+    const long long time = std::max(event.m_time, lastTime);
+    const std::uint8_t code = CodeOf(event);
 
-WaveEvent *CEventRun::AddChunk(std::size_t index)
-{
-    auto *const chunk = static_cast<WaveEvent *>(Check(std::malloc(ChunkSize(m_count) * sizeof(WaveEvent))));
-    if (index == 0) {
-        m_content.single = chunk;
-        return chunk;
+    std::uint64_t distance = static_cast<std::uint64_t>(time) - static_cast<std::uint64_t>(lastTime);
+    std::size_t end = used + SizeOf(distance, code);
+    const std::size_t blockEnd = (used + BlockSize - 1) / BlockSize * BlockSize;
+    const bool beginsBlock = end > blockEnd;
+    if (beginsBlock) {
+        distance = 0;
+        end = blockEnd + sizeof time + SizeOf(0, code);
     }
-    try {
-        GrowDirectory(index);
-    } catch (const std::bad_alloc &) {
-        std::free(chunk);
-        throw;
-    }
-    m_content.chunks[index] = chunk;
-    return chunk;
+    if (m_events == nullptr || end > m_events->capacity)
+        Reserve(end);
+    std::uint8_t *const bytes = m_events->Bytes();
+    if (used < blockEnd && beginsBlock)
+        bytes[used] = EndOfBlock;
+    if (beginsBlock)
+        std::memcpy(bytes + blockEnd, &time, sizeof time);
+    Write(beginsBlock ? bytes + blockEnd + sizeof time : bytes + used, distance, code, event);
+    m_events->used = static_cast<std::uint32_t>(end);
+    m_events->lastTime = time;
 }
 
-// Makes room for one chunk more than `chunks`, at least one, which the run has. The directory's size is the next power
-// of two.
-void CEventRun::GrowDirectory(std::size_t chunks)
-{
-    if (chunks == 1) {
-        auto **directory = static_cast<WaveEvent **>(Check(std::malloc(SmallestDirectory * sizeof(WaveEvent *))));
-        directory[0] = m_content.single;
-        m_content.chunks = directory;
-    } else if (chunks >= SmallestDirectory && std::has_single_bit(chunks)) {
-        void *const larger = std::realloc(m_content.chunks, 2 * chunks * sizeof(WaveEvent *));
-        m_content.chunks = static_cast<WaveEvent **>(Check(larger));
-    }
-}
-
-WaveEvent *CEventRun::Chunk(std::size_t index) const
-{
-    return m_count == 1 ? m_content.single : m_content.chunks[index];
-}
-
-const WaveEvent &CEventRun::At(std::size_t index) const
-{
-    const SPlace place = PlaceOf(index);
-    return Chunk(place.chunk)[place.offset];
-}
-
-// How many events are not later than `time`.
-std::size_t CEventRun::CountUpTo(long long time) const
+// How many blocks, from the front, begin at `time` or before.
+std::size_t CEventRun::CountBlocksUpTo(long long time) const
 {
     std::size_t first = 0;
-    std::size_t end = m_count;
+    std::size_t end = m_events != nullptr ? (m_events->used + BlockSize - 1) / BlockSize : 0;
     while (first < end) {
         const std::size_t middle = first + (end - first) / 2;
-        if (At(middle).m_time <= time)
+        if (FirstTime(m_events->Bytes() + middle * BlockSize) <= time)
             first = middle + 1;
         else
             end = middle;
@@ -163,14 +175,30 @@ std::size_t CEventRun::CountUpTo(long long time) const
     return first;
 }
 
-const WaveEvent *CEventRun::FindLast(long long time) const
+bool CEventRun::FindLast(long long time, WaveEvent &event) const
 {
-    const std::size_t count = CountUpTo(time);
-    return count > 0 ? &At(count - 1) : nullptr;
+    const std::size_t blocks = CountBlocksUpTo(time);
+    if (blocks == 0)
+        return false;
+    const std::uint8_t *const bytes = m_events->Bytes();
+    CBlockReader block(bytes + (blocks - 1) * BlockSize,
+                       bytes + std::min<std::size_t>(blocks * BlockSize, m_events->used));
+    for (WaveEvent next; block.Next(next) && next.m_time <= time;)
+        event = next;
+    return true;
 }
 
-const WaveEvent *CEventRun::FindNext(long long time) const
+bool CEventRun::FindNext(long long time, WaveEvent &event) const
 {
-    const std::size_t count = CountUpTo(time);
-    return count < m_count ? &At(count) : nullptr;
+    // The block in which `time` lies, then the one behind it.
+    const std::size_t blocks = CountBlocksUpTo(time);
+    for (std::size_t i = blocks > 0 ? blocks - 1 : 0; m_events != nullptr && i * BlockSize < m_events->used; ++i) {
+        const std::uint8_t *const bytes = m_events->Bytes();
+        CBlockReader block(bytes + i * BlockSize, bytes + std::min<std::size_t>((i + 1) * BlockSize, m_events->used));
+        while (block.Next(event)) {
+            if (event.m_time > time)
+                return true;
+        }
+    }
+    return false;
 }

@@ -1,4 +1,4 @@
-// The events of one scalar element in time order, in chunks that grow with the run. Internal.
+// The events of one scalar element in time order, packed. Internal.
 #pragma once
 
 #include <cstddef>
@@ -6,48 +6,44 @@
 
 #include "platform/tarnutil.h"
 
-/// Costs 16 bytes while it is empty. The first chunk holds one event and each later one a quarter of the events in front
-/// of it, at least 3 and at most 1024: what is not used yet is never more than a fifth of a longer run. Events do not
-/// move once they are stored.
+/// Costs 16 bytes while it is empty; an event of an enumeration then takes one to four bytes for most files.
+///
+/// The events lie in blocks of one size, which are searched by halving; each begins with the time of its first event.
+/// An event is the time since the one before and the position of its value, or behind that the value as a whole.
 class CEventRun {
 public:
     static constexpr std::size_t NotShared = SIZE_MAX;
 
     CEventRun() = default;
-    CEventRun(CEventRun &&other) noexcept : m_content(other.m_content), m_count(other.m_count) { other.m_count = 0; }
+    CEventRun(CEventRun &&other) noexcept : m_events(other.m_events), m_sharedWith(other.m_sharedWith)
+    {
+        other.m_events = nullptr;
+    }
     CEventRun &operator=(CEventRun &&other) = delete;
     ~CEventRun();
 
     /// An event that is earlier than the one before it is stored with that one's time. A scan from the front for the
-    /// first event later than some time stops at the same event either way; the binary search needs rising times.
+    /// first event later than some time stops at the same event either way; halving needs times that do not fall.
     void Append(const WaveEvent &event);
 
-    bool IsEmpty() const { return m_count == 0; }
-    /// The last event not later than `time`; null if there is none.
-    const WaveEvent *FindLast(long long time) const;
-    /// The first event later than `time`; null if there is none.
-    const WaveEvent *FindNext(long long time) const;
+    bool IsEmpty() const { return m_events == nullptr; }
+    /// Finds the last event not later than `time`.
+    bool FindLast(long long time, WaveEvent &event) const;
+    /// Finds the first event later than `time`.
+    bool FindNext(long long time, WaveEvent &event) const;
 
     /// Gives up the events. From now on the run only names another one, whose events count as its own.
     void ShareWith(std::size_t other);
     /// The run whose events count as this one's own, `NotShared` if it has its own. All operations above are for such a
     /// run alone.
-    std::size_t SharedWith() const { return m_count == Shared ? m_content.other : NotShared; }
+    std::size_t SharedWith() const { return m_sharedWith; }
 
 private:
-    static constexpr std::size_t Shared = SIZE_MAX;
+    struct SEvents;
 
-    WaveEvent *Chunk(std::size_t index) const;
-    WaveEvent *AddChunk(std::size_t index);
-    void GrowDirectory(std::size_t chunks);
-    const WaveEvent &At(std::size_t index) const;
-    std::size_t CountUpTo(long long time) const;
-    void Clear();
+    void Reserve(std::size_t size);
+    std::size_t CountBlocksUpTo(long long time) const;
 
-    union {
-        WaveEvent *single;   // the only chunk, of one event
-        WaveEvent **chunks;  // from the second event on
-        std::size_t other;   // of a shared run
-    } m_content = {nullptr};
-    std::size_t m_count = 0;
+    SEvents *m_events = nullptr;
+    std::size_t m_sharedWith = NotShared;
 };

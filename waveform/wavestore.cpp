@@ -13,6 +13,7 @@
 #include "platform/log.h"
 #include "settings/wrap.h"
 #include "waveform/eventrun.h"
+#include "waveform/pendingevents.h"
 
 struct WaveStore::WaveSignal {
     std::string m_name;                          // full name
@@ -69,7 +70,7 @@ const Kestrin::KTypeInfo *FieldType(const Kestrin::KTypeInfo &type, long long fi
 
 }  // namespace
 
-WaveStore::WaveStore() = default;
+WaveStore::WaveStore() : m_pending(std::make_unique<CPendingEvents>()) {}
 WaveStore::~WaveStore() = default;
 
 void WaveStore::addSignal(const char *name, const char *typeInfo, std::intptr_t, std::intptr_t, std::intptr_t,
@@ -91,6 +92,8 @@ void WaveStore::addHandle(const long long *handle, std::intptr_t)
     if (m_firstHandle == 0)
         m_firstHandle = *handle;
     m_lastHandle = *handle;
+    if (m_events.size() == CPendingEvents::MostRuns)
+        throw std::length_error("too many elements");
     ReserveForOne(m_events);
     m_events.emplace_back();
 }
@@ -111,18 +114,38 @@ void WaveStore::addEvent(const long long *handle, const WaveEvent *event)
 {
     if (handle == nullptr || event == nullptr)
         return;
-    if (const std::size_t run = FindRun(*handle); run != NoRun)
-        m_events[run].Append(*event);
+    if (*handle < 1 || *handle > static_cast<long long>(m_events.size()))
+        return;
+    m_pending->Add(static_cast<std::uint64_t>(*handle - 1), *event);
+    if (m_pending->IsFull())
+        Settle();
 }
 
 void WaveStore::shareEvents(const long long *handle, const long long *original)
 {
     if (handle == nullptr || original == nullptr)
         return;
+    Settle();
     const std::size_t run = FindRun(*handle);
     const std::size_t other = FindRun(*original);
     if (run != NoRun && other != NoRun && run != other)
         m_events[run].ShareWith(other);
+}
+
+void WaveStore::endEvents()
+{
+    Settle();
+    m_pending->Release();
+}
+
+// Stores the events that are on their way.
+void WaveStore::Settle() const
+{
+    if (m_pending->IsEmpty())
+        return;
+    m_pending->HandOut([this](std::uint64_t run, const WaveEvent &event) {
+        m_events[FindRun(static_cast<long long>(run) + 1)].Append(event);
+    });
 }
 
 void WaveStore::setEndTime(const long long *time)
@@ -193,20 +216,23 @@ std::size_t WaveStore::FindRun(long long handle) const
 
 bool WaveStore::HasEvents(long long handle) const
 {
+    Settle();
     const std::size_t run = FindRun(handle);
     return run != NoRun && !m_events[run].IsEmpty();
 }
 
 const WaveEvent *WaveStore::FindLast(long long handle, long long time) const
 {
+    Settle();
     const std::size_t run = FindRun(handle);
-    return run != NoRun ? m_events[run].FindLast(time) : nullptr;
+    return run != NoRun && m_events[run].FindLast(time, m_last) ? &m_last : nullptr;
 }
 
 const WaveEvent *WaveStore::FindNext(long long handle, long long time) const
 {
+    Settle();
     const std::size_t run = FindRun(handle);
-    return run != NoRun ? m_events[run].FindNext(time) : nullptr;
+    return run != NoRun && m_events[run].FindNext(time, m_next) ? &m_next : nullptr;
 }
 
 WaveStore *ImportVcdFile(const char *path)

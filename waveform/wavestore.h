@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "platform/tarnutil.h"
 
 class CEventRun;
+class CPendingEvents;
 
 /// Holds the signals of one file and the events of their scalar elements. A handle names one element; handles count
 /// from 1. What a writer gives beside the rules of the interface is taken as far as it makes sense: see each operation.
@@ -26,7 +28,7 @@ public:
     void beginSignals() override {}
     void endSignals() override {}
     void beginEvents() override {}
-    void endEvents() override {}
+    void endEvents() override;
     bool acceptsData(std::intptr_t) override { return true; }
     /// A null name counts as "", a null type as one of kind 0.
     void addSignal(const char *name, const char *typeInfo, std::intptr_t, std::intptr_t, std::intptr_t, std::intptr_t,
@@ -60,9 +62,11 @@ public:
 
     /// Whether an element has events at all.
     bool HasEvents(long long handle) const;
-    /// The last event not later than `time`, by binary search; null if there is none.
+    /// The last event not later than `time`, by binary search.
+    /// @return null if there is none; else lives until the next call of this operation
     const WaveEvent *FindLast(long long handle, long long time) const;
-    /// The first event later than `time`, by binary search; null if there is none.
+    /// The first event later than `time`, by binary search.
+    /// @return null if there is none; else lives until the next call of this operation
     const WaveEvent *FindNext(long long handle, long long time) const;
 
     /// Femtoseconds per file tick.
@@ -74,10 +78,14 @@ private:
     struct WaveSignal;
 
     std::size_t FindRun(long long handle) const;
+    void Settle() const;
 
-    std::vector<WaveSignal> m_signals;                            // in the order of their definition
-    std::vector<CEventRun> m_events;                              // of handle h at h - 1
+    std::vector<WaveSignal> m_signals;          // in the order of their definition
+    mutable std::vector<CEventRun> m_events;    // of handle h at h - 1
+    std::unique_ptr<CPendingEvents> m_pending;  // not in m_events yet: the first look-up has them stored
     std::unordered_map<std::string, Kestrin::KTypeInfo> m_types;  // of the signals, by their texts
+    mutable WaveEvent m_last;                                     // what FindLast gave
+    mutable WaveEvent m_next;                                     // what FindNext gave
     long long m_resolution = 1;
     long long m_endTime = 0;
     long long m_firstHandle = 0;  // of the signal being defined; 0 while none

@@ -1,0 +1,65 @@
+// Any bytes as a VCD file, imported into a store that is then asked for what it holds.
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "platform/kestrin.h"
+#include "platform/log.h"
+#include "waveform/wavestore.h"
+
+namespace {
+
+// The bytes as a file. One for the process.
+const char *WriteFile(const std::uint8_t *data, std::size_t size)
+{
+    static const std::string name = "/tmp/tesk_fuzz_" + std::to_string(getpid()) + ".vcd";
+    std::FILE *const file = std::fopen(name.c_str(), "wb");
+    if (file == nullptr)
+        std::abort();
+    std::fwrite(data, 1, size, file);
+    std::fclose(file);
+    return name.c_str();
+}
+
+// Walks an element's changes: times rise, and each change is in force at its time.
+void Walk(const WaveStore &store, long long handle)
+{
+    const WaveEvent *event = store.FindNext(handle, -1);
+    for (int i = 0; event != nullptr && i < 1000; ++i) {
+        const long long time = event->m_time;
+        const WaveEvent *const last = store.FindLast(handle, time);
+        if (last == nullptr || last->m_time != time || time > store.GetEndTime())
+            std::abort();
+        event = store.FindNext(handle, time);
+        if (event != nullptr && event->m_time <= time)
+            std::abort();
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    Q71log_SetSink([](void *, int, const char *, const char *) {}, nullptr);
+    const char *const name = WriteFile(data, size);
+    const std::unique_ptr<WaveStore> store(ImportVcdFile(name));
+    std::remove(name);
+    if (store == nullptr)
+        return 0;
+    for (const char *signal : {"a", "v", "tb.v", "tb.v[1]", "tb.dut.r", "v[0]"}) {
+        if (const WaveEvent *const event = store->FindLast(store->FindSignal(signal), store->GetEndTime()))
+            std::abs(event->m_time);
+    }
+    for (long long handle = 1; handle <= 300 && store->GetSignalType(handle, true) != nullptr; ++handle) {
+        if (store->GetSignalType(handle, false) == nullptr)
+            std::abort();
+        Walk(*store, handle);
+    }
+    return 0;
+}
