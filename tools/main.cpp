@@ -5,7 +5,7 @@ int main(int argc, char **argv)
 {
     CCommandLine commandLine;
     for (const auto add : {AddPlayCommand, AddCheckCommand, AddSplitCommand, AddClockCommand, AddCounterCommand,
-                           AddRandomCommand, AddTypeCommand})
+                           AddRandomCommand, AddTypeCommand, AddSignalsCommand, AddConvertCommand})
         add(commandLine);
     return commandLine.Run(argc, argv);
 }

@@ -3,6 +3,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -61,6 +62,30 @@ void WriteOutput(const std::string &path, const std::function<void(std::ostream 
         fs::remove(draft, ignored);
         throw;
     }
+}
+
+void WriteColumns(std::ostream &out, const std::vector<std::vector<std::string>> &lines, std::size_t numbers)
+{
+    std::vector<std::size_t> widths;
+    for (const auto &line : lines) {
+        widths.resize(std::max(widths.size(), line.size()));
+        for (std::size_t i = 0; i < line.size(); ++i)
+            widths[i] = std::max(widths[i], line[i].size());
+    }
+    for (const auto &line : lines) {
+        for (std::size_t i = 0; i < line.size(); ++i) {
+            const std::string padding(widths[i] - line[i].size(), ' ');
+            out << (i > 0 ? "  " : "") << (i == numbers ? padding : "") << line[i];
+            if (i != numbers && i + 1 < line.size())
+                out << padding;
+        }
+        out << '\n';
+    }
+}
+
+bool IsErrorTerminal()
+{
+    return isatty(STDERR_FILENO) != 0;
 }
 
 bool IsTerminal()

@@ -1,7 +1,14 @@
-// Users' texts in messages. Internal.
+// Users' texts in messages and tables. Internal.
 #pragma once
 
 #include <string>
+#include <string_view>
 
 /// A text for a message, in quotes: on one line, and not longer than a reader needs to find it.
 std::string Quote(std::string text);
+
+/// A name or a literal as one line of ASCII: any other byte is shown by its code, such as "\\x1B".
+std::string Printable(std::string_view text);
+
+/// A field of a CSV table, in quotes where RFC 4180 wants them.
+std::string CsvField(const std::string &field);

@@ -58,6 +58,13 @@ std::string TickText(long long ticks, long long resolution)
     return TimeText(static_cast<Int128>(ticks) * resolution, CoarsestWholeUnit(resolution));
 }
 
+std::string FileTimeText(long long ticks, long long resolution)
+{
+    const int unit = CoarsestWholeUnit(resolution);
+    return Digits(static_cast<Int128>(ticks) * resolution / UnitLength(unit)) +
+           tesk::UnitNameFromID(static_cast<unsigned>(unit));
+}
+
 long long ReadTimeOption(const std::string &option, const std::string &text, long long resolution)
 {
     std::string unitName;

@@ -11,6 +11,9 @@ std::string TimeText(Int128 femtoseconds, int zeroUnit = 1);
 /// A number of ticks, as `TimeText`; 0 is in the unit of the resolution.
 std::string TickText(long long ticks, long long resolution);
 
+/// A number of ticks in the unit of the resolution, whatever it is: 12000 ticks of 1ps are "12000ps".
+std::string FileTimeText(long long ticks, long long resolution);
+
 /// The coarsest unit id, up to "sec", in which a positive number of femtoseconds is whole.
 int CoarsestWholeUnit(Int128 femtoseconds);
 

@@ -1,13 +1,13 @@
 // tesk type: a type description, taken apart.
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <iostream>
 #include <sstream>
 #include <string_view>
 
 #include "platform/typereader.h"
 #include "tools/commands.h"
+#include "tools/quote.h"
 #include "tools/typeargument.h"
 
 namespace {
@@ -22,18 +22,6 @@ constexpr std::size_t IndentWidth = 2;
 // By kind.
 constexpr std::array<const char *, 7> KindNames = {"invalid", "enumeration", "integer", "real",
                                                    "array",   "record",      "physical"};
-
-// Names and literals may hold any byte: control characters and what is not ASCII are shown by their codes.
-std::string Printable(std::string_view text)
-{
-    std::string printable;
-    for (const char c : text) {
-        std::array<char, 8> code{};
-        std::snprintf(code.data(), code.size(), "\\x%02X", static_cast<unsigned char>(c));
-        printable += c >= ' ' && c < 0x7F ? std::string(1, c) : code.data();
-    }
-    return printable;
-}
 
 template <class T>
 std::string RangeText(const Kestrin::TTypeRange<T> &range)

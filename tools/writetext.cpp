@@ -3,10 +3,10 @@
 
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
-#include <iomanip>
 #include <map>
 
+#include "tools/output.h"
+#include "tools/quote.h"
 #include "tools/timetext.h"
 
 namespace {
@@ -25,16 +25,6 @@ CRows RowsByTime(const SWaveform &waveform)
         }
     }
     return rows;
-}
-
-std::string Quoted(const std::string &field)
-{
-    if (field.find_first_of(",\"\r\n") == std::string::npos)
-        return field;
-    std::string quoted = "\"";
-    for (const char c : field)
-        quoted += c == '"' ? "\"\"" : std::string(1, c);
-    return quoted + '"';
 }
 
 std::string ColumnName(const STrace &trace)
@@ -70,14 +60,14 @@ void WriteCsv(std::ostream &out, const SWaveform &waveform)
 {
     out << "ticks,time";
     for (const STrace &trace : waveform.traces)
-        out << ',' << Quoted(ColumnName(trace));
+        out << ',' << CsvField(ColumnName(trace));
     out << '\n';
     std::vector<std::string> values(waveform.traces.size());
     for (const auto &[ticks, row] : RowsByTime(waveform)) {
         values = FillDown(row, std::move(values));
         out << ticks << ',' << TickText(ticks, waveform.resolution);
         for (const std::string &value : values)
-            out << ',' << Quoted(value);
+            out << ',' << CsvField(value);
         out << '\n';
     }
 }
@@ -94,19 +84,7 @@ void WriteTable(std::ostream &out, const SWaveform &waveform)
         for (const std::string &value : values)
             lines.back().push_back(value.empty() ? "(none)" : value);
     }
-    std::vector<std::size_t> widths(waveform.traces.size() + 1);
-    for (const auto &line : lines) {
-        for (std::size_t i = 0; i < line.size(); ++i)
-            widths[i] = std::max(widths[i], line[i].size());
-    }
-    for (const auto &line : lines) {
-        out << std::setw(static_cast<int>(widths[0])) << line[0];
-        for (std::size_t i = 1; i < line.size(); ++i) {
-            const std::size_t padding = i + 1 < line.size() ? widths[i] - line[i].size() : 0;
-            out << "  " << line[i] << std::string(padding, ' ');
-        }
-        out << '\n';
-    }
+    WriteColumns(out, lines, 0);
 }
 
 void WriteJson(std::ostream &out, const SWaveform &waveform)

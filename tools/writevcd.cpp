@@ -7,8 +7,7 @@
 #include <span>
 #include <string_view>
 
-#include "settings/timeunits.h"
-#include "tools/timetext.h"
+#include "tools/vcdtext.h"
 
 namespace {
 
@@ -65,12 +64,7 @@ bool AllValues(const STrace &trace, bool (*test)(const std::string &))
 
 SVariable Describe(const STrace &trace, std::size_t index)
 {
-    // Codes are the printable characters from '!' on, as digits of the index.
-    std::string code;
-    do {
-        code += static_cast<char>('!' + index % 94);
-        index /= 94;
-    } while (index != 0);
+    const std::string code = VcdCode(index);
     if (AllValues(trace, IsBits)) {
         std::size_t width = 1;
         for (const SChange &change : trace.changes)
@@ -94,29 +88,6 @@ const char *TypeName(EKind kind)
     }
 }
 
-std::string BitText(long long number)
-{
-    std::string bits;
-    for (int i = 63; i >= 0; --i)
-        bits += ((static_cast<unsigned long long>(number) >> i) & 1) != 0 ? '1' : '0';
-    return bits;
-}
-
-// Blanks and what a line cannot hold are escaped, as viewers read strings.
-std::string EscapedText(const std::string &text)
-{
-    static constexpr char Hex[] = "0123456789abcdef";
-    std::string escaped;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte > ' ' && byte < 0x7F && c != '\\')
-            escaped += c;
-        else
-            escaped += std::string("\\x") + Hex[byte >> 4] + Hex[byte & 15];
-    }
-    return escaped;
-}
-
 std::string Letters(const std::string &value)
 {
     std::string letters;
@@ -133,29 +104,12 @@ std::string ChangeLine(const SVariable &variable, const std::optional<std::strin
         const std::string letters = value ? Letters(*value) : "z";
         return (variable.width == 1 ? letters : "b" + letters + " ") + variable.code;
     }
-    case EKind::Integer: return "b" + (value ? BitText(std::stoll(*value)) : "z") + " " + variable.code;
+    case EKind::Integer:
+        return "b" + (value ? VcdBits(static_cast<unsigned long long>(std::stoll(*value)), 64) : "z") + " " +
+               variable.code;
     case EKind::Real: return "r" + value.value_or("nan") + " " + variable.code;
-    default: return "s" + EscapedText(value.value_or("")) + " " + variable.code;
+    default: return "s" + VcdEscapedText(value.value_or("")) + " " + variable.code;
     }
-}
-
-// A time scale is 1, 10 or 100 of a unit up to seconds; what the resolution has beyond that multiplies the times.
-struct STimeScale {
-    std::string text;
-    long long factor;
-};
-
-STimeScale TimeScale(long long resolution)
-{
-    const int unit = CoarsestWholeUnit(resolution);
-    long long factor = resolution / static_cast<long long>(UnitLength(unit));
-    int scale = 1;
-    while (scale < 100 && factor % 10 == 0) {
-        scale *= 10;
-        factor /= 10;
-    }
-    const char *name = unit == 5 ? "s" : tesk::UnitNameFromID(static_cast<unsigned>(unit));
-    return {std::to_string(scale) + name, factor};
 }
 
 std::string Reference(const STrace &trace)
@@ -183,7 +137,7 @@ std::span<const STrace> DumpedTraces(const SWaveform &waveform)
 void WriteVcd(std::ostream &out, const SWaveform &waveform)
 {
     const std::span<const STrace> traces = DumpedTraces(waveform);
-    const STimeScale scale = TimeScale(waveform.resolution);
+    const SVcdTimeScale scale = VcdTimeScale(waveform.resolution);
     std::vector<SVariable> variables;
     out << "$version tesk $end\n$timescale " << scale.text << " $end\n$scope module tesk $end\n";
     for (const STrace &trace : traces) {
@@ -208,10 +162,7 @@ void WriteVcd(std::ostream &out, const SWaveform &waveform)
     long long stamped = 0;
     const auto stamp = [&](long long ticks) {
         if (stamped != ticks)
-            out << '#'
-                << static_cast<long long>(static_cast<unsigned long long>(ticks) *
-                                          static_cast<unsigned long long>(scale.factor))
-                << '\n';
+            out << VcdTimeStamp(ticks, scale) << '\n';
         stamped = ticks;
     };
     for (const auto &[ticks, line] : lines) {

@@ -214,6 +214,17 @@ std::size_t WaveStore::FindRun(long long handle) const
     return run;
 }
 
+std::size_t WaveStore::GetSignalCount() const
+{
+    return m_signals.size();
+}
+
+SStoredSignal WaveStore::GetSignal(std::size_t index) const
+{
+    const WaveSignal &signal = m_signals[index];
+    return {signal.m_name.c_str(), signal.m_type, signal.m_firstHandle, signal.m_lastHandle};
+}
+
 bool WaveStore::HasEvents(long long handle) const
 {
     Settle();

@@ -13,6 +13,14 @@
 class CEventRun;
 class CPendingEvents;
 
+/// A signal of a store, which owns name and type.
+struct SStoredSignal {
+    const char *name;  ///< full name
+    const Kestrin::KTypeInfo *type;
+    long long firstHandle;  ///< of its scalar elements, left bound first; 0 if it has none
+    long long lastHandle;
+};
+
 /// Holds the signals of one file and the events of their scalar elements. A handle names one element; handles count
 /// from 1. What a writer gives beside the rules of the interface is taken as far as it makes sense: see each operation.
 class TESK_API WaveStore : public NTARN::IDatabaseStreamWriter, public NTARN::IEventSharing {
@@ -59,6 +67,11 @@ public:
     /// The type of the signal to which a handle belongs; with `whole` false that of the element.
     /// @return owned by the store; null for a handle beyond the last
     const Kestrin::KTypeInfo *GetSignalType(long long handle, bool whole) const;
+
+    /// Number of signals.
+    std::size_t GetSignalCount() const;
+    /// A signal by its number, in the order of the file. @param index  below `GetSignalCount()`
+    SStoredSignal GetSignal(std::size_t index) const;
 
     /// Whether an element has events at all.
     bool HasEvents(long long handle) const;

@@ -13,6 +13,8 @@
 
 #include "platform/tarn.h"
 
+namespace fsttest {
+
 using ReaderPtr = std::unique_ptr<NTARN::IDatabaseReader>;
 
 /// One event, with its value in one piece.
@@ -51,13 +53,17 @@ inline int HandleOf(NTARN::IDatabaseReader &reader, const std::string &path)
     return -1;
 }
 
-/// A folder of its own that goes with the object.
+/// A folder of its own that goes with the object; in memory where the system has such a place, for thousands of files
+/// are written.
 class CTemporaryFolder {
 public:
     CTemporaryFolder()
     {
-        char name[] = "/tmp/tesk-test-XXXXXX";
-        m_path = mkdtemp(name);
+        std::error_code error;
+        const std::filesystem::path memory = "/dev/shm";
+        const bool hasMemory = std::filesystem::is_directory(memory, error);
+        std::string name = (hasMemory ? memory : std::filesystem::temp_directory_path()) / "tesk-test-XXXXXX";
+        m_path = mkdtemp(name.data());
     }
     CTemporaryFolder(const CTemporaryFolder &) = delete;
     ~CTemporaryFolder()
@@ -85,7 +91,4 @@ inline CBytes ReadBytes(const std::filesystem::path &path)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-inline std::filesystem::path DataFile(const std::string &name)
-{
-    return std::filesystem::path(TESK_SOURCE_DIR) / "tests/data" / name;
-}
+}  // namespace fsttest

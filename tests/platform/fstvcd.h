@@ -15,9 +15,16 @@
 #include <string>
 #include <vector>
 
-#include "platform/fsttools.h"
 #include "platform/kestrin.h"
 #include "platform/tarn.h"
+#include "tests/platform/fsttools.h"
+
+namespace fsttest {
+
+inline std::filesystem::path DataFile(const std::string &name)
+{
+    return std::filesystem::path(TESK_SOURCE_DIR) / "tests/data" / name;
+}
 
 /// A dump as VCD tells it.
 struct SVcdDump {
@@ -210,3 +217,5 @@ inline void ExpectAsFst2Vcd(const std::filesystem::path &file)
     }
     EXPECT_EQ(reader->RootHandlesEnd() - reader->RootHandlesBegin(), static_cast<std::ptrdiff_t>(handle));
 }
+
+}  // namespace fsttest

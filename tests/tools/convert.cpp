@@ -1,0 +1,224 @@
+// tesk convert, from the shell; dumps as GTKWave's converter reads them.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "platform/streamfiles.h"
+#include "runtool.h"
+
+using ::testing::HasSubstr;
+
+using namespace std::string_literals;
+
+namespace {
+
+constexpr std::array Dumps = {"tb.iverilog.vcd",  "tb.iverilog.fst", "tb.verilator.vcd",
+                              "tb.verilator.fst", "tb.ghdl.vcd",     "tb.ghdl.fst"};
+
+void Succeed(const std::string &commandLine)
+{
+    const SToolRun run = RunShell(commandLine);
+    EXPECT_EQ(run.status, 0) << commandLine << '\n' << run.err;
+}
+
+std::string Refusal(const std::string &arguments)
+{
+    const SToolRun run = RunShell("tesk convert " + arguments);
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(std::ranges::count(run.err, '\n'), 1) << run.err;
+    return run.err;
+}
+
+std::string DumpOf(const std::string &file)
+{
+    const SToolRun run = RunShell("tesk convert " + file + " - --format vcd");
+    EXPECT_EQ(run.status, 0) << run.err;
+    return run.out;
+}
+
+// GTKWave writes 16 digits of a real.
+std::string WithoutReals(const std::string &dump)
+{
+    std::istringstream in(dump);
+    std::string kept;
+    for (std::string line; std::getline(in, line);)
+        kept += line.starts_with('r') ? "" : line + '\n';
+    return kept;
+}
+
+bool HasProgram(const std::string &name)
+{
+    return RunShell("command -v " + name).status == 0;
+}
+
+}  // namespace
+
+TEST(Convert, KeepsAllSignalsAndChangesOnTheWayThroughAStream)
+{
+    const CTemporaryFolder folder;
+    const std::string stream = (folder / "a.zyn").string();
+    const std::string dump = (folder / "a.vcd").string();
+    for (const std::string source : Dumps) {
+        const std::string file = "tests/data/" + source;
+        Succeed("tesk convert " + file + " " + stream);
+        Succeed("tesk convert " + stream + " " + dump);
+        const std::string list = RunShell("tesk signals " + file).out;
+        EXPECT_EQ(RunShell("tesk signals " + stream).out, list) << source;
+        EXPECT_EQ(RunShell("tesk signals " + dump).out, list) << source;
+        EXPECT_EQ(DumpOf(dump), ReadFile(dump)) << source;
+        EXPECT_EQ(DumpOf(file), ReadFile(dump)) << source;
+    }
+}
+
+TEST(Convert, WritesDumpsThatGtkwaveReadsAsItReadsTheOriginal)
+{
+    if (!HasProgram("vcd2fst") || !HasProgram("fst2vcd"))
+        GTEST_SKIP() << "no gtkwave";
+    const CTemporaryFolder folder;
+    const std::string base = (folder / "a").string();
+    for (const std::string source : Dumps) {
+        const std::string file = "tests/data/" + source;
+        Succeed("tesk convert " + file + " " + base + ".vcd");
+        Succeed("vcd2fst " + base + ".vcd " + base + ".fst && fst2vcd " + base + ".fst -o " + base + ".2.vcd");
+        EXPECT_EQ(RunShell("tesk signals " + base + ".2.vcd").out, RunShell("tesk signals " + file).out) << source;
+        EXPECT_EQ(WithoutReals(DumpOf(base + ".2.vcd")), WithoutReals(ReadFile(base + ".vcd"))) << source;
+    }
+}
+
+TEST(Convert, RebuildsScopesRangesAndTheTimeScale)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "a.zyn").string();
+    WriteStream(file,
+                {Bit("tb.clk", {{0, "\2"}, {5, "\3"}}), Vector("tb.dut.v", {{{5, "\2"}}, {{7, "\1"}}}),
+                 Bit("tb.dut.sub.q", {{0, "\0"}}), Bit("top", {{5, "\x8"}})},
+                100000, 20);
+    EXPECT_EQ(DumpOf(file), "$version tesk $end\n"
+                            "$timescale 100ps $end\n"
+                            "$scope module tb $end\n"
+                            "$var wire 1 ! clk $end\n"
+                            "$scope module dut $end\n"
+                            "$var wire 2 \" v [1:0] $end\n"
+                            "$scope module sub $end\n"
+                            "$var wire 1 # q $end\n"
+                            "$upscope $end\n"
+                            "$upscope $end\n"
+                            "$upscope $end\n"
+                            "$var wire 1 $ top $end\n"
+                            "$enddefinitions $end\n"
+                            "#0\n0!\nu#\n"
+                            "#5\n1!\nb0x \"\n-$\n"
+                            "#7\nb0x \"\n"
+                            "#20\n");
+}
+
+TEST(Convert, WritesEveryTypeOfAStream)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "a.zyn").string();
+    const std::string integer = "i#7#integerrict-2147483648 2147483647";
+    const std::string state = "e#5#states3 idle run stop ";
+    WriteStream(file, {{"r", Real, {{0, "\0\0\0\0\0\0\xF8\xBF"s}}, {}},
+                       {"i", integer, {{0, "\xFE\xFF\xFF\xFF"s}}, {}},
+                       {"t", "p#4#timerict-9223372036854775808 9223372036854775807", {{0, "\5\0\0\0\0\0\0\0"s}}, {}},
+                       {"s", state, {{0, "\1"}, {2, "\2"}, {3, "\7"}}, {}},
+                       {"b", "e#3#bitc2 01", {{0, "\1"}, {1, "\7"}}, {}},
+                       {"v",
+                        "va#8#reg[0:1]1 rict0 1 e#3#regc4 01ZX",
+                        {},
+                        {{"(0)", "e#3#regc4 01ZX", {{0, "\2"}}, {}}, {"(1)", "e#3#regc4 01ZX", {}, {}}}},
+                       {"w",
+                        "a#11#mem(3 to 4)1 rict3 4 " + integer,
+                        {},
+                        {{"(3)", integer, {{1, "\1\0\0\0"s}}, {}}, {"(4)", integer, {}, {}}}}});
+    const std::string zeros(29, '0');
+    EXPECT_THAT(DumpOf(file), HasSubstr("$var real 64 ! r $end\n"
+                                        "$var integer 32 \" i $end\n"
+                                        "$var integer 64 # t $end\n"
+                                        "$var string 1 $ s $end\n"
+                                        "$var wire 1 % b $end\n"
+                                        "$var wire 2 & v [0:1] $end\n"
+                                        "$var integer 32 ' w(3) $end\n"
+                                        "$var integer 32 ( w(4) $end\n"
+                                        "$enddefinitions $end\n"
+                                        "#0\nr-1.5 !\nb11111111111111111111111111111110 \"\n"
+                                        "b" +
+                                        std::string(61, '0') +
+                                        "101 #\nsrun $\n1%\nbzx &\n"
+                                        "#1\nx%\nb" +
+                                        zeros + "001 '\n#2\nsstop $\n#3\ns $\n"));
+}
+
+TEST(Convert, CutsNamesIntoScopesThatGiveThemBack)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "a.zyn").string();
+    const std::string dump = (folder / "a.vcd").string();
+    const char *const names[] = {"a",  "a.b", "tb.\\odd.name\\.q", "tb.\\odd name\\", "tb.\\to+the.end[3]", "tb..q",
+                                 ".q", "q.",  "tb.g(0).q",         "tb.m[1]"};
+    std::vector<STreeNode> nodes;
+    std::string list = "signal,type,changes,first,last\n";
+    for (const char *name : names) {
+        nodes.push_back(Bit(name, {{0, "\2"}}));
+        list += name + ",std_logic,1,0ps,0ps\n"s;
+    }
+    WriteStream(file, nodes);
+    Succeed("tesk convert " + file + " " + dump);
+    EXPECT_EQ(RunShell("tesk signals " + dump).out, list);
+    EXPECT_THAT(ReadFile(dump), HasSubstr("$scope module \\odd.name\\ $end\n$var wire 1 # q $end\n"));
+}
+
+TEST(Convert, ReplacesWhatADumpCannotHoldInAName)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "a.zyn").string();
+    WriteStream(file, {Bit("", {}), Bit("a $end b", {}), Bit("x\n.y\t", {})});
+    EXPECT_THAT(DumpOf(file), HasSubstr("$var wire 1 ! _ $end\n"
+                                        "$var wire 1 \" a__end_b $end\n"
+                                        "$scope module x_ $end\n"
+                                        "$var wire 1 # y_ $end\n"));
+}
+
+TEST(Convert, LeavesNothingBehindWhereItRefuses)
+{
+    const CTemporaryFolder folder;
+    const std::string name = (folder / "a").string();
+    WriteBytesTo(name + ".vcd", "no dump");
+    Refusal(name + ".vcd " + name + ".zyn");
+    EXPECT_FALSE(std::filesystem::exists(name + ".zyn"));
+    EXPECT_THAT(Refusal("tests/data/tb.ghdl.vcd " + name + "/b.zyn"), HasSubstr("b.zyn cannot be written: "));
+    EXPECT_THAT(Refusal("tests/data/tb.ghdl.vcd " + name + "/b.vcd"), HasSubstr("b.vcd: cannot be written: "));
+}
+
+TEST(Convert, SaysWhatItCannotConvert)
+{
+    const CTemporaryFolder folder;
+    const std::string name = (folder / "a").string();
+    WriteStream(name + ".zyn", {});
+    EXPECT_EQ(Refusal(name + ".zyn " + name + ".tmp"),
+              "tesk: " + name + ".zyn: is an event stream already; it can be converted to VCD\n");
+    EXPECT_EQ(Refusal("tests/data/tb.ghdl.vcd out.fst"),
+              "tesk: out.fst: its name tells no format that can be written; end it in .zyn for an event stream or in "
+              ".vcd, or use --format\n");
+    EXPECT_EQ(Refusal("tests/data/tb.ghdl.vcd - --format stream"),
+              "tesk: standard output takes a VCD only; give an event stream a file\n");
+    EXPECT_EQ(Refusal(name + ".none " + name + ".vcd"), "tesk: " + name + ".none: there is no such file\n");
+}
+
+TEST(Convert, ReplacesItsOwnInput)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "a.vcd").string();
+    std::filesystem::copy_file(TESK_SOURCE_DIR "/tests/data/tb.verilator.vcd", file);
+    Succeed("tesk convert " + file + " " + file);
+    EXPECT_EQ(ReadFile(file), DumpOf("tests/data/tb.verilator.vcd"));
+}
+
+TEST(Convert, HasAnExampleInItsHelp)
+{
+    EXPECT_THAT(RunShell("tesk convert --help").out, HasSubstr("Example: tesk convert "));
+    EXPECT_EQ(RunShell("tesk convert a.vcd").status, 2);
+}

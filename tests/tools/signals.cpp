@@ -1,0 +1,158 @@
+// tesk signals, from the shell.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+#include "platform/streamfiles.h"
+#include "runtool.h"
+
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+namespace {
+
+std::string Signals(const std::string &arguments)
+{
+    const SToolRun run = RunShell("tesk signals " + arguments);
+    EXPECT_EQ(run.status, 0) << run.err;
+    return run.out;
+}
+
+// What is refused, with one line that says why.
+std::string Refusal(const std::string &arguments)
+{
+    const SToolRun run = RunShell("tesk signals " + arguments);
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(std::ranges::count(run.err, '\n'), 1) << run.err;
+    return run.err;
+}
+
+}  // namespace
+
+TEST(Signals, ListsAVcdFileAsCsv)
+{
+    const std::string list = Signals("tests/data/tb.verilator.vcd");
+    EXPECT_THAT(list, StartsWith("signal,type,changes,first,last\n"));
+    EXPECT_THAT(list, HasSubstr("\nTOP.tb.data,std_logic_vector(7 downto 0),21,0ns,200ns\n"));
+    EXPECT_THAT(list, HasSubstr("\nTOP.tb.ascending,std_logic_vector(0 to 3),16,0ns,195ns\n"));
+    EXPECT_THAT(list, HasSubstr("\nTOP.tb.voltage,real,21,0ns,200ns\n"));
+    EXPECT_THAT(list, HasSubstr("\nTOP.tb.DEPTH,std_logic_vector(31 downto 0),1,0ns,0ns\n"));
+}
+
+TEST(Signals, ListsAnFstFileLikeTheVcdFileOfTheSameRun)
+{
+    EXPECT_EQ(Signals("tests/data/tb.iverilog.fst"), Signals("tests/data/tb.iverilog.vcd"));
+    EXPECT_EQ(Signals("tests/data/tb.verilator.fst | sort"), Signals("tests/data/tb.verilator.vcd | sort"));
+}
+
+TEST(Signals, ListsTheSignalsInTheRecordsOfAStream)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "a.zyn").string();
+    WriteStream(file, {{"tb.r",
+                        "r#1#r1 a e#3#bitc2 01",
+                        {},
+                        {Bit(".clk", {{5, "\2"}}), Vector(".data", {{{1, "\2"}}, {{1, "\2"}, {3, "\3"}}})}}});
+    EXPECT_EQ(Signals(file), "signal,type,changes,first,last\n"
+                             "tb.r.clk,std_logic,1,5ps,5ps\n"
+                             "tb.r.data,std_logic_vector(1 downto 0),2,1ps,3ps\n");
+}
+
+TEST(Signals, LeavesTheTimesOfASignalWithoutChangesEmpty)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "a.zyn").string();
+    WriteStream(file, {Bit("tb.a", {})});
+    EXPECT_EQ(Signals(file), "signal,type,changes,first,last\ntb.a,std_logic,0,,\n");
+    EXPECT_THAT(Signals(file + " --format json"), HasSubstr("\"first_ticks\": null,\n      \"last_ticks\": null\n"));
+}
+
+TEST(Signals, WritesATable)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "a.zyn").string();
+    WriteStream(file, {Bit("tb.\x1B[2J", {{0, "\2"}, {70, "\3"}}), Vector("b", {{}, {}})}, 10000);
+    EXPECT_EQ(Signals(file + " --format table"), "signal      type                          changes  first  last\n"
+                                                 "tb.\\x1B[2J  std_logic                           2  0ps    700ps\n"
+                                                 "b           std_logic_vector(1 downto 0)        0         \n");
+}
+
+TEST(Signals, WritesJson)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "a.zyn").string();
+    WriteStream(file, {Bit("tb.clk", {{5, "\2"}, {70, "\3"}})}, 1000, 90);
+    EXPECT_EQ(Signals(file + " --format json"), "{\n"
+                                                "  \"file\": \"" +
+                                                    file +
+                                                    "\",\n"
+                                                    "  \"resolution_fs\": 1000,\n"
+                                                    "  \"end_ticks\": 90,\n"
+                                                    "  \"signals\": [\n"
+                                                    "    {\n"
+                                                    "      \"signal\": \"tb.clk\",\n"
+                                                    "      \"type\": \"std_logic\",\n"
+                                                    "      \"description\": \"e#9#std_logicc9 UX01ZWLH-\",\n"
+                                                    "      \"changes\": 2,\n"
+                                                    "      \"first_ticks\": 5,\n"
+                                                    "      \"last_ticks\": 70\n"
+                                                    "    }\n"
+                                                    "  ]\n"
+                                                    "}\n");
+}
+
+TEST(Signals, WritesToAFile)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "list.csv").string();
+    EXPECT_EQ(Signals("tests/data/tb.ghdl.vcd -o " + file), "");
+    EXPECT_EQ(ReadFile(file), Signals("tests/data/tb.ghdl.vcd"));
+}
+
+TEST(Signals, TellsAFileByItsContents)
+{
+    const CTemporaryFolder folder;
+    for (const char *source : {"tests/data/tb.iverilog.vcd", "tests/data/tb.iverilog.fst"}) {
+        const std::string list = Signals(source);
+        for (const char *name : {"a.zyn", "a.vcd", "a.fst", "a"}) {
+            const std::string copy = (folder / name).string();
+            std::filesystem::copy_file(std::string(TESK_SOURCE_DIR "/") + source, copy,
+                                       std::filesystem::copy_options::overwrite_existing);
+            EXPECT_EQ(Signals(copy), list) << source << " as " << name;
+        }
+    }
+}
+
+TEST(Signals, RefusesWhatItCannotRead)
+{
+    const CTemporaryFolder folder;
+    const std::string name = (folder / "a").string();
+    EXPECT_EQ(Refusal(name), "tesk: " + name + ": there is no such file\n");
+    EXPECT_EQ(Refusal(name + ".zyn"), "tesk: " + name + ".zyn: there is no such file\n");
+    EXPECT_EQ(Refusal("tests"), "tesk: tests: is a directory; give a VCD, FST or event-stream file\n");
+    EXPECT_EQ(Refusal("tools/main.cpp"), "tesk: tools/main.cpp: is damaged, or no VCD, FST or event-stream file\n");
+    WriteBytesTo(name + ".zyn", "");
+    EXPECT_EQ(Refusal(name + ".zyn"), "tesk: Event stream " + name + ".zyn is empty.\n");
+    WriteBytesTo(name + ".vcd", "no dump");
+    EXPECT_THAT(Refusal(name + ".vcd"), HasSubstr(name + ".vcd"));
+}
+
+TEST(Signals, RefusesAStreamWithADamagedBlock)
+{
+    const CTemporaryFolder folder;
+    const std::string name = (folder / "a.zyn").string();
+    WriteStream(name, {Bit("tb.a", {{0, "\2"}})});
+    std::string bytes = ReadBytesOf(name);
+    bytes[60] = static_cast<char>(~bytes[60]);
+    WriteBytesTo(name, bytes);
+    EXPECT_EQ(Refusal(name), "tesk: Event stream " + name + " is damaged: a block has the wrong checksum.\n");
+}
+
+TEST(Signals, HasAnExampleInItsHelp)
+{
+    EXPECT_THAT(RunShell("tesk signals --help").out, HasSubstr("Example: tesk signals "));
+    EXPECT_EQ(RunShell("tesk signals").status, 2);
+}

@@ -1,0 +1,36 @@
+// A walk over the changes of a whole signal, merged from those of its elements. Internal.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <queue>
+#include <utility>
+
+#include "tools/wavefile.h"
+
+class CSignalWalk {
+public:
+    /// @param file  must outlive the walk. @throw CRefusal if the events cannot be read
+    CSignalWalk(IWaveFile &file, const SFileSignal &signal);
+
+    /// Goes to the next time at which an element has an event. @return false at the end
+    bool Next();
+    /// File ticks.
+    long long GetTime() const { return m_time; }
+    /// The raw value of each element now; none of one that has no event yet.
+    const std::vector<std::optional<std::uint64_t>> &GetValues() const { return m_values; }
+
+private:
+    struct SElement {
+        std::unique_ptr<IElementWalk> walk;
+        std::uint64_t nextValue = 0;
+    };
+    using CNextEvent = std::pair<long long, std::size_t>;  // time and element
+
+    void Fetch(std::size_t element);
+
+    std::vector<SElement> m_elements;
+    std::vector<std::optional<std::uint64_t>> m_values;
+    std::priority_queue<CNextEvent, std::vector<CNextEvent>, std::greater<>> m_next;
+    long long m_time = -1;
+};

@@ -1,0 +1,77 @@
+// Event streams out of other waveform files.
+#include <array>
+
+#include "platform/log.h"
+#include "platform/morvel.h"
+#include "tools/commandline.h"
+#include "tools/waveoutput.h"
+
+namespace {
+
+struct SWriterEnder {
+    void operator()(Morvel::IMorvelWrite *writer) const { writer->Release(); }
+};
+
+// Calls a step of the writer, which logs why it fails.
+template <class Function>
+void WriteOrRefuse(const std::string &path, const Function &step)
+{
+    std::string why = path + ": cannot be written";
+    Q71log_SetSink(
+        [](void *context, int, const char *, const char *text) { *static_cast<std::string *>(context) = text; }, &why);
+    const bool isDone = step();
+    Q71log_SetSink(nullptr, nullptr);
+    if (!isDone)
+        throw CRefusal(why);
+}
+
+void AddEvents(Morvel::IMorvelWrite &writer, int number, IElementWalk &walk)
+{
+    long long time = 0;
+    std::uint64_t value = 0;
+    while (walk.Next(time, value)) {
+        std::array<unsigned char, 8> bytes{};
+        for (std::size_t i = 0; i < bytes.size(); ++i)
+            bytes[i] = static_cast<unsigned char>(value >> (8 * i));
+        writer.AddEvent(number, time, bytes.data());
+    }
+}
+
+void AddBus(Morvel::IMorvelWrite &writer, IWaveFile &file, const SFileSignal &signal)
+{
+    const int bus = writer.AddSignal(-1, signal.path.c_str(), signal.type.GetTypeInfoString());
+    int left = 0;
+    int right = 0;
+    int direction = 0;
+    signal.type.GetArrayDimensionRanges(0, left, right, direction);
+    for (long long i = 0; i < signal.elementCount; ++i) {
+        const std::string name = '(' + std::to_string(direction == 0 ? left + i : left - i) + ')';
+        const int number = writer.AddSignal(bus, name.c_str(), signal.type.GetArrayElementTypeInfo());
+        AddEvents(writer, number, *file.Walk(signal.firstElement + i));
+    }
+}
+
+void AddSignal(Morvel::IMorvelWrite &writer, IWaveFile &file, const SFileSignal &signal)
+{
+    if (!signal.type.IsScalar()) {
+        AddBus(writer, file, signal);
+        return;
+    }
+    const int number = writer.AddSignal(-1, signal.path.c_str(), signal.type.GetTypeInfoString());
+    AddEvents(writer, number, *file.Walk(signal.firstElement));
+}
+
+}  // namespace
+
+void WriteEventStream(const std::string &path, IWaveFile &file)
+{
+    std::unique_ptr<Morvel::IMorvelWrite, SWriterEnder> writer;
+    WriteOrRefuse(path, [&] {
+        writer.reset(Morvel::CreateStreamWrite(path.c_str(), file.GetResolution()));
+        return writer != nullptr;
+    });
+    for (const SFileSignal &signal : file.GetSignals())
+        AddSignal(*writer, file, signal);
+    writer->SetEndTime(file.GetEndTime());
+    WriteOrRefuse(path, [&] { return writer->Finish(); });
+}

@@ -1,0 +1,135 @@
+#include "tools/wavefile.h"
+
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <string_view>
+
+#include "platform/log.h"
+#include "platform/tarn.h"
+#include "tools/commandline.h"
+
+namespace {
+
+// Keeps the first error that the library logs while it lives; passes warnings on.
+class CErrorCatcher {
+public:
+    CErrorCatcher() { Q71log_SetSink(Catch, this); }
+    CErrorCatcher(const CErrorCatcher &) = delete;
+    CErrorCatcher &operator=(const CErrorCatcher &) = delete;
+    ~CErrorCatcher() { Q71log_SetSink(nullptr, nullptr); }
+
+    const std::string &Text() const { return m_text; }
+
+private:
+    static void Catch(void *context, int level, const char *, const char *text)
+    {
+        std::string &first = static_cast<CErrorCatcher *>(context)->m_text;
+        if (level > 1)
+            std::cerr << "tesk: " << text << '\n';
+        else if (first.empty())
+            first = text;
+    }
+
+    std::string m_text;
+};
+
+// Refuses with what the library said, so that the user reads one line.
+template <class Function>
+auto WithErrors(const std::string &path, const Function &function)
+{
+    const CErrorCatcher errors;
+    auto result = function();
+    if (result == nullptr)
+        throw CRefusal(!errors.Text().empty() ? errors.Text() : path + ": cannot be read");
+    return result;
+}
+
+// An opened file whose later errors become refusals too.
+class CCheckedFile final : public IWaveFile {
+public:
+    CCheckedFile(std::string path, std::unique_ptr<IWaveFile> file) : m_path(std::move(path)), m_file(std::move(file))
+    {}
+
+    long long GetResolution() override { return m_file->GetResolution(); }
+    long long GetEndTime() override { return m_file->GetEndTime(); }
+    const std::vector<SFileSignal> &GetSignals() override { return m_file->GetSignals(); }
+
+    std::unique_ptr<IElementWalk> Walk(long long element) override
+    {
+        return WithErrors(m_path, [&] { return m_file->Walk(element); });
+    }
+
+private:
+    std::string m_path;
+    std::unique_ptr<IWaveFile> m_file;
+};
+
+std::string Beginning(const std::string &path)
+{
+    std::error_code error;
+    const auto status = std::filesystem::status(path, error);
+    if (status.type() == std::filesystem::file_type::not_found)
+        throw CRefusal(path + ": there is no such file");
+    if (status.type() == std::filesystem::file_type::directory)
+        throw CRefusal(path + ": is a directory; give a VCD, FST or event-stream file");
+    if (status.type() != std::filesystem::file_type::regular)
+        return {};  // a pipe can be read once only
+    std::ifstream file(path, std::ios::binary);
+    std::string bytes(64, '\0');
+    file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<std::size_t>(file.gcount()));
+    if (!file.is_open() || file.bad())
+        throw CRefusal(path + ": cannot be read");
+    return bytes;
+}
+
+bool BeginsWithFstBlock(std::string_view bytes)
+{
+    constexpr std::string_view Header{"\0\0\0\0\0\0\0\x01\x49", 9};  // block 0 of 329 bytes
+    return bytes.starts_with(Header) || bytes.starts_with('\xFE');   // or the whole file packed
+}
+
+std::unique_ptr<IWaveFile> Open(const std::string &path)
+{
+    switch (KindOfFile(path)) {
+    case EWaveKind::Stream: return OpenStreamFile(path);
+    case EWaveKind::Vcd: return OpenVcdFile(path);
+    default: return OpenFstFile(path);
+    }
+}
+
+}  // namespace
+
+EWaveKind KindOfName(const std::string &path)
+{
+    const auto contains = [&](const char *extension) {
+        const std::size_t position = path.find(extension);
+        return position != std::string::npos && position > 0;
+    };
+    if (contains(".zyn") || contains(".tmp"))
+        return EWaveKind::Stream;
+    return contains(".vcd") ? EWaveKind::Vcd : EWaveKind::Fst;
+}
+
+EWaveKind KindOfFile(const std::string &path)
+{
+    const std::string bytes = Beginning(path);
+    if (bytes.starts_with("teskevs"))
+        return EWaveKind::Stream;
+    if (BeginsWithFstBlock(bytes))
+        return EWaveKind::Fst;
+    const std::size_t text = bytes.find_first_not_of(" \t\r\n");
+    if (text != std::string::npos && bytes[text] == '$')
+        return EWaveKind::Vcd;
+    return KindOfName(path);
+}
+
+std::unique_ptr<IWaveFile> OpenWaveFile(const std::string &path)
+try {
+    return std::make_unique<CCheckedFile>(path, WithErrors(path, [&] { return Open(path); }));
+} catch (const NTARN::XFileDoesNotExist &) {
+    throw CRefusal(path + ": there is no such file");
+} catch (const NTARN::XFileCorrupted &) {
+    throw CRefusal(path + ": is damaged, or no VCD, FST or event-stream file");
+}
