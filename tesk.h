@@ -33,12 +33,9 @@
 #include "signal/wave.h"
 #include "signaldata/scalardata.h"
 #include "signaldata/signaldata.h"
-<<<<<<< HEAD
-#include "waveform/matimporter.h"
-=======
 #include "waveform/customstimulus.h"
+#include "waveform/matimporter.h"
 #include "waveform/openfiles.h"
->>>>>>> tables
 #include "waveform/samplecolumn.h"
 #include "waveform/samplestimulus.h"
 #include "waveform/sharedfilestimulus.h"

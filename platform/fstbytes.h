@@ -47,6 +47,9 @@ public:
     /// Groups of 7 bits, the lowest first; bit 7 is set in all bytes but the last. At most 64 bits.
     std::uint64_t Varint()
     {
+        // Nearly all are short.
+        if (!m_rest.empty() && m_rest[0] < 0x80)
+            return Byte();
         unsigned bits = 0;
         return Groups(bits);
     }

@@ -96,10 +96,10 @@ void CFstValues::AddPieces(CFstEventMaker &maker, const std::vector<SPiece> &pie
 SFstInitial CFstValues::Initial(const SFstStore &store, const std::vector<SPiece> &pieces)
 try {
     const BlockPtr block = m_blocks.empty() ? nullptr : Block(0);
-    if (!block)
+    if (!block || block->Times().Count() == 0)
         return {};
     const std::uint64_t begin = m_layout.changes[0].begin;
-    const std::uint64_t first = block->Times().Count() > 0 ? block->Times().At(0) : begin;
+    const std::uint64_t first = block->Times().At(0);
     const CFstBuffer &frame = Frame(*block);
     if (begin > first || store.position > frame.size() || store.size > frame.size() - store.position)
         return {};

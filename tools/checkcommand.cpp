@@ -2,13 +2,16 @@
 #include <iostream>
 
 #include "tools/commands.h"
+#include "tools/fileformula.h"
 #include "tools/formula.h"
 #include "tools/timetext.h"
+#include "tools/typeargument.h"
 
 namespace {
 
 struct SCheckOptions {
     std::string formula;
+    std::string type;
     std::string resolution = "1ps";
     std::string start;
 };
@@ -32,11 +35,15 @@ int Check(const SCheckOptions &options)
 {
     const long long resolution = ReadResolution(options.resolution);
     const long long start = options.start.empty() ? 0 : ReadTimeOption("--start", options.start, resolution);
+    if (!options.type.empty())
+        IStimulus::SetupAdditionalInfo(SignalName, ReadTypeArgument(options.type).c_str());
     const StimulusPtr stimulus = CreateStimulus(options.formula, start, resolution);
     long long time = 0;
     const int result = stimulus->CheckSettings(&time);  // first: writing the formula moves the events
     SimpleString::CStr canonical;
     stimulus->GetFormula(canonical);
+    if (canonical.IsEmpty())
+        canonical = options.formula.c_str();  // a kind without a text form of its own
     std::cout << canonical << '\n' << Verdict(result, TickText(time, resolution)) << '\n';
     return result == 0 ? 0 : 1;
 }
@@ -48,6 +55,7 @@ void AddCheckCommand(CCommandLine &commandLine)
     CCommand command = commandLine.Add("check", "Write a formula in its canonical form and check its times");
     const auto options = std::make_shared<SCheckOptions>();
     command.Argument("formula", options->formula, "What to check");
+    command.Option("--type", options->type, "TYPE", "Type of the signal, needed by a formula that reads a table");
     AddTimeOptions(command, options->resolution, options->start);
     command.Footer("Status 1 if the check finds a fault.\nExample: tesk check \"1 5ns, 0 2ns, 1 5ns\"");
     command.Action([options] { return Check(*options); });

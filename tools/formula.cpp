@@ -6,6 +6,8 @@
 #include "core/formulaparser.h"
 #include "core/keywords.h"
 #include "core/tokenizer.h"
+#include "tools/fileformula.h"
+#include "tools/loglines.h"
 #include "tools/quote.h"
 
 namespace {
@@ -71,11 +73,12 @@ constexpr SAdvice KeywordAdvice[] = {
 };
 
 // Why a formula cannot be used, and what would do.
-std::string Explain(const std::string &formula, long long start)
+// @param error  what the library logged
+std::string Explain(const std::string &formula, long long start, const std::string &error)
 {
     const CKeywordSearch search(formula.c_str());
     if (search.HasFileKeyword())
-        return "this release replays no files; write values and times";
+        return ExplainFileFormula(formula, error);
     for (const SAdvice &advice : KeywordAdvice) {
         if (search.Has(advice.keyword))
             return advice.text;
@@ -85,14 +88,24 @@ std::string Explain(const std::string &formula, long long start)
            "; write VALUE TIME parts with commas between, such as \"1 10ns, 0 20ns -r 30ns\"";
 }
 
+// Why a formula that refers to a file cannot be split.
+std::string ExplainSplit(const std::string &formula, long long count, std::size_t found, const std::string &error)
+{
+    if (error.empty() && found != 0)
+        return "the signal in the file does not have " + std::to_string(count) +
+               " elements as the one to be played on; " + "\"tesk signals FILE\" shows its type";
+    return ExplainFileFormula(formula, error);
+}
+
 }  // namespace
 
 StimulusPtr CreateStimulus(const std::string &formula, long long start, long long resolution)
 {
+    const CLogLines log;
     IStimulus *stimulus = IStimulus::Create(formula.c_str(), start, resolution, nullptr, false, false);
     if (stimulus != nullptr)
         return StimulusPtr(stimulus);
-    throw CRefusal("formula " + Quote(formula) + ": " + Explain(formula, start));
+    throw CRefusal("formula " + Quote(formula) + ": " + Explain(formula, start, log.LastError()));
 }
 
 std::vector<SimpleString::CStr> SplitFormula(const std::string &formula, long long count, bool isBitVector,
@@ -101,7 +114,11 @@ std::vector<SimpleString::CStr> SplitFormula(const std::string &formula, long lo
     CFormulaParser parser;
     parser.SetSimRes(resolution);
     std::vector<SimpleString::CStr> elements;
+    const CLogLines log;
     const int result = parser.Run(formula.c_str(), elements, static_cast<int>(count), isBitVector, start);
+    if (result == 0 && IsFileFormula(formula))
+        throw CRefusal("formula " + Quote(formula) + ": " +
+                       ExplainSplit(formula, count, elements.size(), log.LastError()));
     if (result == 0) {
         CreateStimulus(formula, start, resolution);  // says what is wrong with the formula as a whole
         throw CRefusal("formula: " + FindRefusedPart(formula, count, isBitVector, start) + ", cannot be split into " +
@@ -110,15 +127,6 @@ std::vector<SimpleString::CStr> SplitFormula(const std::string &formula, long lo
     if (result == -1)
         std::fprintf(stderr, "tesk: warning: a value is too long for %lld elements and lost its leading bits\n", count);
     return elements;
-}
-
-std::vector<StimulusPtr> CreateElementStimuli(const std::string &formula, long long count, bool isBitVector,
-                                              long long start, long long resolution)
-{
-    std::vector<StimulusPtr> stimuli;
-    for (const SimpleString::CStr &element : SplitFormula(formula, count, isBitVector, start, resolution))
-        stimuli.push_back(CreateStimulus(std::string(element), start, resolution));
-    return stimuli;
 }
 
 void AddTimeOptions(CCommand &command, std::string &resolution, std::string &start)

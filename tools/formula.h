@@ -15,9 +15,5 @@ StimulusPtr CreateStimulus(const std::string &formula, long long start, long lon
 std::vector<SimpleString::CStr> SplitFormula(const std::string &formula, long long count, bool isBitVector,
                                              long long start, long long resolution);
 
-/// Makes the stimuli of the elements. @throw as `SplitFormula` and `CreateStimulus`
-std::vector<StimulusPtr> CreateElementStimuli(const std::string &formula, long long count, bool isBitVector,
-                                              long long start, long long resolution);
-
 /// Adds `--res` and `--start`.
 void AddTimeOptions(CCommand &command, std::string &resolution, std::string &start);

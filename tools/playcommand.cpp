@@ -4,12 +4,13 @@
 #include <map>
 
 #include "tools/commands.h"
+#include "tools/fileformula.h"
 #include "tools/formula.h"
 #include "tools/output.h"
 #include "tools/picture.h"
 #include "tools/playedsignal.h"
+#include "tools/player.h"
 #include "tools/timetext.h"
-#include "tools/walk.h"
 #include "tools/writers.h"
 
 namespace {
@@ -39,24 +40,11 @@ const std::map<std::string, CWriter> Writers = {
                 int width) { WriteWave(out, waveform, width != 0 ? width : TerminalWidth()); }},
 };
 
-// The whole signal alone, or the bus with its elements below it.
-std::vector<STrace> PlaySignal(const SPlayOptions &options, const SWaveform &waveform, std::optional<long long> until)
+// Without a type a formula that replays a signal is played on a signal of that one's type.
+SPlayedSignal DescribePlayed(const SPlayOptions &options)
 {
-    const SPlayedSignal signal = DescribeSignal(options.type, options.count);
-    if (!signal.description.empty())
-        IStimulus::SetupAdditionalInfo("", signal.description.c_str());
-    std::vector<StimulusPtr> stimuli;
-    if (signal.names.empty()) {
-        stimuli.push_back(CreateStimulus(options.formula, waveform.begin, waveform.resolution));
-        return {{"", Walk(stimuli, waveform.begin, until).front()}};
-    }
-    stimuli = CreateElementStimuli(options.formula, static_cast<long long>(signal.names.size()), signal.isBitVector,
-                                   waveform.begin, waveform.resolution);
-    std::vector<STrace> traces;
-    for (auto &changes : Walk(stimuli, waveform.begin, until))
-        traces.push_back({signal.names[traces.size()], std::move(changes)});
-    traces.insert(traces.begin(), MergeElements(traces, signal.isBitVector));
-    return traces;
+    const bool isTold = !options.type.empty() || options.count != 0;
+    return DescribeSignal(isTold ? options.type : FindReplayedType(options.formula), options.count);
 }
 
 SWaveform PlayFormula(const SPlayOptions &options)
@@ -69,7 +57,8 @@ SWaveform PlayFormula(const SPlayOptions &options)
     std::optional<long long> until;
     if (!options.until.empty())
         until = ReadTimeOption("--until", options.until, waveform.resolution);
-    waveform.traces = PlaySignal(options, waveform, until);
+    waveform.traces =
+        PlayOnSignal(options.formula, DescribePlayed(options), waveform.begin, waveform.resolution, until);
     waveform.end = std::max(until.value_or(PictureEnd(waveform)), waveform.begin);
     return waveform;
 }

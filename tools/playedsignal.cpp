@@ -14,28 +14,30 @@ constexpr int RecordKind = 5;
 constexpr int EnumerationKind = 1;
 constexpr long long MostElements = 1 << 20;
 
-std::vector<std::string> WireNames(long long left, long long count, int step)
+std::string WireName(long long index)
 {
-    std::vector<std::string> names;
-    for (long long i = 0; i < count; ++i)
-        names.push_back("[" + std::to_string(left + i * step) + "]");
-    return names;
+    return "[" + std::to_string(index) + "]";
 }
 
-std::vector<std::string> ElementNames(const Kestrin::KTypeInfo &type)
+std::vector<SPlayedSignal> Fields(const std::string &name, const Kestrin::KTypeInfo &record)
 {
-    std::vector<std::string> names;
-    if (type.GetKind() == RecordKind) {
-        for (int i = 0; i < type.GetNbOfFields(); ++i)
-            names.push_back(std::string(".") + type.GetFieldName(i));
-    } else if (type.GetKind() == ArrayKind && type.GetNbOfDimensions() == 1) {
-        int left = 0;
-        int right = 0;
-        int direction = 0;
-        type.GetArrayDimensionRanges(0, left, right, direction);
-        names = WireNames(left, type.GetNbOfElements(), direction == 1 ? -1 : 1);
-    }
-    return names;
+    std::vector<SPlayedSignal> fields;
+    for (int i = 0; i < record.GetNbOfFields(); ++i)
+        fields.push_back({name + "." + record.GetFieldName(i), record.GetFieldTypeInfo(i), {}});
+    return fields;
+}
+
+std::vector<SPlayedSignal> ArrayElements(const std::string &name, const Kestrin::KTypeInfo &array)
+{
+    int left = 0;
+    int right = 0;
+    int direction = 0;
+    array.GetArrayDimensionRanges(0, left, right, direction);
+    const int step = direction == 1 ? -1 : 1;
+    std::vector<SPlayedSignal> elements;
+    for (long long i = 0; i < array.GetNbOfElements(); ++i)
+        elements.push_back({name + WireName(left + i * step), array.GetArrayElementTypeInfo(), {}});
+    return elements;
 }
 
 // Whether a value is written as characters in a row: an array of an enumeration.
@@ -66,26 +68,32 @@ std::optional<std::string> Join(const std::vector<std::optional<std::string>> &v
 SPlayedSignal DescribeSignal(const std::string &type, long long count)
 {
     SPlayedSignal signal;
-    if (type.empty()) {
-        signal.names = WireNames(count - 1, count, -1);
-        signal.isBitVector = true;
+    if (type.empty() && count == 0)
         return signal;
-    }
-    signal.description = ReadTypeArgument(type);
-    const Kestrin::KTypeInfo info(signal.description.c_str());
-    if (info.GetNbOfElements() > MostElements)
-        throw CRefusal("type " + Quote(type) + ": too many elements to play; give a range of " +
-                       std::to_string(MostElements) + " elements at most, such as std_logic_vector(7 downto 0)");
-    signal.names = ElementNames(info);
-    signal.isBitVector = IsBitVector(info);
+    const std::string vector = "std_logic_vector(" + std::to_string(count - 1) + " downto 0)";
+    signal.description = ReadTypeArgument(type.empty() ? vector : type);
+    DescribeElements(signal);
     return signal;
 }
 
-STrace MergeElements(const std::vector<STrace> &elements, bool isBitVector)
+void DescribeElements(SPlayedSignal &signal)
+{
+    const Kestrin::KTypeInfo type(signal.description.c_str());
+    if (type.GetNbOfElements() > MostElements)
+        throw CRefusal("type " + Quote(signal.description) + ": too many elements to play; give a range of " +
+                       std::to_string(MostElements) + " elements at most, such as std_logic_vector(7 downto 0)");
+    if (type.GetKind() == RecordKind)
+        signal.elements = Fields(signal.name, type);
+    else if (type.GetKind() == ArrayKind && type.GetNbOfDimensions() == 1)
+        signal.elements = ArrayElements(signal.name, type);
+    signal.isBitVector = IsBitVector(type);
+}
+
+STrace MergeElements(const std::vector<const STrace *> &elements, bool isBitVector)
 {
     std::map<long long, std::vector<std::pair<std::size_t, const SChange *>>> changesByTime;
     for (std::size_t i = 0; i < elements.size(); ++i) {
-        for (const SChange &change : elements[i].changes)
+        for (const SChange &change : elements[i]->changes)
             changesByTime[change.ticks].emplace_back(i, &change);
     }
     STrace bus;

@@ -75,7 +75,7 @@ int main(int argc, char **argv)
             sprintf(name, "a_variable_with_a_rather_long_name_so_that_the_hierarchy_is_large_enough_%d", i);
             fstWriterCreateVar(file, FST_VT_VCD_WIRE, FST_VD_IMPLICIT, 1, name, i % 3 ? bit : 0);
         }
-    const unsigned steps = strstr(form, "long") ? 40000 : 60;
+    const unsigned steps = strstr(form, "long") ? 30000 : 60;
     if (strstr(form, "early"))
         Change(file, 3); /* in front of the first time */
     for (unsigned step = 0; step < steps; ++step) {
