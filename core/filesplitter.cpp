@@ -12,15 +12,6 @@ namespace {
 
 using CElements = std::vector<SimpleString::CStr>;
 
-// What stands behind a keyword, without the closing quote of a formula that stands in quotes.
-SimpleString::CStr ArgumentsBehind(const CKeywordSearch &search, std::string_view keyword)
-{
-    const SimpleString::CStr rest(search.Behind(keyword));
-    const int last = rest.GetLength() - 1;
-    const bool isQuoted = *search.Formula() == '"' && last >= 0 && rest[last] == '"';
-    return isQuoted ? rest.Left(last) : rest;
-}
-
 bool SplitCustom(CFileFormulaArgs &args, CElements &elements, int count, long long)
 {
     return SplitCustomFormula(args, elements, count);
@@ -52,7 +43,7 @@ constexpr SFileKind FileKinds[] = {
 int Split(const SFileKind &kind, const CKeywordSearch &search, CElements &elements, int count, long long startTime)
 try {
     CFileFormulaArgs args;
-    if (!kind.parseArguments(ArgumentsBehind(search, kind.keyword), args))
+    if (!kind.parseArguments(ArgumentsOf(search.Formula(), search.Behind(kind.keyword)), args))
         return 0;
     elements.clear();
     return kind.split(args, elements, count, startTime) ? 1 : 0;

@@ -5,12 +5,19 @@
 #include <string>
 #include <string_view>
 
+#include "settings/cstr.h"
+
 inline constexpr std::string_view CustomKeyword = "/custom";
 inline constexpr std::string_view TxtKeyword = "/txt";
 inline constexpr std::string_view MatKeyword = "/mat";
 inline constexpr std::string_view CounterKeyword = "\\counter";
 inline constexpr std::string_view RandomKeyword = "\\random";
 inline constexpr std::string_view BrelKeyword = "/brel";
+
+/// The arguments of a formula: what stands behind its keyword, without the closing quote of a formula that stands in
+/// double quotes as a whole.
+/// @param behindKeyword  points into `formula`
+SimpleString::CStr ArgumentsOf(const char *formula, const char *behindKeyword);
 
 /// A formula in which keywords are looked for in any letter case.
 class CKeywordSearch {

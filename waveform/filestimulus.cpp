@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "core/keywords.h"
 #include "waveform/openfiles.h"
 #include "waveform/tarnstimulus.h"
 #include "waveform/vcdstimulus.h"
@@ -9,14 +10,6 @@
 using SimpleString::CStr;
 
 namespace {
-
-// A formula may stand in double quotes as a whole.
-CStr WithoutClosingQuote(const char *formula, const char *behindKeyword)
-{
-    CStr rest(behindKeyword);
-    const int last = rest.GetLength() - 1;
-    return *formula == '"' && last >= 0 && rest[last] == '"' ? rest.Left(last) : rest;
-}
 
 bool IsBlank(CStr text)
 {
@@ -35,7 +28,7 @@ IStimulus *CreateOn(long long startTime, const char *arguments)
 
 IStimulus *CreateFileStimulus(const char *formula, const char *behindKeyword, long long startTime)
 {
-    const CStr arguments = WithoutClosingQuote(formula, behindKeyword);
+    const CStr arguments = ArgumentsOf(formula, behindKeyword);
     const int comma = arguments.Find(",");
     if (comma < 0)
         return nullptr;

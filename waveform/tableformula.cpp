@@ -1,9 +1,9 @@
 #include "waveform/tableformula.h"
 
-#include <cstring>
+#include <cstdlib>
 #include <string_view>
 
-#include "platform/crt.h"
+#include "core/keywords.h"
 #include "platform/kestrin.h"
 #include "settings/wrap.h"
 #include "signal/component.h"
@@ -58,15 +58,6 @@ IStimulus *CreateInternal(const STableKind &kind, const char *text)
     if (kind.correctIndex != nullptr)
         index = kind.correctIndex(index);
     return TakeByte(text, ')') ? new CCMStimulus(handle, index) : nullptr;
-}
-
-// What stands behind the keyword, without the closing quote of a formula that stands in quotes.
-SimpleString::CStr ArgumentsOf(const char *formula, const char *behindKeyword)
-{
-    const SimpleString::CStr rest(behindKeyword);
-    const int last = rest.GetLength() - 1;
-    const bool isQuoted = *formula == '"' && last >= 0 && rest[last] == '"';
-    return isQuoted ? rest.Left(last) : rest;
 }
 
 }  // namespace

@@ -24,6 +24,14 @@ EByte ByteAt(const char *position)
     return Bytes[static_cast<unsigned char>(*position)];
 }
 
+// The line end behind what has been read ends every run of the other kinds.
+char *SkipAll(EByte kind, char *position)
+{
+    while (ByteAt(position) == kind)
+        ++position;
+    return position;
+}
+
 // 0 for what has no size, such as a pipe.
 double SizeOf(std::FILE *file)
 {
@@ -43,10 +51,9 @@ CTableReader::CTableReader(std::FILE *file) : m_file(file), m_fileSize(SizeOf(fi
 
 CTableReader::EPiece CTableReader::Next()
 {
-    do {
-        while (ByteAt(m_position) == Separator)
-            ++m_position;
-    } while (m_position == m_end && Refill(m_position));
+    do
+        m_position = SkipAll(Separator, m_position);
+    while (m_position == m_end && Refill(m_position));
     m_token = m_position;
     if (m_position == m_end)
         return EPiece::FileEnd;
@@ -54,10 +61,9 @@ CTableReader::EPiece CTableReader::Next()
         ++m_position;
         return EPiece::LineEnd;
     }
-    do {
-        while (ByteAt(m_position) == Value)
-            ++m_position;
-    } while (m_position == m_end && Refill(m_token));
+    do
+        m_position = SkipAll(Value, m_position);
+    while (m_position == m_end && Refill(m_token));
     return EPiece::Token;
 }
 
@@ -82,7 +88,6 @@ bool CTableReader::Refill(char *keep)
     return count != 0;
 }
 
-// The line end behind the content ends every run, so that no run need look for the end.
 void CTableReader::SetContent(std::size_t length)
 {
     m_end = m_buffer.data() + length;

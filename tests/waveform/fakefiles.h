@@ -79,17 +79,17 @@ private:
 };
 
 /// A VCD file in memory. Handles count from 1 in the order of the signals' elements; a vector has as many as told.
-struct SStoredSignal {
+struct SVcdFileSignal {
     std::string name;
     std::string type = IntegerType;
     std::vector<CFileEvents> elements = {{}};
 };
 
-inline WaveStore *NewStore(long long resolution, long long endTime, const std::vector<SStoredSignal> &signals)
+inline WaveStore *NewStore(long long resolution, long long endTime, const std::vector<SVcdFileSignal> &signals)
 {
     WaveStore *store = new WaveStore;
     long long handle = 0;
-    for (const SStoredSignal &signal : signals) {
+    for (const SVcdFileSignal &signal : signals) {
         store->addSignal(signal.name.c_str(), signal.type.c_str(), 0, 0, 0, 0, 0);
         for (const CFileEvents &events : signal.elements) {
             store->addHandle(&++handle, 0);
