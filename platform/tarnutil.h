@@ -59,9 +59,9 @@ protected:
 
 namespace NImport {
 
-/// Has `progress` called every now and then during each import, and once at its end. Null, as at start, for none.
+/// Has `progress` called each time that an import has read a piece of its file. Null, as at start, for none.
+/// @param progress  `fileSize` is 0 where it is not known, as of a pipe. What it throws ends the import
 /// @param context   handed back to `progress`; stays the caller's
-/// `fileSize` is 0 where it is not known, as of a pipe.
 TESK_API void SetProgress(void (*progress)(void *context, long long bytesRead, long long fileSize), void *context);
 
 /// Reads a VCD file (IEEE 1364-2005, clause 18) in one pass and hands it to a writer.

@@ -1,14 +1,12 @@
 #include "platform/vcdreader.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <iterator>
-#include <limits>
 #include <stdexcept>
+#include <utility>
 
 #include "platform/felvarbase.h"
 #include "platform/log.h"
+#include "platform/vcdwords.h"
 
 namespace NTARN::NImport {
 
@@ -22,89 +20,9 @@ constexpr long long NameBytesPerByte = 64;
 
 constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
 
-enum class ECommand { Skip, Timescale, Scope, Upscope, Variable, EndDefinitions, Section, End, Close };
-
-struct SCommand {
-    std::string_view name;
-    ECommand command;
-};
-
-constexpr SCommand Commands[] = {
-    {"$comment", ECommand::Skip},
-    {"$date", ECommand::Skip},
-    {"$version", ECommand::Skip},
-    {"$timescale", ECommand::Timescale},
-    {"$scope", ECommand::Scope},
-    {"$upscope", ECommand::Upscope},
-    {"$var", ECommand::Variable},
-    {"$enddefinitions", ECommand::EndDefinitions},
-    {"$dumpvars", ECommand::Section},
-    {"$dumpall", ECommand::Section},
-    {"$dumpon", ECommand::Section},
-    {"$dumpoff", ECommand::Section},
-    {"$dumpports", ECommand::Section},
-    {"$dumpportsall", ECommand::Section},
-    {"$dumpportson", ECommand::Section},
-    {"$dumpportsoff", ECommand::Section},
-    {"$end", ECommand::End},
-    {"$vcdclose", ECommand::Close},
-};
-
-const SCommand *FindCommand(std::string_view name)
-{
-    const auto found = std::ranges::find(Commands, name, &SCommand::name);
-    return found != std::end(Commands) ? found : nullptr;
-}
-
-// The letters of a port's value (IEEE 1364-2005, 18.4.3.1) as positions in "UX01ZWLH-": the level, without the direction.
-constexpr CVcdLetters PortLetters = [] {
-    constexpr struct {
-        std::string_view letters;
-        std::uint8_t position;
-    } Levels[] = {{"NX?AaBbCc", 1}, {"DdLl0", 2}, {"UuHh1", 3}, {"ZTFf", 4}};
-    CVcdLetters positions{};
-    positions.fill(NoVcdLetter);
-    for (const auto &level : Levels) {
-        for (const char letter : level.letters)
-            positions[static_cast<unsigned char>(letter)] = level.position;
-    }
-    return positions;
-}();
-
-std::uint8_t PositionOf(char letter, const CVcdLetters &positions)
-{
-    return positions[static_cast<unsigned char>(letter)];
-}
-
-bool IsWrittenIn(std::string_view text, const CVcdLetters &positions)
-{
-    return std::ranges::all_of(text, [&](char letter) { return PositionOf(letter, positions) != NoVcdLetter; });
-}
-
 [[noreturn]] void Refuse(std::string_view word)
 {
     throw SVcdFault{QuoteVcdWord(word) + " is no value change"};
-}
-
-bool ReadNumber(std::string_view text, double &number)
-{
-    if (text.starts_with('+'))
-        text.remove_prefix(1);
-    const char *const textEnd = text.data() + text.size();
-    const auto [end, error] = std::from_chars(text.data(), textEnd, number);
-    if (error == std::errc::result_out_of_range) {
-        const bool isSmall = text.find("e-") != text.npos || text.find("E-") != text.npos;
-        number = isSmall ? 0 : std::numeric_limits<double>::infinity();
-        number = text.front() == '-' ? -number : number;
-        return end == textEnd;
-    }
-    return error == std::errc() && end == textEnd;
-}
-
-bool ReadNumber(std::string_view text, long long &number)
-{
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size() && number >= 0 && text.front() != '-';
 }
 
 }  // namespace
@@ -145,12 +63,16 @@ std::string CVcdReader::AtLine(const std::string &text) const
     return m_fileName + ":" + std::to_string(m_text.Line()) + ": " + text;
 }
 
-void CVcdReader::WarnOnce(EWarning warning, const std::string &text)
+void CVcdReader::Warn(const std::string &text) const
 {
-    bool &isWarned = m_isWarned[static_cast<int>(warning)];
-    if (!isWarned)
-        Q71log_PrintFormattedString(2, "VCD", "", AtLine(text).c_str());
-    isWarned = true;
+    Q71log_PrintFormattedString(2, "VCD", "", AtLine(text).c_str());
+}
+
+// Each oddity is told once.
+bool CVcdReader::IsFirst(EOddity oddity)
+{
+    bool &isKnown = m_isKnown[static_cast<int>(oddity)];
+    return !std::exchange(isKnown, true);
 }
 
 // -- Declarations
@@ -197,14 +119,14 @@ bool CVcdReader::BeginsValues(std::string_view word) const
     const std::string_view rest = word.substr(1);
     long long time = 0;
     switch (word.front()) {
-    case '#': return ReadNumber(rest, time);
+    case '#': return ReadVcdTime(rest, time);
     case 'b':
-    case 'B': return IsWrittenIn(rest, VcdLetters);
+    case 'B': return std::ranges::all_of(rest, [](char c) { return VcdPosition(c, VcdLetters) != NoVcdLetter; });
     case '$': {
-        const SCommand *const command = FindCommand(word);
-        return command != nullptr && command->command == ECommand::Section;
+        const SVcdCommand *const command = FindVcdCommand(word);
+        return command != nullptr && command->command == EVcdCommand::Section;
     }
-    default: return PositionOf(word.front(), VcdLetters) != NoVcdLetter && m_values.IsDeclared(rest);
+    default: return VcdPosition(word.front(), VcdLetters) != NoVcdLetter && m_values.IsDeclared(rest);
     }
 }
 
@@ -212,20 +134,20 @@ bool CVcdReader::BeginsValues(std::string_view word) const
 
 void CVcdReader::ReadCommand(std::string_view word)
 {
-    const SCommand *const known = FindCommand(word);
+    const SVcdCommand *const known = FindVcdCommand(word);
     if (known == nullptr)
         return SkipBody(std::string(word));
-    m_hasCommands |= known->command != ECommand::End;
+    m_hasCommands |= known->command != EVcdCommand::End;
     switch (known->command) {
-    case ECommand::Skip: return SkipBody(known->name);
-    case ECommand::Timescale: return SetTimescale(ReadBody(known->name));
-    case ECommand::Scope: return OpenScope(ReadBody(known->name));
-    case ECommand::Upscope: return CloseScope(ReadBody(known->name));
-    case ECommand::Variable: return Declare(ReadBody(known->name));
-    case ECommand::EndDefinitions: m_areValues = true; return SkipBody(known->name);
-    case ECommand::Section: m_openSection = known->name; return;
-    case ECommand::End: m_openSection = {}; return;
-    case ECommand::Close: return ReadTime(ReadBody(known->name));
+    case EVcdCommand::Skip: return SkipBody(known->name);
+    case EVcdCommand::Timescale: return SetTimescale(ReadBody(known->name));
+    case EVcdCommand::Scope: return OpenScope(ReadBody(known->name));
+    case EVcdCommand::Upscope: return CloseScope(ReadBody(known->name));
+    case EVcdCommand::Variable: return Declare(ReadBody(known->name));
+    case EVcdCommand::EndDefinitions: m_areValues = true; return SkipBody(known->name);
+    case EVcdCommand::Section: m_openSection = known->name; return;
+    case EVcdCommand::End: m_openSection = {}; return;
+    case EVcdCommand::Close: return ReadTime(ReadBody(known->name));
     }
 }
 
@@ -290,10 +212,10 @@ void CVcdReader::Declare(std::string_view body)
         throw SVcdFault{"the names up to here have more than " + std::to_string(m_mostNameBytes) +
                         " bytes, too many for a file of this size"};
     m_values.Declare(variable, m_scope + variable.name);
-    if (variable.kind == EVcdKind::String)
-        WarnOnce(EWarning::Strings, "variables of kind string are left out");
-    if (variable.kind == EVcdKind::Empty)
-        WarnOnce(EWarning::Empty, "variables of width 0 are left out");
+    if (variable.kind == EVcdKind::String && IsFirst(EOddity::Strings))
+        Warn("variables of kind string are left out");
+    if (variable.kind == EVcdKind::Empty && IsFirst(EOddity::Empty))
+        Warn("variables of width 0 are left out");
 }
 
 // -- Values
@@ -310,14 +232,13 @@ try {
         throw SVcdFault{"the file ends inside " + QuoteVcdWord(m_openSection)};
     return true;
 } catch (const SVcdFault &fault) {
-    const std::string text = AtLine(fault.text + "; the file is read up to " + VcdTimeText(m_time, m_resolution));
-    Q71log_PrintFormattedString(2, "VCD", "", text.c_str());
+    Warn(fault.text + "; the file is read up to " + VcdTimeText(m_time, m_resolution));
     return false;
 }
 
 void CVcdReader::ReadWord(std::string_view word)
 {
-    const std::uint8_t position = PositionOf(word.front(), VcdLetters);
+    const std::uint8_t position = VcdPosition(word.front(), VcdLetters);
     if (position != NoVcdLetter)
         return ReadBit(word, position);
     switch (word.front()) {
@@ -339,14 +260,14 @@ void CVcdReader::ReadTime(std::string_view word)
 {
     const std::string_view digits = TakeVcdWord(word);
     long long time = 0;
-    if (digits.size() < 2 || digits.front() != '#' || !ReadNumber(digits.substr(1), time))
+    if (digits.size() < 2 || digits.front() != '#' || !ReadVcdTime(digits.substr(1), time))
         throw SVcdFault{QuoteVcdWord(digits) + " is no time"};
     m_openSection = {};
     if (time < m_time && m_text.IsAtEnd())
         throw SVcdFault{"the file ends inside a time"};
-    if (time < m_time)
-        WarnOnce(EWarning::Backward, "the time goes back from " + std::to_string(m_time) + " to " +
-                                         std::to_string(time) + "; it stays where it was until it is reached again");
+    if (time < m_time && IsFirst(EOddity::Backward))
+        Warn("the time goes back from " + std::to_string(m_time) + " to " + std::to_string(time) +
+             "; it stays where it was until it is reached again");
     m_time = std::max(m_time, time);
     m_values.SetTime(m_time);
 }
@@ -381,7 +302,7 @@ void CVcdReader::ReadPort(std::string_view word)
     NextOf(word);
     NextOf(word);
     const std::string_view code = NextOf(word);
-    SetBits(word, PortLetters, code);
+    SetBits(word, VcdPortLetters, code);
 }
 
 // The value's letters stand behind the first of `word`.
@@ -394,7 +315,7 @@ void CVcdReader::SetBits(std::string_view word, const CVcdLetters &positions, st
         m_positions.resize(letters.size());
     std::uint8_t all = 0;
     for (std::size_t i = 0; i < letters.size(); ++i) {
-        m_positions[i] = PositionOf(letters[i], positions);
+        m_positions[i] = VcdPosition(letters[i], positions);
         all |= m_positions[i];
     }
     if (all == NoVcdLetter)
@@ -406,7 +327,7 @@ void CVcdReader::ReadReal(std::string_view word)
 {
     const std::string_view code = NextOf(word);
     double value = 0;
-    if (!ReadNumber(word.substr(1), value))
+    if (!ReadVcdReal(word.substr(1), value))
         Refuse(word);
     Judge(m_values.SetReal(code, value), code);
 }
@@ -414,7 +335,8 @@ void CVcdReader::ReadReal(std::string_view word)
 // A text may have blanks, and its code is the last word of the line.
 void CVcdReader::SkipString()
 {
-    WarnOnce(EWarning::Strings, "values of kind string are left out");
+    if (IsFirst(EOddity::Strings))
+        Warn("values of kind string are left out");
     m_text.SkipLine();
 }
 
@@ -424,12 +346,11 @@ void CVcdReader::Judge(EVcdOutcome outcome, std::string_view code)
         return;
     if (outcome == EVcdOutcome::UnknownCode && m_text.IsAtEnd())
         throw SVcdFault{"the file ends inside a value"};
-    if (outcome == EVcdOutcome::UnknownCode)
-        WarnOnce(EWarning::UnknownCode,
-                 "no variable has the identifier code " + QuoteVcdWord(code) + "; values without one are left out");
-    else
-        WarnOnce(EWarning::WrongKind, "a value that does not fit the kind of the variable " + QuoteVcdWord(code) +
-                                          " is left out, as are others like it");
+    if (outcome == EVcdOutcome::UnknownCode && IsFirst(EOddity::UnknownCode))
+        Warn("no variable has the identifier code " + QuoteVcdWord(code) + "; values without one are left out");
+    if (outcome == EVcdOutcome::WrongKind && IsFirst(EOddity::WrongKind))
+        Warn("a value that does not fit the kind of the variable " + QuoteVcdWord(code) +
+             " is left out, as are others like it");
 }
 
 }  // namespace NTARN::NImport

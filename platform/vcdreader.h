@@ -9,6 +9,7 @@
 #include "platform/tarnutil.h"
 #include "platform/vcdtext.h"
 #include "platform/vcdvalues.h"
+#include "platform/vcdwords.h"
 
 namespace NTARN::NImport {
 
@@ -24,7 +25,8 @@ public:
     void Run();
 
 private:
-    enum class EWarning { Strings, Empty, UnknownCode, WrongKind, Backward, Count };
+    // What is told, but once.
+    enum class EOddity { Strings, Empty, UnknownCode, WrongKind, Backward, Count };
 
     // Declarations
     std::string_view ReadDeclarations();
@@ -52,7 +54,8 @@ private:
     void Judge(EVcdOutcome outcome, std::string_view code);
 
     void OnRead(long long bytesRead, long long fileSize);
-    void WarnOnce(EWarning warning, const std::string &text);
+    bool IsFirst(EOddity oddity);
+    void Warn(const std::string &text) const;
     std::string AtLine(const std::string &text) const;
 
     IDatabaseStreamWriter &m_writer;
@@ -70,7 +73,7 @@ private:
     bool m_areValues = false;        // the declarations are over
     std::string_view m_openSection;  // "$dumpvars" and the like, waiting for its "$end"; empty outside
     std::vector<std::uint8_t> m_positions;
-    bool m_isWarned[static_cast<int>(EWarning::Count)] = {};
+    bool m_isKnown[static_cast<int>(EOddity::Count)] = {};
 };
 
 }  // namespace NTARN::NImport

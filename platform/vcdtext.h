@@ -19,8 +19,8 @@ struct SVcdFault {
 /// Whether a byte parts words.
 inline constexpr std::array<bool, 256> VcdBlanks = [] {
     std::array<bool, 256> blanks{};
-    for (const unsigned char blank : {' ', '\t', '\n', '\v', '\f', '\r'})
-        blanks[blank] = true;
+    for (const char blank : {' ', '\t', '\n', '\v', '\f', '\r'})
+        blanks[static_cast<unsigned char>(blank)] = true;
     return blanks;
 }();
 

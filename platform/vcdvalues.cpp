@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/vcdtext.h"
+#include "platform/vcdwords.h"
 
 namespace NTARN::NImport {
 

@@ -1,7 +1,6 @@
 // The variables of a VCD file and their values, on the way to a writer. Internal.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -13,18 +12,6 @@
 #include "platform/vcdvariable.h"
 
 namespace NTARN::NImport {
-
-inline constexpr std::uint8_t NoVcdLetter = 255;
-/// The position of a value letter in "UX01ZWLH-", in any letter case, '?' being '-'; `NoVcdLetter` for another byte.
-using CVcdLetters = std::array<std::uint8_t, 256>;
-inline constexpr CVcdLetters VcdLetters = [] {
-    constexpr std::string_view Literals = "UX01ZWLH-ux01zwlh?";
-    CVcdLetters positions{};
-    positions.fill(NoVcdLetter);
-    for (std::size_t i = 0; i < Literals.size(); ++i)
-        positions[static_cast<unsigned char>(Literals[i])] = static_cast<std::uint8_t>(i % 9);
-    return positions;
-}();
 
 enum class EVcdOutcome { Taken, UnknownCode, WrongKind };
 

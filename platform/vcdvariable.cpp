@@ -1,13 +1,13 @@
 #include "platform/vcdvariable.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <climits>
 #include <cstdlib>
 #include <iterator>
 
 #include "platform/vcdtext.h"
+#include "platform/vcdwords.h"
 
 namespace NTARN::NImport {
 
@@ -152,15 +152,6 @@ std::string ScaledText(std::string femtoseconds, std::size_t zeros)
 
 }  // namespace
 
-std::string_view TakeVcdWord(std::string_view &rest)
-{
-    const auto begin = std::ranges::find_if_not(rest, IsVcdBlank);
-    const auto end = std::find_if(begin, rest.end(), IsVcdBlank);
-    const std::string_view word(begin, end);
-    rest = {end, rest.end()};
-    return word;
-}
-
 SVcdVariable ReadVcdVariable(std::string_view body)
 {
     SVcdVariable variable;
@@ -225,15 +216,6 @@ std::string VcdTimeText(long long ticks, long long resolution)
         return ScaledText(std::to_string(ticks * resolution), zeros);
     // Only for numbers other than 1, 10 and 100: the first 18 digits count.
     return ScaledText(std::to_string(ticks / 10 * (resolution / 10)), zeros + 2);
-}
-
-std::string QuoteVcdWord(std::string_view word)
-{
-    constexpr std::size_t Longest = 40;
-    std::string text = "\"";
-    for (const char c : word.substr(0, Longest))
-        text += std::isprint(static_cast<unsigned char>(c)) != 0 ? c : '?';
-    return text.append(word.size() > Longest ? "..." : "").append("\"");
 }
 
 }  // namespace NTARN::NImport

@@ -25,9 +25,6 @@ struct SVcdVariable {
     std::string name;  ///< without scopes and range, with the index of a bit select or of a memory word
 };
 
-/// Takes the next word, cut by blanks, off the front of `rest`; empty at its end.
-std::string_view TakeVcdWord(std::string_view &rest);
-
 /// Reads what stands between "$var" and "$end": type, width, code, name and perhaps a range.
 ///
 /// A range `[l:r]` behind the name, glued to it or not, is that of the variable if its length is the width; so are
@@ -48,8 +45,5 @@ long long ReadVcdTimescale(std::string_view body);
 /// A time as text in the largest unit in which it is whole, "120 ns".
 /// @param resolution  femtoseconds per tick
 std::string VcdTimeText(long long ticks, long long resolution);
-
-/// A word of the file for a message, in quotes, shortened, without unprintable bytes.
-std::string QuoteVcdWord(std::string_view word);
 
 }  // namespace NTARN::NImport

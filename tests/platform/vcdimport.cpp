@@ -192,7 +192,7 @@ TEST(VcdImport, IgnoresAHistoryOfTextsAndUnknownCommands)
 TEST(VcdImport, ReadsWordsAcrossTheEndOfTheBuffer)
 {
     const std::string head = "$var wire 30 ! v $end $enddefinitions $end #7 $comment ";
-    for (std::size_t filler = (1 << 18) - 200; filler < (1 << 18) - 30; ++filler) {
+    for (std::size_t filler = (1 << 18) - 130; filler < (1 << 18) - 40; ++filler) {
         const SImport import(head + std::string(filler, 'c') + " $end b" + std::string(30, '1') + " ! #8 b0 !");
         EXPECT_EQ(import.writer.Events("v", 29), "7=1 8=0") << filler;
     }

@@ -2,6 +2,7 @@
 
 #include "platform/kestrin.h"
 #include "platform/vcdtext.h"
+#include "platform/vcdwords.h"
 
 namespace {
 
