@@ -137,7 +137,7 @@ TEST_F(ImportTextFileRandom, AgreesWithAPlainModelOnThousandsOfTables)
     } intervals[] = {{"", 0}, {"3ps", 3e3}, {"700fs", 700}, {"1ns", 1e6}};
     CTableMaker maker(35);
     int good = 0;
-    for (int round = 0; round < 6000; ++round) {
+    for (int round = 0; round < 3000; ++round) {
         g_simRes = maker.OneIn(4) ? 10 : 1000;
         STableOptions options = maker.Options();
         const std::string &type = types[maker.Below(6)];
@@ -161,14 +161,14 @@ TEST_F(ImportTextFileRandom, AgreesWithAPlainModelOnThousandsOfTables)
         ASSERT_EQ(SamplesOf(*g_SampleColumns.at(handle)), model.Samples()) << round << "\n" << table;
         ++good;
     }
-    EXPECT_GT(good, 1000);
+    EXPECT_GT(good, 500);
 }
 
 TEST_F(ImportTextFileRandom, SurvivesAnyBytes)
 {
     std::mt19937 random(4);
     const std::string bytes(" ,;\t\n\rst019-.xXe#\"\0\xff", 21);
-    for (int round = 0; round < 3000; ++round) {
+    for (int round = 0; round < 1500; ++round) {
         std::string table;
         for (auto i = random() % 60; i-- > 0;)
             table += bytes[random() % bytes.size()];
