@@ -212,10 +212,10 @@ std::string VcdTimeText(long long ticks, long long resolution)
     std::size_t zeros = 0;
     for (; resolution % 10 == 0; resolution /= 10)
         ++zeros;
-    if (ticks <= LLONG_MAX / resolution)
-        return ScaledText(std::to_string(ticks * resolution), zeros);
-    // Only for numbers other than 1, 10 and 100: the first 18 digits count.
-    return ScaledText(std::to_string(ticks / 10 * (resolution / 10)), zeros + 2);
+    // Only with numbers other than 1, 10 and 100: of what does not fit the leading digits count.
+    for (; ticks > LLONG_MAX / resolution; ++zeros)
+        (ticks > resolution ? ticks : resolution) /= 10;
+    return ScaledText(std::to_string(ticks * resolution), zeros);
 }
 
 }  // namespace NTARN::NImport

@@ -139,6 +139,7 @@ TEST(VcdTime, IsWrittenInTheLargestUnitInWhichItIsWhole)
         {9223372036854775807, 1000000000000000, "9223372036854775807 s"},
         {9223372036854775807, 100000000000000000, "922337203685477580700 s"},
         {3, 5000000, "15 ns"},
+        {9223372036854775807, 629000000000000000, "5801501011181653475000 s"},  // of more digits the leading ones
     };
     for (const auto &row : rows)
         EXPECT_EQ(VcdTimeText(row.ticks, row.resolution), row.text);
