@@ -16,7 +16,8 @@ constexpr int DoubleClass = 6;
 constexpr std::size_t None = std::string_view::npos;
 
 // Size of one of at least two dimensions. Counted in 32 bits, the second of them is the upper half of what would be the
-// first in 64, which is no size that an array has.
+// first in 64, which is no size that an array has. An array without elements may have 0 there, and then the
+// sizes behind the first are not looked at: one of them is 0, and so they all count.
 std::uint64_t SizeOf(const mxArray *array, int dimension)
 {
     const void *sizes = MatLibraries().mxGetDimensions(array);
@@ -26,6 +27,8 @@ std::uint64_t SizeOf(const mxArray *array, int dimension)
     std::memcpy(&first, sizes, sizeof first);
     if (first > std::numeric_limits<std::uint32_t>::max())
         return static_cast<const std::uint32_t *>(sizes)[dimension];
+    if (first != 0 && MatLibraries().mxGetNumberOfElements(array) == 0)
+        return dimension == 0 ? first : 0;
     return static_cast<const std::uint64_t *>(sizes)[dimension];
 }
 

@@ -9,7 +9,8 @@ std::map<SimpleString::CStr, SOpenWaveformFile, SByteOrder> g_OpenWaveformFiles;
 
 bool IsNamedLike(const char *fileName, const char *part)
 {
-    return std::string_view(fileName).find(part, 1) != std::string_view::npos;
+    const std::size_t at = std::string_view(fileName).find(part);
+    return at != 0 && at != std::string_view::npos;
 }
 
 bool IsVcdFileName(const char *fileName)

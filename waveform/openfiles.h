@@ -24,7 +24,7 @@ struct SByteOrder {
 /// The open files, each under its name as the formula writes it.
 TESK_API extern std::map<SimpleString::CStr, SOpenWaveformFile, SByteOrder> g_OpenWaveformFiles;
 
-/// Whether a file name contains `part` anywhere but at its very beginning, in that letter case. Internal.
+/// Whether a file name contains `part`, in that letter case, and does not begin with it. Internal.
 bool IsNamedLike(const char *fileName, const char *part);
 
 /// Whether the file is one that a `WaveStore` holds. Internal.

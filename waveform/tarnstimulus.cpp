@@ -51,6 +51,7 @@ int FindTarnHandle(IDatabaseReader &reader, const char *name, const std::string 
         return -1;
     for (long long next = range.first; next <= range.last; ++next) {
         const int handle = static_cast<int>(next);
+        const HSignalRange children = reader.GetChildRange(handle);
         std::string path = parentName + reader.GetName(handle);
         const ENameMatch match = MatchName(path, name);
         if (match == ENameMatch::Equals)
@@ -59,7 +60,7 @@ int FindTarnHandle(IDatabaseReader &reader, const char *name, const std::string 
             continue;
         if (reader.GetType(handle).GetKind() == Record)
             path += '.';
-        const int found = FindTarnHandle(reader, name, path, reader.GetChildRange(handle), depth + 1);
+        const int found = FindTarnHandle(reader, name, path, children, depth + 1);
         if (found != -1)
             return found;
     }
@@ -88,8 +89,9 @@ bool CTarnStimulus::InitFromFormula(long long now, const char *arguments)
     return Fill(file, DatabaseRules, now, arguments);
 }
 
+// A host's reader may find its file damaged at any time; there is no value then, and no change.
 bool CTarnStimulus::LookUp(long long time, long long &rawValue) const
-{
+try {
     const long long fileTime = MapToWaveTime(time);
     if (fileTime < 0 || m_reader == nullptr)
         return false;
@@ -99,10 +101,12 @@ bool CTarnStimulus::LookUp(long long time, long long &rawValue) const
         return false;
     rawValue = static_cast<long long>(static_cast<unsigned long long>(event.extValue()) << 32 | event.value());
     return true;
+} catch (...) {
+    return false;
 }
 
 CTarnStimulus::SNextChange CTarnStimulus::FindNextChange(long long fileTime) const
-{
+try {
     if (m_reader == nullptr)
         return {SNextChange::Never};
     const int handle = m_signal->GetHandle();
@@ -121,4 +125,6 @@ CTarnStimulus::SNextChange CTarnStimulus::FindNextChange(long long fileTime) con
     if (isRepeated)
         return ChangeAt(place);
     return {SNextChange::Change, tesk::WrapSubtract(place, m_start.m_ticks)};  // deliberate: beyond the end too
+} catch (...) {
+    return {SNextChange::Never};
 }

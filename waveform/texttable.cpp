@@ -165,7 +165,8 @@ bool CTextTable::CheckFound(bool hasValues, bool hasTimes) const
         return false;
     }
     if (HasTimes() && !hasTimes) {
-        LogSamples(m_column, 1, "Time points `%s' not found in file `%s'.", m_column.m_args.m_timeSource);
+        // Deliberate: all messages of a table name the signal, this one too.
+        LogSamples(m_column, 1, "Time points `%s' not found in file `%s'.", m_signal);
         return false;
     }
     return true;

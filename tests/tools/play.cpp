@@ -176,7 +176,9 @@ TEST(Play, TellsWhatAFormulaOfAnotherKindNeeds)
     } rows[] = {{"\\random\\1\\5\\0\\10\\20ns", "with \\RANDOM in capitals"},
                 {"\\counter\\TYPE\\2", "tesk counter"},
                 {"/brel", "such as (H10 L10)4"},
-                {"/custom f.vcd,s", "replays no files"}};
+                {"/custom f.vcd,s", "No such file or directory"},
+                {"/custom f.vcd", "write /custom FILE,SIGNAL"},
+                {"/txt f.txt,s", "give it with --type"}};
     for (const auto &row : rows) {
         const SToolRun run = RunShell("tesk play '" + std::string(row.formula) + "'");
         EXPECT_EQ(run.status, 1) << row.formula;

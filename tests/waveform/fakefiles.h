@@ -23,7 +23,7 @@ struct SFakeSignal {
 };
 
 /// A database in memory. Signal number n has the handle n; the first `m_topLevel` signals are top-level ones.
-class CFakeReader final : public NTARN::IDatabaseReader {
+class CFakeReader : public NTARN::IDatabaseReader {
 public:
     CFakeReader(long long resolution, long long endTime, std::vector<SFakeSignal> signals, int topLevel = -1)
         : m_resolution(resolution), m_endTime(endTime), m_signals(std::move(signals))

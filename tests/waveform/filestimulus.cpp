@@ -201,4 +201,24 @@ TEST_F(FileStimulus, IsRefusedWhateverAReaderRaises)
     EXPECT_EQ(g_OpenWaveformFiles.size(), 4u);
 }
 
+// A reader that finds its file damaged when it is asked for events.
+class CDamagedReader final : public CFakeReader {
+public:
+    using CFakeReader::CFakeReader;
+    NTARN::KEventIterator EventsFrom(int, long long) override { throw NTARN::XFileCorrupted(); }
+};
+
+TEST_F(FileStimulus, HasNoValueAndNoChangeWhereTheReaderFails)
+{
+    Enter("a.db", new CDamagedReader(1000, 100, {{"s"}}));
+    const StimulusPtr stimulus = Create("/custom a.db,s");
+    ASSERT_NE(stimulus, nullptr);
+    stimulus->AllowBinary8BytesValues();
+    SimpleString::CStr text;
+    long long bits = 0;
+    EXPECT_FALSE(stimulus->GetValue(5, text));
+    EXPECT_FALSE(stimulus->GetBinary8BytesValue(5, bits));
+    EXPECT_EQ(stimulus->GetNextEventTime(5), -1);
+}
+
 }  // namespace

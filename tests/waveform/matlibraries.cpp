@@ -93,6 +93,7 @@ TEST_F(MadeUpMatlab, MayCountSizesIn32Bits)
     EXPECT_THAT(ImportMat("there,narrow(2)", RealType), ElementsAre("0:5", "1:6"));
     EXPECT_THAT(ImportMat("there,narrow -row", RealType), ElementsAre("0:1", "1:3", "2:5"));
     EXPECT_THAT(ImportMat("there,good -time_var narrow(2,3)", RealType), ElementsAre("failed")) << "no vector";
+    EXPECT_EQ(ImportMat("there,narrowempty", RealType), ImportMat("there,nothing", RealType));
 }
 
 TEST_F(MadeUpMatlab, MayHaveVariablesOfOneDimension)

@@ -30,7 +30,7 @@ TEST_F(OpenWaveformFiles, HoldAStoreUnderTheNameOfAVcdFile)
     const struct {
         const char *name;
         bool isVcd;
-    } rows[] = {{"a.vcd", true}, {"a.vcd.db", true}, {"/x.vcd/a", true}, {".vcd", false}, {".vcd.vcd", true},
+    } rows[] = {{"a.vcd", true}, {"a.vcd.db", true}, {"/x.vcd/a", true}, {".vcd", false}, {".vcd.vcd", false},
                 {"", false},     {"a.VCD", false},   {"avcd", false},    {"a.vc", false}};
     for (const auto &row : rows)
         EXPECT_EQ(IsVcdFileName(row.name), row.isVcd) << row.name;

