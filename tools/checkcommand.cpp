@@ -37,6 +37,7 @@ int Check(const SCheckOptions &options)
     const long long start = options.start.empty() ? 0 : ReadTimeOption("--start", options.start, resolution);
     if (!options.type.empty())
         IStimulus::SetupAdditionalInfo(SignalName, ReadTypeArgument(options.type).c_str());
+    const CSimulationRun run;
     const StimulusPtr stimulus = CreateStimulus(options.formula, start, resolution);
     long long time = 0;
     const int result = stimulus->CheckSettings(&time);  // first: writing the formula moves the events

@@ -6,6 +6,14 @@
 #include "tools/commandline.h"
 #include "tools/walk.h"
 
+/// While it lives, stimuli may be made. What formulas loaded, open files and tables, goes with it.
+class CSimulationRun {
+public:
+    CSimulationRun() = default;
+    CSimulationRun(const CSimulationRun &) = delete;
+    ~CSimulationRun() { IStimulus::OnEndsim(); }
+};
+
 /// Makes the stimulus. @throw CRefusal that tells what of the formula cannot be used and what would do
 StimulusPtr CreateStimulus(const std::string &formula, long long start, long long resolution);
 

@@ -8,13 +8,6 @@
 
 namespace {
 
-// What is held in memory of open files and tables goes with the run.
-struct SSimulationRun {
-    SSimulationRun() = default;
-    SSimulationRun(const SSimulationRun &) = delete;
-    ~SSimulationRun() { IStimulus::OnEndsim(); }
-};
-
 // Makes the stimuli of a signal, walks them in step and puts together what they show.
 class CPlayer {
 public:
@@ -32,7 +25,7 @@ private:
 
     std::size_t Add(const std::string &formula, SPlayedSignal signal);
 
-    SSimulationRun m_run;  // first: ends behind the stimuli
+    CSimulationRun m_run;  // first: ends behind the stimuli
     std::vector<SNode> m_nodes;
     std::vector<StimulusPtr> m_stimuli;  // of the nodes without elements
     long long m_start;

@@ -48,6 +48,7 @@ int Split(const SSplitOptions &options)
     const long long resolution = ReadResolution(options.resolution);
     const long long start = options.start.empty() ? 0 : ReadTimeOption("--start", options.start, resolution);
     const STarget target = DescribeTarget(options);
+    const CSimulationRun run;
     const auto elements = SplitFormula(options.formula, target.count, target.isBitVector, start, resolution);
     WriteOutput({}, [&](std::ostream &out) {
         for (const SimpleString::CStr &element : elements)
