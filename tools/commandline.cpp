@@ -2,7 +2,10 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
+#include <iostream>
 
 namespace {
 
@@ -95,6 +98,17 @@ CCommand CCommandLine::Add(const std::string &name, const std::string &descripti
 }
 
 int CCommandLine::Run(int argc, char **argv)
+{
+    const int status = Execute(argc, argv);
+    errno = 0;
+    if (status != 0 || std::cout.flush())
+        return status;
+    return Complain(
+        CRefusal(std::string("standard output: cannot be written: ") + std::strerror(errno != 0 ? errno : EIO)),
+        Refused);
+}
+
+int CCommandLine::Execute(int argc, char **argv)
 {
     try {
         m_app->parse(argc, argv);

@@ -70,5 +70,7 @@ public:
     int Run(int argc, char **argv);
 
 private:
+    int Execute(int argc, char **argv);
+
     std::unique_ptr<CLI::App> m_app;
 };

@@ -1,10 +1,12 @@
 #include "tools/fileformula.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <string_view>
 
 #include "core/fileformulaargs.h"
@@ -56,17 +58,16 @@ std::string WithoutClosingQuote(const std::string &formula, const char *rest)
     return text;
 }
 
-// Why the file cannot be read; empty if it can.
-std::string FindFileFault(const std::string &file, const char *extension)
+// Why the file cannot be read; empty if it can. It is not opened: that of a pipe would wait for its writer.
+std::string FindFileFault(const std::string &file, const std::string &extension)
 {
-    for (const std::string &name : {file, file + extension}) {
-        errno = 0;
-        if (std::FILE *opened = std::fopen(name.c_str(), "r")) {
-            std::fclose(opened);
-            return {};
-        }
-    }
-    return "cannot open " + Quote(file) + ": " + std::strerror(errno);
+    std::error_code ignored;
+    if (std::filesystem::is_directory(file, ignored))
+        return "cannot open " + file + ": it is a directory";
+    if (access(file.c_str(), R_OK) == 0)
+        return {};
+    const std::string why = std::strerror(errno);
+    return access((file + extension).c_str(), R_OK) == 0 ? "" : "cannot open " + file + ": " + why;
 }
 
 // Opens a file as what its name says. What is wrong with it is told when the stimulus is made.
@@ -106,7 +107,7 @@ std::string ExplainReplay(const CFileFormulaArgs &args)
 {
     const auto file = OpenQuietly(args);
     if (file == nullptr)
-        return Quote(std::string(args.m_file)) + " cannot be read as what its name says it is";
+        return std::string(args.m_file) + ": cannot be read as what its name says it is";
     const std::string list = "\"tesk signals " + std::string(args.m_file) + "\" lists its signals and their times";
     if (args.m_start.IsEmpty() && args.m_end.IsEmpty())
         return "the file has no signal " + Quote(std::string(args.m_signal)) + ", or no time passes in it; " + list;
@@ -150,10 +151,11 @@ std::string ExplainFileFormula(const std::string &formula, const std::string &er
     if (!kind->parse(rest.c_str(), args))
         return "what stands behind " + std::string(kind->keyword) + " cannot be read" +
                (error.empty() ? "" : " (" + error + ")") + "; write " + kind->form;
-    if (!error.empty())
-        return error;
-    const std::string fault = FindFileFault(std::string(args.m_file), kind->extension);
+    const std::string file(args.m_file);
+    const std::string fault = FindFileFault(file, kind->extension);
     if (!fault.empty())
         return fault;
+    if (!error.empty())
+        return error.find(file) != std::string::npos ? error : file + ": " + error;
     return kind->keyword == CustomKeyword ? ExplainReplay(args) : kind->advice;
 }

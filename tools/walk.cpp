@@ -62,7 +62,8 @@ std::vector<std::vector<SChange>> Walk(const std::vector<StimulusPtr> &stimuli, 
     std::vector<long long> next;
     for (std::size_t i = 0; i < stimuli.size(); ++i) {
         next.push_back(NextTime(*stimuli[i], -1));
-        const std::optional<std::string> value = next[i] > begin ? ValueAt(*stimuli[i], begin) : std::nullopt;
+        const bool isSilent = next[i] == -1 || next[i] > begin;  // until there, or for ever
+        const std::optional<std::string> value = isSilent ? ValueAt(*stimuli[i], begin) : std::nullopt;
         if (value && !value->empty())
             changes[i].push_back({begin, value});
     }

@@ -187,6 +187,46 @@ TEST(Play, TellsWhatAFormulaOfAnotherKindNeeds)
     }
 }
 
+TEST(Play, ShowsTheValueOfASignalThatNeverChanges)
+{
+    const CTemporaryFolder folder;
+    std::ofstream(folder / "constant.vcd")
+        << "$timescale 1ns $end $var wire 1 ! x $end $enddefinitions $end\n#0\n1!\n#9\n";
+    const std::string formula = "'/custom " + (folder / "constant.vcd").string() + ",x'";
+    EXPECT_EQ(Play(formula), "ticks,time,value\n0,0ps,1\n");
+    EXPECT_EQ(Play(formula + " --start 3ns"), "ticks,time,value\n3000,3ns,1\n");
+}
+
+TEST(Play, TellsWhyAFileCannotBeRead)
+{
+    const CTemporaryFolder folder;
+    std::filesystem::create_directory(folder / "d.txt");
+    std::filesystem::create_symlink("loop.fst", folder / "loop.fst");
+    const struct {
+        const char *formula, *why;
+    } rows[] = {{"/txt d.txt,s", "d.txt: it is a directory"},
+                {"/mat d.txt,s", "d.txt: it is a directory"},
+                {"/custom loop.fst,s", "Too many levels of symbolic links"},
+                {"/txt missing.txt,s", "cannot open missing.txt: No such file or directory"},
+                {"/custom missing.fst,s", "cannot open missing.fst: No such file or directory"}};
+    for (const auto &row : rows) {
+        const SToolRun run =
+            RunShell("cd '" + (folder / "").string() + "' && tesk play --type bit '" + std::string(row.formula) + "'");
+        EXPECT_EQ(run.status, 1) << row.formula;
+        EXPECT_EQ(Lines(run.err), 1) << run.err;
+        EXPECT_THAT(run.err, HasSubstr(row.why));
+    }
+}
+
+TEST(Commands, TellWhereTheirOutputCannotBeWritten)
+{
+    for (const char *command : {"type bit", "check '1 0, 0 5'", "clock --period 10ns", "play '1 0'", "--help"}) {
+        const SToolRun run = RunShell("tesk " + std::string(command) + " >/dev/full");
+        EXPECT_EQ(run.status, 1) << command;
+        EXPECT_EQ(run.err, "tesk: standard output: cannot be written: No space left on device\n") << command;
+    }
+}
+
 TEST(Play, TellsWrongUsageApart)
 {
     const SToolRun run = RunShell("tesk play '1 0ns' --res 10nz");
