@@ -35,11 +35,12 @@ public:
     bool ReadRows();
 
 private:
-    enum class ELine { Unread, Values, Times, Other };
+    enum class EName { Values, Times, Other };
 
     void ReadHeader();
+    EName KindOf(std::string_view name) const;
     void TakeCell(std::size_t place);
-    ELine KindOfLine() const;
+    void TakeRow();
     void TakeRowValue();
     void TakeRowTime();
     bool EndRows();
@@ -57,11 +58,13 @@ private:
     const char *m_signal;
     int m_width;
     int m_radix;
+    bool m_isRelative;    // each time counts from the one before
     long long m_time;     // the last time read
     SampleEvent m_value;  // the last value read, owned until it is in the column
     std::size_t m_columnCount = 0;
     std::size_t m_valueColumn = 0;  // columns count from 1; 0 for none
     std::size_t m_timeColumn = 0;
+    std::size_t m_lastColumn = 0;  // the right one of the two
     std::size_t m_valueCount = 0;  // of a table in rows
     std::size_t m_timeCount = 0;
 };
