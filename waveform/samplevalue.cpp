@@ -1,5 +1,6 @@
 #include "waveform/samplevalue.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -27,13 +28,11 @@ std::string_view PlainBits(std::string_view token, int width)
     unsigned others = 0;
     for (const char c : token)
         others |= static_cast<unsigned>(c ^ '0') & ~1U;
-    if (others != 0 || width <= 0)
+    if (others != 0 || width <= 0 || token.empty())
         return {};
     if (token.size() > static_cast<std::size_t>(width))
         token.remove_prefix(token.size() - static_cast<std::size_t>(width));
-    while (token.size() > 1 && token.front() == '0')
-        token.remove_prefix(1);
-    return token;
+    return token.substr(std::min(token.find('1'), token.size() - 1));
 }
 
 // @return a copy of the value in binary; null for none

@@ -36,11 +36,6 @@ CTextTable::CTextTable(std::FILE *file, CSampleColumn &column, const char *signa
       m_isRelative((column.m_args.m_flags & CFileFormulaArgs::FLAG_REL) != 0), m_time(column.m_startTime)
 {}
 
-CTextTable::~CTextTable()
-{
-    FreeSample(m_column, m_value);
-}
-
 inline void CTextTable::ReadTime()
 {
     const double units = static_cast<double>(m_table.TakeNumber());
@@ -48,19 +43,19 @@ inline void CTextTable::ReadTime()
     m_time = m_isRelative ? tesk::WrapAdd(m_time, ticks) : ticks;
 }
 
-// Nothing is owned before: a value goes into the column before the next one is read, or the line is too short.
-inline void CTextTable::ReadValue()
+inline void CTextTable::ReadValue(SampleEvent &event)
 {
-    ConvertSample(m_value, m_table.TakeToken(), m_column, m_width, m_radix);
+    ConvertSample(event, m_table.TakeToken(), m_column, m_width, m_radix);
 }
 
-inline void CTextTable::Append(long long time)
+inline SampleEvent &CTextTable::AddEvent(long long time)
 {
     std::vector<SampleEvent> &events = m_column.m_events;
     if (events.size() == events.capacity())
         events.reserve(std::max(events.size() * 2, m_table.EstimateTotal(events.size())));
-    m_value.m_time = time;
-    events.push_back(std::exchange(m_value, SampleEvent()));
+    SampleEvent &event = events.emplace_back();
+    event.m_time = time;
+    return event;
 }
 
 // The time of an event of a table without times.
@@ -70,17 +65,16 @@ long long CTextTable::StepTime(std::size_t event) const
                                  static_cast<double>(m_column.m_startTime));
 }
 
-// An event is complete with the right one of its two cells.
+// Where the time is right of the value, it comes to the event of that value.
 inline void CTextTable::TakeCell(std::size_t place)
 {
-    if (place == m_timeColumn)
-        ReadTime();
-    else if (place == m_valueColumn)
-        ReadValue();
-    else
+    if (place == m_valueColumn)
+        return ReadValue(AddEvent(m_timeColumn != 0 ? m_time : StepTime(m_column.m_events.size())));
+    if (place != m_timeColumn)
         return m_table.SkipToken();
-    if (place == m_lastColumn)
-        Append(m_timeColumn != 0 ? m_time : StepTime(m_column.m_events.size()));
+    ReadTime();
+    if (m_valueColumn < m_timeColumn)
+        m_column.m_events.back().m_time = m_time;
 }
 
 bool CTextTable::ReadColumns()
@@ -95,10 +89,11 @@ bool CTextTable::ReadColumns()
         case CTableReader::EPiece::Token: TakeCell(++place); break;
         case CTableReader::EPiece::LineEnd:
             ++row;
-            if (!CheckColumnCount(std::exchange(place, 0), row))
-                return false;
+            if (place != 0 && place != m_columnCount)
+                return RefuseRow(row);
+            place = 0;
             break;
-        case CTableReader::EPiece::FileEnd: return true;  // deliberate: a last line without an end may be short
+        case CTableReader::EPiece::FileEnd: return EndColumns(place);
         }
     }
 }
@@ -114,6 +109,14 @@ bool CTextTable::ReadRows()
     }
 }
 
+// Deliberate: a last line without an end may be short. Its value counts only if its time has come, too.
+bool CTextTable::EndColumns(std::size_t place)
+{
+    if (m_valueColumn <= place && place < m_timeColumn)
+        EraseSamples(m_column, m_column.m_events.size() - 1, 1);
+    return true;
+}
+
 void CTextTable::ReadHeader()
 {
     while (m_table.Find() == CTableReader::EPiece::Token) {
@@ -124,7 +127,6 @@ void CTextTable::ReadHeader()
         case EName::Other: break;
         }
     }
-    m_lastColumn = std::max(m_timeColumn, m_valueColumn);
 }
 
 CTextTable::EName CTextTable::KindOf(std::string_view name) const
@@ -147,20 +149,14 @@ void CTextTable::TakeRow()
 
 void CTextTable::TakeRowValue()
 {
-    ReadValue();
-    if (++m_valueCount > m_timeCount)
-        return Append(0);
-    SampleEvent &event = m_column.m_events[m_valueCount - 1];
-    m_value.m_time = event.m_time;
-    event = std::exchange(m_value, SampleEvent());
+    ReadValue(++m_valueCount > m_timeCount ? AddEvent(0) : m_column.m_events[m_valueCount - 1]);
 }
 
 void CTextTable::TakeRowTime()
 {
     ReadTime();
-    if (++m_timeCount > m_valueCount)
-        return Append(m_time);
-    m_column.m_events[m_timeCount - 1].m_time = m_time;
+    SampleEvent &event = ++m_timeCount > m_valueCount ? AddEvent(0) : m_column.m_events[m_timeCount - 1];
+    event.m_time = m_time;
 }
 
 bool CTextTable::EndRows()
@@ -194,10 +190,8 @@ bool CTextTable::CheckFound(bool hasValues, bool hasTimes) const
 }
 
 // Deliberate: `row` counts line ends, so that CR and LF together are two.
-bool CTextTable::CheckColumnCount(std::size_t count, long long row) const
+bool CTextTable::RefuseRow(long long row) const
 {
-    if (count == 0 || count == m_columnCount)
-        return true;
     SimpleString::CStr text;
     text.Format("Improper columns number in row %d of file `%s'.", static_cast<int>(row),
                 static_cast<const char *>(m_column.m_args.m_file));
