@@ -48,11 +48,17 @@ inline void CTextTable::ReadValue(SampleEvent &event)
     ConvertSample(event, m_table.TakeToken(), m_column, m_width, m_radix);
 }
 
+void CTextTable::Grow()
+{
+    std::vector<SampleEvent> &events = m_column.m_events;
+    events.reserve(std::max(events.size() * 2, m_table.EstimateTotal(events.size())));
+}
+
 inline SampleEvent &CTextTable::AddEvent(long long time)
 {
     std::vector<SampleEvent> &events = m_column.m_events;
     if (events.size() == events.capacity())
-        events.reserve(std::max(events.size() * 2, m_table.EstimateTotal(events.size())));
+        Grow();
     SampleEvent &event = events.emplace_back();
     event.m_time = time;
     return event;

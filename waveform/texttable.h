@@ -50,6 +50,7 @@ private:
     bool RefuseRow(long long row) const;
     void ReadTime();
     void ReadValue(SampleEvent &event);
+    void Grow();
     SampleEvent &AddEvent(long long time);
     long long StepTime(std::size_t event) const;
 

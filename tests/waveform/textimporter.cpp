@@ -357,6 +357,19 @@ TEST_F(ImportTextFileTest, ReadsTokensThatLieAcrossTheBlocksOfTheFile)
             expected);
 }
 
+// What the beginning of a file tells about the rest of it may be wrong by far.
+TEST_F(ImportTextFileTest, ReservesNoRoomForTheEventsOfAnEmptyRest)
+{
+    ASSERT_NE(ImportTable("s 1 0 1" + std::string(8 << 20, '\n'), "s -row"), std::nullopt);
+    EXPECT_LT(g_SampleColumns.at(g_NextSampleHandle - 1)->m_events.capacity(), 100U);
+}
+
+TEST_F(ImportTextFileTest, DropsTheZerosInFrontOfBitsAndTheBitsBeyondTheWidth)
+{
+    EXPECT_THAT(ImportTable("s\n0\n1\n00000000\n00000001\n00010010\n1111111100000000\n111110000101\n", "s"),
+                Optional(ElementsAre("0:0", "1:1", "2:0", "3:1", "4:10010", "5:0", "6:10000101")));
+}
+
 // The values of one token, by the type of the signal.
 TEST(ConvertSample, WritesAValueAsTheTypeWantsIt)
 {
