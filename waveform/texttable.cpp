@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/stimulus.h"
+#include "platform/largepages.h"
 #include "platform/log.h"
 #include "settings/wrap.h"
 #include "waveform/samplesteps.h"
@@ -52,6 +53,7 @@ void CTextTable::Grow()
 {
     std::vector<SampleEvent> &events = m_column.m_events;
     events.reserve(std::max(events.size() * 2, m_table.EstimateTotal(events.size())));
+    PreferLargePages(events.data(), events.capacity() * sizeof(SampleEvent));
 }
 
 inline SampleEvent &CTextTable::AddEvent(long long time)
