@@ -19,7 +19,7 @@ double SizeOf(std::FILE *file)
 
 }  // namespace
 
-CTableReader::CTableReader(std::FILE *file) : m_file(file), m_fileSize(SizeOf(file)), m_buffer(BlockSize + 1)
+CTableReader::CTableReader(std::FILE *file) : m_file(file), m_fileSize(SizeOf(file)), m_buffer(BlockSize + Slack)
 {
     SetContent(0);
     m_position = m_end;
@@ -64,9 +64,9 @@ bool CTableReader::RefillBehind(char *keep)
 {
     const std::size_t kept = static_cast<std::size_t>(m_end - keep);
     std::memmove(m_buffer.data(), keep, kept);
-    if (m_buffer.size() - 1 - kept < BlockSize / 2)
+    if (m_buffer.size() - Slack - kept < BlockSize / 2)
         m_buffer.resize(m_buffer.size() * 2);
-    const std::size_t count = std::fread(m_buffer.data() + kept, 1, m_buffer.size() - 1 - kept, m_file);
+    const std::size_t count = std::fread(m_buffer.data() + kept, 1, m_buffer.size() - Slack - kept, m_file);
     m_bytesRead += static_cast<double>(count);
     SetContent(kept + count);
     m_position = m_buffer.data() + kept;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/crt.h"
+#include "waveform/eightdigits.h"
 
 /// Reads the pieces of a file. Values are separated by blanks, tabs, commas and semicolons, runs of them counting as
 /// one. Each CR and each LF is a line end of its own.
@@ -54,12 +55,14 @@ private:
     bool RefillBehind(char *keep);
     void SetContent(std::size_t length);
 
+    static constexpr std::size_t Slack = 8;  // a line end, and bytes that may be looked at together with it
+
     std::FILE *m_file;
     double m_fileSize;  // bytes; 0 if not known
     double m_bytesRead = 0;
-    std::vector<char> m_buffer;
-    char *m_position;  // where reading goes on
-    char *m_end;       // of what has been read; a line end stands there, which ends every run of other bytes
+    std::vector<char> m_buffer;  // with Slack behind what has been read
+    char *m_position;            // where reading goes on
+    char *m_end;                 // of what has been read; a line end stands there, which ends every run of other bytes
 };
 
 inline CTableReader::EPiece CTableReader::Find()
@@ -89,6 +92,8 @@ inline long long CTableReader::TakeNumber()
     constexpr std::ptrdiff_t SafeDigits = 18;
     unsigned long long number = 0;
     char *end = m_position;
+    if (ReadEightDigits(end, number))
+        end += 8;
     for (; *end >= '0' && *end <= '9'; ++end)
         number = number * 10 + static_cast<unsigned>(*end - '0');
     if (KindOf(*end) == Value || end == m_end || end - m_position > SafeDigits)
