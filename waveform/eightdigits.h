@@ -7,8 +7,7 @@
 
 /// Reads the number of the eight bytes at `text` in three multiplications, each of which joins neighbours: digits to
 /// numbers of two digits, these to numbers of four, these to one of eight.
-/// @return false, with `number` left alone, if one of the bytes is no digit, and always on
-/// machines that have the lowest byte of a number behind
+/// @return false, with `number` left alone, if one of the bytes is no digit, and always where numbers lie the other way
 inline bool ReadEightDigits(const char *text, unsigned long long &number)
 {
     if constexpr (std::endian::native != std::endian::little)
@@ -16,8 +15,7 @@ inline bool ReadEightDigits(const char *text, unsigned long long &number)
     std::uint64_t bytes = 0;
     std::memcpy(&bytes, text, sizeof bytes);
     constexpr std::uint64_t HighHalves = 0xF0F0F0F0F0F0F0F0, Zeros = 0x3030303030303030;
-    constexpr std::uint64_t Sixes =
-        0x0606060606060606;  // with 6 more a digit still has its high half, no other byte has
+    constexpr std::uint64_t Sixes = 0x0606060606060606;  // of all bytes 3., only digits stay 3. with 6 more
     if ((bytes & HighHalves) != Zeros || ((bytes + Sixes) & HighHalves) != Zeros)
         return false;
     bytes -= Zeros;

@@ -345,16 +345,17 @@ TEST_F(ImportTextFileTest, EndsAValueAtAZeroByte)
 
 TEST_F(ImportTextFileTest, ReadsTokensThatLieAcrossTheBlocksOfTheFile)
 {
-    std::string table = "t s\n";
-    CTexts expected;
-    for (int i = 0; i < 60000; ++i) {
-        table += std::to_string(1000000 + i) + (i % 7 == 0 ? "\t , " : " ") + std::to_string(i) + "\r\n";
-        expected.push_back(std::to_string(1000000 + i) + ":" + std::to_string(i));
+    for (const long long first : {1000000LL, 10000000LL, 1000000000000LL}) {
+        std::string table = "t s\n";
+        CTexts expected;
+        for (int i = 0; i < 40000; ++i) {
+            const std::string time = std::to_string(first + i);
+            table += time + (i % 7 == 0 ? "\t , " : " ") + std::to_string(i) + "\r\n";
+            expected.push_back(time + ":" + std::to_string(i));
+        }
+        for (std::size_t shift = 0; shift < 4; ++shift)
+            ASSERT_EQ(ImportTable(std::string(shift, ' ') + table, "s -time_points t", IntegerType), expected);
     }
-    for (int shift = 0; shift < 4; ++shift)
-        ASSERT_EQ(
-            ImportTable(std::string(static_cast<std::size_t>(shift), ' ') + table, "s -time_points t", IntegerType),
-            expected);
 }
 
 // What the beginning of a file tells about the rest of it may be wrong by far.
