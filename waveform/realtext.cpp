@@ -1,6 +1,8 @@
 #include "waveform/realtext.h"
 
 #include <algorithm>
+#include <array>
+#include <cfloat>
 #include <charconv>
 #include <limits>
 
@@ -15,6 +17,29 @@ bool StartsWithLower(std::string_view text, std::string_view word)
 {
     const auto equal = [](char left, char right) { return (left | ('a' - 'A')) == right; };
     return text.size() >= word.size() && std::ranges::equal(text.substr(0, word.size()), word, equal);
+}
+
+// The common case: digits with or without a point, so few that number and power of ten are exact, which makes their
+// quotient the nearest number (IEEE 754). @return false for any other text
+bool ReadPlain(std::string_view text, double &number)
+{
+    constexpr std::size_t MostDigits = 15;
+    static constexpr std::array<double, MostDigits + 1> Powers = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                                  1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    if (FLT_EVAL_METHOD != 0 || text.empty() || text.size() > MostDigits)
+        return false;
+    long long digits = 0;
+    std::size_t behindPoint = text.size();
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] >= '0' && text[i] <= '9')
+            digits = digits * 10 + (text[i] - '0');
+        else if (text[i] == '.' && behindPoint == text.size() && text.size() > 1)
+            behindPoint = i + 1;
+        else
+            return false;
+    }
+    number = static_cast<double>(digits) / Powers[text.size() - behindPoint];
+    return true;
 }
 
 // Whether a number that is out of range is too large: the place of its first digit other than 0, together with the
@@ -48,13 +73,17 @@ bool ReadReal(std::string_view text, double &number)
     const bool isNegative = text.starts_with('-');
     if (isNegative || text.starts_with('+'))
         text.remove_prefix(1);
+    double value = 0;
+    if (ReadPlain(text, value)) {
+        number = isNegative ? -value : value;
+        return true;
+    }
     const bool isHex = StartsWithLower(text, "0x");
     if (isHex)
         text.remove_prefix(2);
     if (text.starts_with('-') || (StartsWithLower(text, "infi") && !StartsWithLower(text, "infinity")))
         return false;
 
-    double value = 0;
     const std::from_chars_result result = std::from_chars(text.data(), text.data() + text.size(), value,
                                                           isHex ? std::chars_format::hex : std::chars_format::general);
     if (result.ec == std::errc::invalid_argument)

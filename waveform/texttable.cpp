@@ -2,30 +2,16 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <string>
 #include <utility>
 
 #include "core/stimulus.h"
-#include "platform/crt.h"
+#include "platform/largepages.h"
 #include "platform/log.h"
 #include "settings/wrap.h"
 #include "waveform/samplesteps.h"
 #include "waveform/samplevalue.h"
 
 namespace {
-
-// Reads as `_atoi64`, of which it is the common case.
-long long ReadWholeNumber(std::string_view token)
-{
-    constexpr std::size_t SafeDigits = 18;
-    long long number = 0;
-    for (const char c : token.substr(0, SafeDigits)) {
-        if (c < '0' || c > '9')
-            return _atoi64(std::string(token).c_str());
-        number = number * 10 + (c - '0');
-    }
-    return token.size() <= SafeDigits ? number : _atoi64(std::string(token).c_str());
-}
 
 // A directory can be opened on some systems, but it holds no table.
 std::FILE *OpenFile(const char *name)
@@ -47,12 +33,56 @@ CFilePtr OpenTextTable(SimpleString::CStr &name)
 }
 
 CTextTable::CTextTable(std::FILE *file, CSampleColumn &column, const char *signal, int width, int radix)
-    : m_table(file), m_column(column), m_signal(signal), m_width(width), m_radix(radix), m_time(column.m_startTime)
+    : m_table(file), m_column(column), m_signal(signal), m_width(width), m_radix(radix),
+      m_isRelative((column.m_args.m_flags & CFileFormulaArgs::FLAG_REL) != 0), m_time(column.m_startTime)
 {}
 
-CTextTable::~CTextTable()
+inline void CTextTable::ReadTime()
 {
-    FreeSample(m_column, m_value);
+    const double units = static_cast<double>(m_table.TakeNumber());
+    const long long ticks = tesk::TruncateToInt64(units * m_column.m_interval / static_cast<double>(g_simRes));
+    m_time = m_isRelative ? tesk::WrapAdd(m_time, ticks) : ticks;
+}
+
+inline void CTextTable::ReadValue(SampleEvent &event)
+{
+    ConvertSample(event, m_table.TakeToken(), m_column, m_width, m_radix);
+}
+
+void CTextTable::Grow()
+{
+    std::vector<SampleEvent> &events = m_column.m_events;
+    events.reserve(std::max(events.size() * 2, m_table.EstimateTotal(events.size())));
+    PreferLargePages(events.data(), events.capacity() * sizeof(SampleEvent));
+}
+
+inline SampleEvent &CTextTable::AddEvent(long long time)
+{
+    std::vector<SampleEvent> &events = m_column.m_events;
+    if (events.size() == events.capacity())
+        Grow();
+    SampleEvent &event = events.emplace_back();
+    event.m_time = time;
+    return event;
+}
+
+// The time of an event of a table without times.
+long long CTextTable::StepTime(std::size_t event) const
+{
+    return tesk::TruncateToInt64(static_cast<double>(event) * m_column.m_interval / static_cast<double>(g_simRes) +
+                                 static_cast<double>(m_column.m_startTime));
+}
+
+// Where the time is right of the value, it comes to the event of that value.
+inline void CTextTable::TakeCell(std::size_t place)
+{
+    if (place == m_valueColumn)
+        return ReadValue(AddEvent(m_timeColumn != 0 ? m_time : StepTime(m_column.m_events.size())));
+    if (place != m_timeColumn)
+        return m_table.SkipToken();
+    ReadTime();
+    if (m_valueColumn < m_timeColumn)
+        m_column.m_events.back().m_time = m_time;
 }
 
 bool CTextTable::ReadColumns()
@@ -63,82 +93,78 @@ bool CTextTable::ReadColumns()
     long long row = 1;
     std::size_t place = 0;
     for (;;) {
-        switch (m_table.Next()) {
+        switch (m_table.Find()) {
         case CTableReader::EPiece::Token: TakeCell(++place); break;
         case CTableReader::EPiece::LineEnd:
             ++row;
-            if (!CheckColumnCount(std::exchange(place, 0), row))
-                return false;
+            if (place != 0 && place != m_columnCount)
+                return RefuseRow(row);
+            place = 0;
             break;
-        case CTableReader::EPiece::FileEnd: return true;  // deliberate: a last line without an end may be short
+        case CTableReader::EPiece::FileEnd: return EndColumns(place);
         }
     }
 }
 
 bool CTextTable::ReadRows()
 {
-    ELine line = ELine::Unread;
     for (;;) {
-        const CTableReader::EPiece piece = m_table.Next();
-        if (piece == CTableReader::EPiece::FileEnd)
-            return EndRows();
-        if (piece == CTableReader::EPiece::LineEnd)
-            line = ELine::Unread;
-        else if (line == ELine::Unread)
-            line = KindOfLine();
-        else if (line == ELine::Values)
-            TakeRowValue();
-        else if (line == ELine::Times)
-            TakeRowTime();
+        switch (m_table.Find()) {
+        case CTableReader::EPiece::Token: TakeRow(); break;
+        case CTableReader::EPiece::LineEnd: break;
+        case CTableReader::EPiece::FileEnd: return EndRows();
+        }
     }
+}
+
+// Deliberate: a last line without an end may be short. Its value counts only if its time has come, too.
+bool CTextTable::EndColumns(std::size_t place)
+{
+    if (m_valueColumn <= place && place < m_timeColumn)
+        EraseSamples(m_column, m_column.m_events.size() - 1, 1);
+    return true;
 }
 
 void CTextTable::ReadHeader()
 {
-    while (m_table.Next() == CTableReader::EPiece::Token) {
+    while (m_table.Find() == CTableReader::EPiece::Token) {
         ++m_columnCount;
-        if (m_table.Token() == m_signal)
-            m_valueColumn = m_columnCount;
-        else if (HasTimes() && m_table.Token() == static_cast<const char *>(m_column.m_args.m_timeSource))
-            m_timeColumn = m_columnCount;
+        switch (KindOf(m_table.TakeToken())) {
+        case EName::Values: m_valueColumn = m_columnCount; break;
+        case EName::Times: m_timeColumn = m_columnCount; break;
+        case EName::Other: break;
+        }
     }
 }
 
-// An event is complete with the right one of its two cells.
-void CTextTable::TakeCell(std::size_t place)
+CTextTable::EName CTextTable::KindOf(std::string_view name) const
 {
-    if (place == m_timeColumn)
-        ReadTime();
-    else if (place == m_valueColumn)
-        ReadValue();
-    if (place == std::max(m_timeColumn, m_valueColumn))
-        Append(m_timeColumn != 0 ? m_time : StepTime(m_column.m_events.size()));
+    if (name == m_signal)
+        return EName::Values;
+    const bool isTime = HasTimes() && name == static_cast<const char *>(m_column.m_args.m_timeSource);
+    return isTime ? EName::Times : EName::Other;
 }
 
-CTextTable::ELine CTextTable::KindOfLine() const
+// A line from its name on. The end of a table ends the last line, too, and is found again.
+void CTextTable::TakeRow()
 {
-    if (m_table.Token() == m_signal)
-        return ELine::Values;
-    const bool isTime = HasTimes() && m_table.Token() == static_cast<const char *>(m_column.m_args.m_timeSource);
-    return isTime ? ELine::Times : ELine::Other;
+    const EName name = KindOf(m_table.TakeToken());
+    if (name == EName::Other)
+        return m_table.SkipLine();
+    while (m_table.Find() == CTableReader::EPiece::Token)
+        name == EName::Values ? TakeRowValue() : TakeRowTime();
 }
 
 void CTextTable::TakeRowValue()
 {
-    ReadValue();
-    if (++m_valueCount > m_timeCount)
-        return Append(0);
-    SampleEvent &event = m_column.m_events[m_valueCount - 1];
-    m_value.m_time = event.m_time;
-    event = std::exchange(m_value, SampleEvent());
+    ReadValue(++m_valueCount > m_timeCount ? AddEvent(0) : m_column.m_events[m_valueCount - 1]);
 }
 
 void CTextTable::TakeRowTime()
 {
     ReadTime();
-    if (++m_timeCount > m_valueCount)
-        return Append(m_time);
-    m_column.m_events[m_timeCount - 1].m_time = m_time;
+    SampleEvent &event = ++m_timeCount > m_valueCount ? AddEvent(0) : m_column.m_events[m_timeCount - 1];
+    event.m_time = m_time;
 }
 
 bool CTextTable::EndRows()
@@ -173,44 +199,11 @@ bool CTextTable::CheckFound(bool hasValues, bool hasTimes) const
 }
 
 // Deliberate: `row` counts line ends, so that CR and LF together are two.
-bool CTextTable::CheckColumnCount(std::size_t count, long long row) const
+bool CTextTable::RefuseRow(long long row) const
 {
-    if (count == 0 || count == m_columnCount)
-        return true;
     SimpleString::CStr text;
     text.Format("Improper columns number in row %d of file `%s'.", static_cast<int>(row),
                 static_cast<const char *>(m_column.m_args.m_file));
     Q71log_PrintFormattedString(1, "KERNEL", "", text);
     return false;
-}
-
-void CTextTable::ReadTime()
-{
-    const double units = static_cast<double>(ReadWholeNumber(m_table.Token()));
-    const long long ticks = tesk::TruncateToInt64(units * m_column.m_interval / static_cast<double>(g_simRes));
-    const bool isRelative = (m_column.m_args.m_flags & CFileFormulaArgs::FLAG_REL) != 0;
-    m_time = isRelative ? tesk::WrapAdd(m_time, ticks) : ticks;
-}
-
-void CTextTable::ReadValue()
-{
-    FreeSample(m_column, m_value);
-    ConvertSample(m_value, m_table.Token(), m_column, m_width, m_radix);
-}
-
-void CTextTable::Append(long long time)
-{
-    m_value.m_time = time;
-    std::vector<SampleEvent> &events = m_column.m_events;
-    if (events.size() == events.capacity())
-        events.reserve(std::max(events.size() * 2, m_table.EstimateTotal(events.size())));
-    events.push_back(m_value);
-    m_value = SampleEvent();
-}
-
-// The time of an event of a table without times.
-long long CTextTable::StepTime(std::size_t event) const
-{
-    return tesk::TruncateToInt64(static_cast<double>(event) * m_column.m_interval / static_cast<double>(g_simRes) +
-                                 static_cast<double>(m_column.m_startTime));
 }

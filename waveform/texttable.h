@@ -27,7 +27,6 @@ public:
     CTextTable(std::FILE *file, CSampleColumn &column, const char *signal, int width, int radix);
     CTextTable(const CTextTable &) = delete;
     CTextTable &operator=(const CTextTable &) = delete;
-    ~CTextTable();
 
     /// The first line names the columns. @return false, with a message, if the table is not as it should be
     bool ReadColumns();
@@ -35,21 +34,24 @@ public:
     bool ReadRows();
 
 private:
-    enum class ELine { Unread, Values, Times, Other };
+    enum class EName { Values, Times, Other };
 
     void ReadHeader();
+    EName KindOf(std::string_view name) const;
     void TakeCell(std::size_t place);
-    ELine KindOfLine() const;
+    bool EndColumns(std::size_t place);
+    void TakeRow();
     void TakeRowValue();
     void TakeRowTime();
     bool EndRows();
 
     bool HasTimes() const { return (m_column.m_args.m_flags & CFileFormulaArgs::FLAG_TIME_POINTS) != 0; }
     bool CheckFound(bool hasValues, bool hasTimes) const;
-    bool CheckColumnCount(std::size_t count, long long row) const;
+    bool RefuseRow(long long row) const;
     void ReadTime();
-    void ReadValue();
-    void Append(long long time);
+    void ReadValue(SampleEvent &event);
+    void Grow();
+    SampleEvent &AddEvent(long long time);
     long long StepTime(std::size_t event) const;
 
     CTableReader m_table;
@@ -57,8 +59,8 @@ private:
     const char *m_signal;
     int m_width;
     int m_radix;
-    long long m_time;     // the last time read
-    SampleEvent m_value;  // the last value read, owned until it is in the column
+    bool m_isRelative;  // each time counts from the one before
+    long long m_time;   // the last time read
     std::size_t m_columnCount = 0;
     std::size_t m_valueColumn = 0;  // columns count from 1; 0 for none
     std::size_t m_timeColumn = 0;

@@ -113,4 +113,19 @@ TEST(ReadReal, AgreesWithScanfOnRandomTexts)
     }
 }
 
+TEST(ReadReal, TakesTheNearestNumberToPlainDigits)
+{
+    std::mt19937 random(6);
+    for (int round = 0; round < 20000; ++round) {
+        std::string text;
+        for (auto i = 1 + random() % 18; i-- > 0;)
+            text += static_cast<char>('0' + random() % 10);
+        text.insert(random() % (text.size() + 1), random() % 4 != 0 ? "." : "");
+        ExpectSame(random() % 2 != 0 ? "-" + text : text);
+    }
+    for (const char *text : {"999999999999999", "9999999999999999", "0.00000000000001", ".000000000000001", "-0", "-0.",
+                             "-.", "1.2.3", "..1", "000000000000000", "0000000000000001"})
+        ExpectSame(text);
+}
+
 }  // namespace
