@@ -13,11 +13,13 @@
 
 namespace {
 
-// A directory can be opened on some systems, but it holds no table.
+// A directory can be opened on some systems, but it holds no table, and a device may never end.
 std::FILE *OpenFile(const char *name)
 {
     std::error_code ignored;
-    return std::filesystem::is_directory(name, ignored) ? nullptr : std::fopen(name, "rb");
+    const auto type = std::filesystem::status(name, ignored).type();
+    const bool canHoldTable = type == std::filesystem::file_type::regular || type == std::filesystem::file_type::fifo;
+    return canHoldTable ? std::fopen(name, "rb") : nullptr;
 }
 
 }  // namespace

@@ -286,6 +286,7 @@ TEST_F(ImportTextFileTest, AddsTheExtensionThatTheFormulaLeftOut)
     EXPECT_THAT(Import("folder,s", VectorType(8)), Optional(ElementsAre("0:10")));
     EXPECT_EQ(Import("missing,s", BitType), std::nullopt);
     EXPECT_THAT(Messages(), IsEmpty());
+    EXPECT_FALSE(Import("/dev/zero,s", IntegerType));  // it never ends
 }
 
 TEST_F(ImportTextFileTest, NamesTheFileInMessagesAsItWasOpened)
