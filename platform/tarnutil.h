@@ -13,6 +13,25 @@ struct WaveEvent {
     std::uint64_t m_unused = 0;  ///< kept and never read
 };
 
+/// The positions of up to 64 neighbouring elements of an array of an enumeration: bit i of `m_planes[p]` is bit p of the
+/// position of the element that stands i to the left of the last.
+struct WaveWord {
+    std::uint64_t m_planes[4];
+
+    bool operator==(const WaveWord &) const = default;
+};
+
+/// No element has a value: all have the position 15.
+inline constexpr WaveWord NoWord = {{~0ULL, ~0ULL, ~0ULL, ~0ULL}};
+
+inline std::uint8_t PositionAt(const WaveWord &word, unsigned element)
+{
+    unsigned position = 0;
+    for (unsigned plane = 0; plane < 4; ++plane)
+        position |= static_cast<unsigned>(word.m_planes[plane] >> element & 1) << plane;
+    return static_cast<std::uint8_t>(position);
+}
+
 namespace NTARN {
 
 /// Receives an imported file. The importer announces a signal with `addSignal`, then each of its scalar elements with
@@ -55,6 +74,20 @@ public:
 
 protected:
     ~IEventSharing() = default;
+};
+
+/// May be implemented by a writer beside `IDatabaseStreamWriter`. An importer then sends the events of the elements of a
+/// bus by this alone, up to 64 elements at once and always the same together, and all others by `addEvent`.
+class TESK_API IWordEvents {
+public:
+    /// Each element whose position is not that in the word before has an event. `NoWord` is in front of the first.
+    /// @param last   handle of the last element
+    /// @param count  of the elements, 1 to 64; the bits of others mean nothing
+    /// @param time   file ticks
+    virtual void addWord(const long long *last, std::intptr_t count, const long long *time, const WaveWord *word) = 0;
+
+protected:
+    ~IWordEvents() = default;
 };
 
 namespace NImport {

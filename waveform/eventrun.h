@@ -3,8 +3,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
+#include <utility>
 
 #include "platform/tarnutil.h"
+
+struct SEventPlace;
+struct SPackedEvents;
 
 /// Costs 16 bytes while it is empty; an event of an enumeration then takes one to four bytes for most files.
 ///
@@ -12,13 +17,13 @@
 /// An event is the time since the one before and the position of its value, or behind that the value as a whole.
 class CEventRun {
 public:
-    static constexpr std::size_t NotShared = SIZE_MAX;
+    static constexpr std::size_t NotShared = UINT32_MAX;
+    static constexpr std::uint32_t NoWords = UINT32_MAX;
 
     CEventRun() = default;
-    CEventRun(CEventRun &&other) noexcept : m_events(other.m_events), m_sharedWith(other.m_sharedWith)
-    {
-        other.m_events = nullptr;
-    }
+    CEventRun(CEventRun &&other) noexcept
+        : m_events(std::exchange(other.m_events, nullptr)), m_sharedWith(other.m_sharedWith), m_words(other.m_words)
+    {}
     CEventRun &operator=(CEventRun &&other) = delete;
     ~CEventRun();
 
@@ -31,6 +36,9 @@ public:
     bool FindLast(long long time, WaveEvent &event) const;
     /// Finds the first event later than `time`.
     bool FindNext(long long time, WaveEvent &event) const;
+    /// Copies the events behind `place`, as many as there is room for, and moves it behind them.
+    /// @return how many
+    std::size_t Read(SEventPlace &place, std::span<WaveEvent> events) const;
 
     /// Gives up the events. From now on the run only names another one, whose events count as its own.
     void ShareWith(std::size_t other);
@@ -38,12 +46,14 @@ public:
     /// run alone.
     std::size_t SharedWith() const { return m_sharedWith; }
 
-private:
-    struct SEvents;
+    /// The number of the words in which more events of the element may wait, `NoWords` for none; of use to the owner alone.
+    std::uint32_t Words() const { return m_words; }
+    void SetWords(std::uint32_t words) { m_words = words; }
 
-    void Reserve(std::size_t size);
+private:
     std::size_t CountBlocksUpTo(long long time) const;
 
-    SEvents *m_events = nullptr;
-    std::size_t m_sharedWith = NotShared;
+    SPackedEvents *m_events = nullptr;
+    std::uint32_t m_sharedWith = NotShared;
+    std::uint32_t m_words = NoWords;
 };

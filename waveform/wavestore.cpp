@@ -14,6 +14,7 @@
 #include "settings/wrap.h"
 #include "waveform/eventrun.h"
 #include "waveform/pendingevents.h"
+#include "waveform/wordrun.h"
 
 struct WaveStore::WaveSignal {
     std::string m_name;                          // full name
@@ -128,8 +129,39 @@ void WaveStore::shareEvents(const long long *handle, const long long *original)
     Settle();
     const std::size_t run = FindRun(*handle);
     const std::size_t other = FindRun(*original);
-    if (run != NoRun && other != NoRun && run != other)
-        m_events[run].ShareWith(other);
+    if (run == NoRun || other == NoRun || run == other)
+        return;
+    SettleWords(m_events[run].Words());
+    m_events[run].ShareWith(other);
+}
+
+void WaveStore::addWord(const long long *last, std::intptr_t count, const long long *time, const WaveWord *word)
+{
+    if (last == nullptr || time == nullptr || word == nullptr)
+        return;
+    if (*last < 1 || *last > static_cast<long long>(m_events.size()))
+        return;
+    const CEventRun &run = m_events[static_cast<std::size_t>(*last - 1)];
+    if (run.Words() == CEventRun::NoWords && !BeginWords(*last, count))
+        return;
+    CWordRun &words = m_words[run.Words()];
+    if (words.Last() == *last && words.Count() == count)
+        words.Append(*time, *word);
+}
+
+// @return false if the elements do not exist, or some go together with others
+bool WaveStore::BeginWords(long long last, std::intptr_t count)
+{
+    if (count < 1 || count > 64 || count > last)
+        return false;
+    const std::span elements(m_events.data() + (last - count), static_cast<std::size_t>(count));
+    if (!std::ranges::all_of(elements, [](const CEventRun &run) { return run.Words() == CEventRun::NoWords; }))
+        return false;
+    ReserveForOne(m_words);
+    m_words.emplace_back(static_cast<std::uint32_t>(last), static_cast<std::uint32_t>(count));
+    for (CEventRun &run : elements)
+        run.SetWords(static_cast<std::uint32_t>(m_words.size() - 1));
+    return true;
 }
 
 void WaveStore::endEvents()
@@ -145,6 +177,19 @@ void WaveStore::Settle() const
         return;
     m_pending->HandOut([this](std::uint64_t run, const WaveEvent &event) {
         m_events[FindRun(static_cast<long long>(run) + 1)].Append(event);
+    });
+}
+
+// Stores what waits in words.
+void WaveStore::SettleWords(std::uint32_t words) const
+{
+    if (words == CEventRun::NoWords)
+        return;
+    CEventRun *const lastRun = m_events.data() + (m_words[words].Last() - 1);
+    m_words[words].HandOut([lastRun](unsigned element, const WaveEvent &event) {
+        CEventRun &run = *(lastRun - element);
+        if (run.SharedWith() == CEventRun::NotShared)
+            run.Append(event);
     });
 }
 
@@ -225,25 +270,39 @@ SStoredSignal WaveStore::GetSignal(std::size_t index) const
     return {signal.m_name.c_str(), signal.m_type, signal.m_firstHandle, signal.m_lastHandle};
 }
 
-bool WaveStore::HasEvents(long long handle) const
+// The run that holds the events of a handle, with all of them in it; null for a handle that was not added.
+const CEventRun *WaveStore::FindSettled(long long handle) const
 {
     Settle();
     const std::size_t run = FindRun(handle);
-    return run != NoRun && !m_events[run].IsEmpty();
+    if (run == NoRun)
+        return nullptr;
+    SettleWords(m_events[run].Words());
+    return &m_events[run];
+}
+
+bool WaveStore::HasEvents(long long handle) const
+{
+    const CEventRun *const run = FindSettled(handle);
+    return run != nullptr && !run->IsEmpty();
 }
 
 const WaveEvent *WaveStore::FindLast(long long handle, long long time) const
 {
-    Settle();
-    const std::size_t run = FindRun(handle);
-    return run != NoRun && m_events[run].FindLast(time, m_last) ? &m_last : nullptr;
+    const CEventRun *const run = FindSettled(handle);
+    return run != nullptr && run->FindLast(time, m_last) ? &m_last : nullptr;
 }
 
 const WaveEvent *WaveStore::FindNext(long long handle, long long time) const
 {
-    Settle();
-    const std::size_t run = FindRun(handle);
-    return run != NoRun && m_events[run].FindNext(time, m_next) ? &m_next : nullptr;
+    const CEventRun *const run = FindSettled(handle);
+    return run != nullptr && run->FindNext(time, m_next) ? &m_next : nullptr;
+}
+
+std::size_t WaveStore::ReadEvents(long long handle, SEventPlace &place, std::span<WaveEvent> events) const
+{
+    const CEventRun *const run = FindSettled(handle);
+    return run != nullptr ? run->Read(place, events) : 0;
 }
 
 WaveStore *ImportVcdFile(const char *path)
