@@ -1,6 +1,7 @@
 // Importing foreign waveform files: the VCD reader and the interface of the store that it fills.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -26,10 +27,8 @@ inline constexpr WaveWord NoWord = {{~0ULL, ~0ULL, ~0ULL, ~0ULL}};
 
 inline std::uint8_t PositionAt(const WaveWord &word, unsigned element)
 {
-    unsigned position = 0;
-    for (unsigned plane = 0; plane < 4; ++plane)
-        position |= static_cast<unsigned>(word.m_planes[plane] >> element & 1) << plane;
-    return static_cast<std::uint8_t>(position);
+    const auto bit = [&word, element](unsigned plane) { return (word.m_planes[plane] >> element & 1) << plane; };
+    return static_cast<std::uint8_t>(bit(0) | bit(1) | bit(2) | bit(3));
 }
 
 namespace NTARN {
@@ -78,13 +77,18 @@ protected:
 
 /// May be implemented by a writer beside `IDatabaseStreamWriter`. An importer then sends the events of the elements of a
 /// bus by this alone, up to 64 elements at once and always the same together, and all others by `addEvent`.
-class TESK_API IWordEvents {
+class TESK_API IWordEvents : public IEventSharing {
 public:
-    /// Each element whose position is not that in the word before has an event. `NoWord` is in front of the first.
+    /// Puts elements that were added together to a word. Words count from 0 in the order of these calls.
     /// @param last   handle of the last element
-    /// @param count  of the elements, 1 to 64; the bits of others mean nothing
-    /// @param time   file ticks
-    virtual void addWord(const long long *last, std::intptr_t count, const long long *time, const WaveWord *word) = 0;
+    /// @param count  of the elements, 1 to 64
+    virtual void addWord(const long long *last, std::intptr_t count) = 0;
+    /// Each element of which the position changes has an event.
+    /// @param time    file ticks
+    /// @param before  what `after` was in the last call for this word, `NoWord` in the first
+    /// @param after   the bits of no element mean nothing
+    virtual void addWordEvents(std::size_t word, const long long *time, const WaveWord *before,
+                               const WaveWord *after) = 0;
 
 protected:
     ~IWordEvents() = default;

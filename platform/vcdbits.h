@@ -13,20 +13,26 @@ namespace NTARN::NImport {
 inline constexpr std::uint32_t VcdWordBits = 64;
 
 /// A word in which all elements have one position.
-WaveWord MakeVcdWord(std::uint8_t position);
-
-/// The bits of which an element differs, in any of its planes.
-inline std::uint64_t ChangesBetween(const WaveWord &left, const WaveWord &right)
+inline WaveWord MakeVcdWord(std::uint8_t position)
 {
-    std::uint64_t changes = 0;
-    for (int i = 0; i < 4; ++i)
-        changes |= left.m_planes[i] ^ right.m_planes[i];
-    return changes;
+    WaveWord word;
+    for (unsigned i = 0; i < 4; ++i)
+        word.m_planes[i] = 0 - static_cast<std::uint64_t>(position >> i & 1);
+    return word;
+}
+
+/// What bits to the left of a value's first have (IEEE 1364-2005, 18.2.2).
+inline std::uint8_t ExtendVcdBit(std::uint8_t first)
+{
+    constexpr std::uint8_t Zero = 2;
+    constexpr std::uint8_t One = 3;
+    return first == One ? Zero : first;
 }
 
 class CVcdBits {
 public:
-    /// @return false if a letter is none of `positions`; then nothing is held
+    /// @param letters  at least one
+    /// @return false if a letter is none of `positions`
     bool Read(std::string_view letters, const CVcdLetters &positions);
     void Set(std::uint8_t position);
 
@@ -36,8 +42,8 @@ public:
     {
         return PositionAt(m_words[bit / VcdWordBits], static_cast<unsigned>(bit % VcdWordBits));
     }
-    /// A word of the lowest `count` bits; those to their left have the position `fill`.
-    WaveWord Word(std::size_t index, std::size_t count, std::uint8_t fill) const;
+    /// The leftmost is extended to the left.
+    const WaveWord &Word(std::size_t index) const { return m_words[index]; }
 
 private:
     std::vector<WaveWord> m_words;  // the rightmost first

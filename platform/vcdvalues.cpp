@@ -11,8 +11,6 @@ namespace NTARN::NImport {
 
 namespace {
 
-constexpr std::uint8_t Zero = 2;
-constexpr std::uint8_t One = 3;
 constexpr std::uint8_t NoValue = 15;  // as in NoWord
 constexpr int MostShapes = 16;        // a value goes to each shape of its code
 
@@ -26,10 +24,13 @@ std::uint32_t WordsOf(std::uint32_t bits)
     return bits / VcdWordBits + (bits % VcdWordBits != 0 ? 1 : 0);
 }
 
-// What bits to the left of a value's first have (IEEE 1364-2005, 18.2.2).
-std::uint8_t Extend(std::uint8_t first)
+// The bits of which an element differs, in any of its planes.
+std::uint64_t ChangesBetween(const WaveWord &left, const WaveWord &right)
 {
-    return first == One ? Zero : first;
+    std::uint64_t changes = 0;
+    for (int i = 0; i < 4; ++i)
+        changes |= left.m_planes[i] ^ right.m_planes[i];
+    return changes;
 }
 
 }  // namespace
@@ -91,7 +92,18 @@ void CVcdValues::AddShape(std::uint32_t &first, const SVcdVariable &variable, lo
     m_shapes.push_back({variable.kind, NoValue, variable.width, 0, first, None, m_words.size(), handle});
     first = static_cast<std::uint32_t>(m_shapes.size() - 1);
     if (variable.kind == EVcdKind::Bus)
-        m_words.resize(m_words.size() + WordsOf(variable.width), NoWord);
+        AddWords(variable.width, handle + variable.width - 1);
+}
+
+// @param last  the handle of the rightmost bit
+void CVcdValues::AddWords(std::uint32_t width, long long last)
+{
+    m_words.resize(m_words.size() + WordsOf(width), NoWord);
+    if (m_wordEvents == nullptr)
+        return;
+    for (; width > VcdWordBits; width -= VcdWordBits, last -= VcdWordBits)
+        m_wordEvents->addWord(&last, VcdWordBits);
+    m_wordEvents->addWord(&last, width);
 }
 
 // The handles from `handle` on are others for the same values.
@@ -130,26 +142,24 @@ void CVcdValues::Emit(const SShape &shape, std::uint64_t value)
     }
 }
 
-void CVcdValues::EmitWord(const SShape &shape, std::uint32_t index, std::uint64_t changed, const WaveWord &value)
+void CVcdValues::EmitWord(const SShape &shape, std::uint32_t index, const WaveWord &before, const WaveWord &after)
 {
     const std::uint32_t right = index * VcdWordBits;  // bits to the right of the word
     const std::uint32_t count = std::min(shape.width - right, VcdWordBits);
-    changed &= ~std::uint64_t{0} >> (VcdWordBits - count);
-    long long last = shape.handle + shape.width - 1 - right;
-    for (std::uint32_t alias = shape.aliases;; alias = m_aliases[alias].next) {
-        if (m_wordEvents != nullptr) {
-            Count(std::popcount(changed));
-            m_wordEvents->addWord(&last, count, &m_event.m_time, &value);
-        } else {
-            EmitBits(last, changed, value);
-        }
-        if (alias == None)
-            return;
-        last = m_aliases[alias].handle + shape.width - 1 - right;
+    const std::uint64_t changed = ChangesBetween(before, after) & ~std::uint64_t{0} >> (VcdWordBits - count);
+    if (changed == 0)
+        return;
+    if (m_wordEvents != nullptr) {
+        Count(std::popcount(changed));
+        m_wordEvents->addWordEvents(shape.firstWord + index, &m_event.m_time, &before, &after);
+        return;
     }
+    const long long last = shape.width - 1 - right;  // counted from the first handle
+    EmitBits(shape.handle + last, changed, after);
+    for (std::uint32_t alias = shape.aliases; alias != None; alias = m_aliases[alias].next)
+        EmitBits(m_aliases[alias].handle + last, changed, after);
 }
 
-// @param last  the handle of the rightmost bit
 void CVcdValues::EmitBits(long long last, std::uint64_t changed, const WaveWord &value)
 {
     for (; changed != 0; changed &= changed - 1) {
@@ -212,30 +222,22 @@ EVcdOutcome CVcdValues::SetReal(std::string_view code, double value)
 void CVcdValues::SetBus(SShape &shape, const CVcdBits &bits)
 {
     const auto letters = static_cast<std::uint32_t>(std::min<std::size_t>(bits.Count(), shape.width));
-    const std::uint8_t fill = Extend(bits.At(letters - 1));
+    const std::uint8_t fill = ExtendVcdBit(bits.At(letters - 1));
     const std::uint32_t words = WordsOf(letters);
     const std::uint32_t stored = std::max(words, shape.words);
-    const WaveWord filled = MakeVcdWord(fill);
 
-    const auto shapeWords = m_words.begin() + static_cast<std::ptrdiff_t>(shape.firstWord);
-    if (words > shape.words)
-        std::fill(shapeWords + shape.words, shapeWords + words, MakeVcdWord(shape.fill));
-    for (std::uint32_t i = 0; i < stored; ++i)
-        SetWord(shape, i, i < words ? bits.Word(i, letters, fill) : filled);
+    for (std::uint32_t i = shape.words; i < words; ++i)
+        m_words[shape.firstWord + i] = MakeVcdWord(shape.fill);
+    for (std::uint32_t i = 0; i < stored; ++i) {
+        WaveWord &word = m_words[shape.firstWord + i];
+        const WaveWord before = word;
+        word = i < words ? bits.Word(i) : MakeVcdWord(fill);
+        EmitWord(shape, i, before, word);
+    }
     for (std::uint32_t i = stored; fill != shape.fill && i < WordsOf(shape.width); ++i)
-        EmitWord(shape, i, ~std::uint64_t{0}, filled);
+        EmitWord(shape, i, MakeVcdWord(shape.fill), MakeVcdWord(fill));
     shape.words = words;
     shape.fill = fill;
-}
-
-void CVcdValues::SetWord(const SShape &shape, std::uint32_t index, const WaveWord &value)
-{
-    WaveWord &word = m_words[shape.firstWord + index];
-    const std::uint64_t changed = ChangesBetween(word, value);
-    if (changed == 0)
-        return;
-    word = value;
-    EmitWord(shape, index, changed, value);
 }
 
 }  // namespace NTARN::NImport

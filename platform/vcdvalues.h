@@ -62,11 +62,11 @@ private:
     void Announce(const SVcdVariable &variable, const std::string &fullName);
     std::uint32_t FindShape(std::uint32_t first, const SVcdVariable &variable) const;
     void AddShape(std::uint32_t &first, const SVcdVariable &variable, long long handle);
+    void AddWords(std::uint32_t width, long long last);
     void AddAlias(SShape &shape, long long handle);
     void SetBus(SShape &shape, const CVcdBits &bits);
-    void SetWord(const SShape &shape, std::uint32_t index, const WaveWord &value);
     void Emit(const SShape &shape, std::uint64_t value);
-    void EmitWord(const SShape &shape, std::uint32_t index, std::uint64_t changed, const WaveWord &value);
+    void EmitWord(const SShape &shape, std::uint32_t index, const WaveWord &before, const WaveWord &after);
     void EmitBits(long long last, std::uint64_t changed, const WaveWord &value);
     void Count(int events);
     template <class TSet>

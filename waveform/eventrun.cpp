@@ -3,9 +3,20 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 
 #include "waveform/packedevents.h"
 #include "waveform/wavestore.h"
+
+// What is behind these 16 bytes in memory are the blocks.
+struct CEventRun::SEvents {
+    long long lastTime;
+    std::uint32_t used;      // bytes of the blocks
+    std::uint32_t capacity;  // bytes that there is room for
+
+    std::uint8_t *Bytes() { return reinterpret_cast<std::uint8_t *>(this + 1); }
+    const std::uint8_t *Bytes() const { return reinterpret_cast<const std::uint8_t *>(this + 1); }
+};
 
 namespace {
 
@@ -107,6 +118,18 @@ void CEventRun::ShareWith(std::size_t other)
     m_sharedWith = static_cast<std::uint32_t>(other);
 }
 
+// Makes room for `size` bytes.
+void CEventRun::Reserve(std::size_t size)
+{
+    const bool isFirst = m_events == nullptr;
+    void *bytes = m_events;
+    const std::uint32_t capacity = GrowPacked(bytes, sizeof(SEvents), isFirst ? 0 : m_events->used, size);
+    m_events = static_cast<SEvents *>(bytes);
+    if (isFirst)
+        *m_events = {std::numeric_limits<long long>::min(), 0, 0};
+    m_events->capacity = capacity;
+}
+
 void CEventRun::Append(const WaveEvent &event)
 {
     const std::size_t used = m_events != nullptr ? m_events->used : 0;
@@ -123,7 +146,7 @@ void CEventRun::Append(const WaveEvent &event)
         end = blockEnd + sizeof time + SizeOf(0, code);
     }
     if (m_events == nullptr || end > m_events->capacity)
-        ReservePacked(m_events, end);
+        Reserve(end);
     std::uint8_t *const bytes = m_events->Bytes();
     if (used < blockEnd && beginsBlock)
         bytes[used] = EndOfBlock;

@@ -9,7 +9,6 @@
 #include "platform/tarnutil.h"
 
 struct SEventPlace;
-struct SPackedEvents;
 
 /// Costs 16 bytes while it is empty; an event of an enumeration then takes one to four bytes for most files.
 ///
@@ -18,11 +17,11 @@ struct SPackedEvents;
 class CEventRun {
 public:
     static constexpr std::size_t NotShared = UINT32_MAX;
-    static constexpr std::uint32_t NoWords = UINT32_MAX;
+    static constexpr std::uint32_t NoWord = UINT32_MAX;
 
     CEventRun() = default;
     CEventRun(CEventRun &&other) noexcept
-        : m_events(std::exchange(other.m_events, nullptr)), m_sharedWith(other.m_sharedWith), m_words(other.m_words)
+        : m_events(std::exchange(other.m_events, nullptr)), m_sharedWith(other.m_sharedWith), m_word(other.m_word)
     {}
     CEventRun &operator=(CEventRun &&other) = delete;
     ~CEventRun();
@@ -46,14 +45,17 @@ public:
     /// run alone.
     std::size_t SharedWith() const { return m_sharedWith; }
 
-    /// The number of the words in which more events of the element may wait, `NoWords` for none; of use to the owner alone.
-    std::uint32_t Words() const { return m_words; }
-    void SetWords(std::uint32_t words) { m_words = words; }
+    /// The number of the word in which more events of the element may wait, `NoWord` for none; of use to the owner alone.
+    std::uint32_t Word() const { return m_word; }
+    void SetWord(std::uint32_t word) { m_word = word; }
 
 private:
+    struct SEvents;
+
+    void Reserve(std::size_t size);
     std::size_t CountBlocksUpTo(long long time) const;
 
-    SPackedEvents *m_events = nullptr;
+    SEvents *m_events = nullptr;
     std::uint32_t m_sharedWith = NotShared;
-    std::uint32_t m_words = NoWords;
+    std::uint32_t m_word = NoWord;
 };

@@ -1,25 +1,18 @@
-// Bytes that grow, with events in them that are written one behind the other. Internal.
+// How packed events begin, and how their memory grows. Internal.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
-/// What is behind these 16 bytes in memory are the events.
-struct SPackedEvents {
-    long long lastTime;
-    std::uint32_t used;      // bytes of the events
-    std::uint32_t capacity;  // bytes that there is room for
+inline constexpr std::size_t LargestPackedHead = 10;
 
-    std::uint8_t *Bytes() { return reinterpret_cast<std::uint8_t *>(this + 1); }
-    const std::uint8_t *Bytes() const { return reinterpret_cast<const std::uint8_t *>(this + 1); }
-};
-
-/// Makes room for `size` bytes. A quarter more is taken each time, rounded to what allocators give anyway.
-/// @param events  null for none yet; to be given to `std::free`
-void ReservePacked(SPackedEvents *&events, std::size_t size);
-
-/// Bytes of an event's head.
-std::size_t PackedHeadSize(std::uint64_t distance);
+inline std::size_t PackedHeadSize(std::uint64_t distance)
+{
+    std::size_t size = 1;
+    for (distance >>= 3; distance != 0; distance >>= 7)
+        ++size;
+    return size;
+}
 
 /// An event begins with a code below 16 and the time since the one before: the first byte has the code, 3 bits of the
 /// distance and whether more follow; each further byte has 7 bits of it.
@@ -42,3 +35,10 @@ inline const std::uint8_t *ReadPackedHead(const std::uint8_t *from, std::uint8_t
         distance |= static_cast<std::uint64_t>(*from & 0x7F) << shift;
     return from;
 }
+
+/// Has the room for packed bytes grown, by a quarter at least and to what allocators give anyway.
+/// @param bytes  from `std::malloc`; may be null
+/// @param used   of them, beside a header
+/// @return the room, without the header
+/// @throw std::bad_alloc; then all is as it was
+std::uint32_t GrowPacked(void *&bytes, std::size_t header, std::size_t used, std::size_t wanted);

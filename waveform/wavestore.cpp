@@ -131,37 +131,36 @@ void WaveStore::shareEvents(const long long *handle, const long long *original)
     const std::size_t other = FindRun(*original);
     if (run == NoRun || other == NoRun || run == other)
         return;
-    SettleWords(m_events[run].Words());
+    SettleWord(m_events[run].Word());
     m_events[run].ShareWith(other);
 }
 
-void WaveStore::addWord(const long long *last, std::intptr_t count, const long long *time, const WaveWord *word)
+void WaveStore::addWord(const long long *last, std::intptr_t count)
 {
-    if (last == nullptr || time == nullptr || word == nullptr)
-        return;
-    if (*last < 1 || *last > static_cast<long long>(m_events.size()))
-        return;
-    const CEventRun &run = m_events[static_cast<std::size_t>(*last - 1)];
-    if (run.Words() == CEventRun::NoWords && !BeginWords(*last, count))
-        return;
-    CWordRun &words = m_words[run.Words()];
-    if (words.Last() == *last && words.Count() == count)
-        words.Append(*time, *word);
+    if (m_words.size() == CEventRun::NoWord)
+        throw std::length_error("too many words");
+    ReserveForOne(m_words);
+    const std::span<CEventRun> runs = last != nullptr ? FindWordRuns(*last, count) : std::span<CEventRun>();
+    for (CEventRun &run : runs)
+        run.SetWord(static_cast<std::uint32_t>(m_words.size()));
+    m_words.emplace_back(runs.empty() ? 0 : static_cast<std::uint32_t>(*last), static_cast<std::uint32_t>(runs.size()));
 }
 
-// @return false if the elements do not exist, or some go together with others
-bool WaveStore::BeginWords(long long last, std::intptr_t count)
+// @return none if not all can go together
+std::span<CEventRun> WaveStore::FindWordRuns(long long last, std::intptr_t count)
 {
-    if (count < 1 || count > 64 || count > last)
-        return false;
-    const std::span elements(m_events.data() + (last - count), static_cast<std::size_t>(count));
-    if (!std::ranges::all_of(elements, [](const CEventRun &run) { return run.Words() == CEventRun::NoWords; }))
-        return false;
-    ReserveForOne(m_words);
-    m_words.emplace_back(static_cast<std::uint32_t>(last), static_cast<std::uint32_t>(count));
-    for (CEventRun &run : elements)
-        run.SetWords(static_cast<std::uint32_t>(m_words.size() - 1));
-    return true;
+    if (count < 1 || count > 64 || last < count || last > static_cast<long long>(m_events.size()))
+        return {};
+    const std::span runs(m_events.data() + (last - count), static_cast<std::size_t>(count));
+    const bool areFree =
+        std::ranges::all_of(runs, [](const CEventRun &run) { return run.Word() == CEventRun::NoWord; });
+    return areFree ? runs : std::span<CEventRun>();
+}
+
+void WaveStore::addWordEvents(std::size_t word, const long long *time, const WaveWord *before, const WaveWord *after)
+{
+    if (word < m_words.size() && time != nullptr && before != nullptr && after != nullptr)
+        m_words[word].Append(*time, *before, *after);
 }
 
 void WaveStore::endEvents()
@@ -180,13 +179,13 @@ void WaveStore::Settle() const
     });
 }
 
-// Stores what waits in words.
-void WaveStore::SettleWords(std::uint32_t words) const
+// Stores what waits in a word.
+void WaveStore::SettleWord(std::uint32_t word) const
 {
-    if (words == CEventRun::NoWords)
+    if (word == CEventRun::NoWord)
         return;
-    CEventRun *const lastRun = m_events.data() + (m_words[words].Last() - 1);
-    m_words[words].HandOut([lastRun](unsigned element, const WaveEvent &event) {
+    CEventRun *const lastRun = m_events.data() + m_words[word].Last() - 1;
+    m_words[word].HandOut([lastRun](unsigned element, const WaveEvent &event) {
         CEventRun &run = *(lastRun - element);
         if (run.SharedWith() == CEventRun::NotShared)
             run.Append(event);
@@ -277,7 +276,7 @@ const CEventRun *WaveStore::FindSettled(long long handle) const
     const std::size_t run = FindRun(handle);
     if (run == NoRun)
         return nullptr;
-    SettleWords(m_events[run].Words());
+    SettleWord(m_events[run].Word());
     return &m_events[run];
 }
 

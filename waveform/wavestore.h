@@ -31,7 +31,7 @@ struct SEventPlace {
 
 /// Holds the signals of one file and the events of their scalar elements. A handle names one element; handles count
 /// from 1. What a writer gives beside the rules of the interface is taken as far as it makes sense: see each operation.
-class TESK_API WaveStore : public NTARN::IDatabaseStreamWriter, public NTARN::IEventSharing, public NTARN::IWordEvents {
+class TESK_API WaveStore : public NTARN::IDatabaseStreamWriter, public NTARN::IWordEvents {
 public:
     WaveStore();
     WaveStore(const WaveStore &) = delete;
@@ -66,9 +66,10 @@ public:
 
     /// Ignored unless both handles were added.
     void shareEvents(const long long *handle, const long long *original) override;
-    /// Ignored unless all handles were added and go together for good. The events of an element that shares those of
-    /// another are ignored.
-    void addWord(const long long *last, std::intptr_t count, const long long *time, const WaveWord *word) override;
+    /// A word of which a handle was not added, or stands in another word, has no events.
+    void addWord(const long long *last, std::intptr_t count) override;
+    /// Like events, words do not go back in time. The events of an element that shares those of another are ignored.
+    void addWordEvents(std::size_t word, const long long *time, const WaveWord *before, const WaveWord *after) override;
 
     /// Finds a signal by its full name in any letter case, or an element of an array signal, "name[3]". Deliberate: an
     /// index of a "downto" range counts `left - index + right` elements from the first handle, which names another
@@ -108,13 +109,13 @@ private:
 
     std::size_t FindRun(long long handle) const;
     const CEventRun *FindSettled(long long handle) const;
-    bool BeginWords(long long last, std::intptr_t count);
+    std::span<CEventRun> FindWordRuns(long long last, std::intptr_t count);
     void Settle() const;
-    void SettleWords(std::uint32_t words) const;
+    void SettleWord(std::uint32_t word) const;
 
     std::vector<WaveSignal> m_signals;          // in the order of their definition
     mutable std::vector<CEventRun> m_events;    // of handle h at h - 1
-    mutable std::vector<CWordRun> m_words;      // not in m_events yet: the first look-up has those of a bus stored
+    mutable std::vector<CWordRun> m_words;      // what is not in m_events yet: the first look-up has it stored
     std::unique_ptr<CPendingEvents> m_pending;  // not in m_events yet: the first look-up has them stored
     std::unordered_map<std::string, Kestrin::KTypeInfo> m_types;  // of the signals, by their texts
     mutable WaveEvent m_last;                                     // what FindLast gave

@@ -4,22 +4,25 @@
 #include <cstdlib>
 #include <iterator>
 
+#include "waveform/packedevents.h"
+
 namespace {
 
 constexpr std::size_t Planes = std::size(WaveWord().m_planes);
-constexpr std::size_t LargestPlane = 1 + sizeof(std::uint64_t);
+constexpr std::size_t LargestEvent = LargestPackedHead + Planes * (1 + sizeof(std::uint64_t));
 
 // Which bytes are not 0, then these.
 std::uint8_t *WritePlane(std::uint8_t *to, std::uint64_t plane)
 {
-    std::uint8_t &bytes = *to++;
-    bytes = 0;
+    std::uint8_t *const mask = to++;
+    unsigned written = 0;
     for (unsigned bit = 1; plane != 0; bit <<= 1, plane >>= 8) {
-        if ((plane & 0xFF) == 0)
-            continue;
-        bytes = static_cast<std::uint8_t>(bytes | bit);
-        *to++ = static_cast<std::uint8_t>(plane);
+        const bool isWritten = (plane & 0xFF) != 0;
+        *to = static_cast<std::uint8_t>(plane);
+        to += isWritten;  // no branch, since nothing could foretell it
+        written |= isWritten ? bit : 0;
     }
+    *mask = static_cast<std::uint8_t>(written);
     return to;
 }
 
@@ -33,49 +36,50 @@ const std::uint8_t *ReadPlane(const std::uint8_t *from, std::uint64_t &plane)
 
 }  // namespace
 
-CWordRun::~CWordRun()
+void CWordRun::SFree::operator()(std::uint8_t *bytes) const
 {
-    std::free(m_events);
+    std::free(bytes);
 }
 
-void CWordRun::Append(long long time, const WaveWord &word)
+void CWordRun::Append(long long time, const WaveWord &before, const WaveWord &after)
 {
-    const std::uint64_t elements = ~std::uint64_t{0} >> (64 - m_count);
-    std::uint8_t planes[Planes * LargestPlane];
-    std::uint8_t *planesEnd = planes;
+    const std::uint64_t elements = m_count > 0 ? ~std::uint64_t{0} >> (64 - m_count) : 0;
+    std::uint64_t changes[Planes];
     std::uint8_t code = 0;  // which planes change
-    for (std::size_t i = 0; i < Planes; ++i) {
-        const std::uint64_t changed = (word.m_planes[i] ^ m_end.m_planes[i]) & elements;
-        if (changed == 0)
-            continue;
-        code = static_cast<std::uint8_t>(code | 1U << i);
-        planesEnd = WritePlane(planesEnd, changed);
+    for (unsigned i = 0; i < Planes; ++i) {
+        changes[i] = (before.m_planes[i] ^ after.m_planes[i]) & elements;
+        code = static_cast<std::uint8_t>(code | (changes[i] != 0 ? 1U << i : 0));
     }
     if (code == 0)
         return;
+    if (m_capacity - m_used < LargestEvent)
+        Reserve(m_used + LargestEvent);
+    const long long lastTime = m_used > 0 ? m_lastTime : 0;
+    m_lastTime = m_used > 0 ? std::max(time, lastTime) : time;
+    const std::uint64_t distance = static_cast<std::uint64_t>(m_lastTime) - static_cast<std::uint64_t>(lastTime);
+    std::uint8_t *to = WritePackedHead(m_bytes.get() + m_used, code, distance);
+    for (const std::uint64_t plane : changes) {
+        if (plane != 0)
+            to = WritePlane(to, plane);
+    }
+    m_used = static_cast<std::uint32_t>(to - m_bytes.get());
+}
 
-    const std::size_t used = m_events != nullptr ? m_events->used : 0;
-    const long long lastTime = m_events != nullptr ? m_events->lastTime : 0;
-    time = m_events != nullptr ? std::max(time, lastTime) : time;
-    const std::uint64_t distance = static_cast<std::uint64_t>(time) - static_cast<std::uint64_t>(lastTime);
-    const std::size_t end = used + PackedHeadSize(distance) + static_cast<std::size_t>(planesEnd - planes);
-    if (m_events == nullptr || end > m_events->capacity)
-        ReservePacked(m_events, end);
-    std::copy(planes, planesEnd, WritePackedHead(m_events->Bytes() + used, code, distance));
-    m_events->used = static_cast<std::uint32_t>(end);
-    m_events->lastTime = time;
-    m_end = word;
+// Makes room for `size` bytes.
+void CWordRun::Reserve(std::size_t size)
+{
+    void *bytes = m_bytes.get();
+    m_capacity = GrowPacked(bytes, 0, m_used, size);
+    static_cast<void>(m_bytes.release());
+    m_bytes.reset(static_cast<std::uint8_t *>(bytes));
 }
 
 void CWordRun::Clear()
 {
-    std::free(std::exchange(m_events, nullptr));
-    m_begin = m_end;
+    m_bytes.reset();
+    m_used = 0;
+    m_capacity = 0;
 }
-
-CWordRun::SReader::SReader(const SPackedEvents &events, const WaveWord &begin)
-    : word(begin), next(events.Bytes()), end(next + events.used)
-{}
 
 bool CWordRun::SReader::Next()
 {
@@ -86,7 +90,7 @@ bool CWordRun::SReader::Next()
     next = ReadPackedHead(next, code, distance);
     time = static_cast<long long>(static_cast<std::uint64_t>(time) + distance);
     changed = 0;
-    for (std::size_t i = 0; i < Planes; ++i) {
+    for (unsigned i = 0; i < Planes; ++i) {
         if ((code >> i & 1) == 0)
             continue;
         std::uint64_t plane;
