@@ -1,5 +1,4 @@
 // VCD files for the tool.
-#include <algorithm>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -61,23 +60,25 @@ public:
     }
 
 private:
-    static constexpr std::size_t MostEvents = 64;
+    static constexpr std::size_t MostEvents = 63;
 
     const WaveEvent *Peek()
     {
-        if (m_next == m_events.size()) {
-            m_events.resize(std::min(2 * m_events.size() + 1, MostEvents));
-            m_events.resize(m_store.ReadEvents(m_handle, m_place, m_events));
+        if (m_next == m_count) {
+            if (m_events.size() < MostEvents)
+                m_events.resize(2 * m_events.size() + 1);
+            m_count = m_store.ReadEvents(m_handle, m_place, m_events);
             m_next = 0;
         }
-        return m_next < m_events.size() ? &m_events[m_next] : nullptr;
+        return m_next < m_count ? &m_events[m_next] : nullptr;
     }
 
     const WaveStore &m_store;
     long long m_handle;
     SEventPlace m_place;
-    std::vector<WaveEvent> m_events;  // read, from m_next on not yet met
-    std::size_t m_next = 0;
+    std::vector<WaveEvent> m_events;
+    std::size_t m_count = 0;  // read into m_events
+    std::size_t m_next = 0;   // the first of them that is not met yet
 };
 
 class CVcdFile final : public IWaveFile {
