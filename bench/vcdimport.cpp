@@ -1,6 +1,7 @@
 // Imports a VCD file once, or makes one, for bench/compare_vcd.
-//   bench_vcdimport FILE            prints the seconds of processor time that the import took
-//   bench_vcdimport FILE MEGABYTES  writes a dump of 2000 signals, seven in ten of one bit, the rest buses
+//   bench_vcdimport FILE                    prints the seconds of processor time that the import took
+//   bench_vcdimport FILE MEGABYTES CONTENT  writes a dump of 2000 signals; see Contents
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -9,6 +10,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "waveform/wavestore.h"
@@ -17,10 +19,22 @@ namespace {
 
 constexpr unsigned Signals = 2000;
 
-unsigned WidthOf(unsigned signal)
+struct SContent {
+    std::string_view name;
+    unsigned widths[10];
+    unsigned random;  // a bus takes a random value one time in so many, else it counts; 0 for never
+};
+
+constexpr SContent Contents[] = {
+    {"mix", {1, 1, 1, 8, 1, 1, 16, 1, 1, 32}, 4},
+    {"bits", {1, 1, 1, 1, 1, 1, 1, 1, 1, 1}, 0},
+    {"counters", {32, 32, 32, 32, 32, 32, 32, 32, 32, 32}, 0},
+    {"random", {32, 32, 32, 32, 32, 32, 32, 32, 32, 32}, 1},
+};
+
+unsigned WidthOf(const SContent &content, unsigned signal)
 {
-    constexpr unsigned Widths[] = {1, 1, 1, 8, 1, 1, 16, 1, 1, 32};
-    return Widths[signal % std::size(Widths)];
+    return content.widths[signal % std::size(content.widths)];
 }
 
 std::string CodeOf(unsigned signal)
@@ -31,14 +45,15 @@ std::string CodeOf(unsigned signal)
     return code;
 }
 
-std::string Declarations()
+std::string Declarations(const SContent &content)
 {
     std::string text = "$date today $end\n$timescale 1 ps $end\n";
     for (unsigned i = 0; i < Signals; ++i) {
+        const unsigned width = WidthOf(content, i);
         if (i % 100 == 0)
             text += (i > 0 ? "$upscope $end\n" : "") + ("$scope module unit" + std::to_string(i / 100)) + " $end\n";
-        text += "$var wire " + std::to_string(WidthOf(i)) + " " + CodeOf(i) + " signal" + std::to_string(i) +
-                (WidthOf(i) > 1 ? " [" + std::to_string(WidthOf(i) - 1) + ":0]" : "") + " $end\n";
+        text += "$var wire " + std::to_string(width) + " " + CodeOf(i) + " signal" + std::to_string(i) +
+                (width > 1 ? " [" + std::to_string(width - 1) + ":0]" : "") + " $end\n";
     }
     return text + "$upscope $end\n$enddefinitions $end\n";
 }
@@ -51,20 +66,21 @@ std::string Bits(unsigned long long value)
     return bits;
 }
 
-// One signal in eight changes at each time: a bit toggles, a bus counts or, one time in four, takes a random value.
-void Write(const char *name, std::size_t size)
+// One signal in eight changes at each time; a bit toggles.
+void Write(const char *name, std::size_t size, const SContent &content)
 {
     std::ofstream file(name, std::ios::binary);
     std::mt19937_64 random(1);
     std::vector<unsigned long long> values(Signals);
-    std::string text = Declarations();
+    std::string text = Declarations(content);
     std::size_t written = 0;
     for (unsigned long long time = 0; written + text.size() < size; time += 500) {
         text += "#" + std::to_string(time) + "\n";
         for (auto i = static_cast<unsigned>(random() % 15); i < Signals;
              i += 1 + static_cast<unsigned>(random() % 15)) {
-            const unsigned width = WidthOf(i);
-            values[i] = (width > 1 && random() % 4 == 0 ? random() : values[i] + 1) & ((1ULL << width) - 1);
+            const unsigned width = WidthOf(content, i);
+            values[i] = (width > 1 && content.random > 0 && random() % content.random == 0 ? random() : values[i] + 1) &
+                        ((1ULL << width) - 1);
             text += (width > 1 ? "b" + Bits(values[i]) + " " : Bits(values[i])) + CodeOf(i) + "\n";
         }
         if (text.size() > 1 << 20) {
@@ -82,8 +98,11 @@ int main(int argc, char **argv)
 {
     if (argc < 2)
         return 2;
-    if (argc > 2) {
-        Write(argv[1], std::strtoull(argv[2], nullptr, 10) << 20);
+    if (argc > 3) {
+        const auto *const content = std::ranges::find(Contents, std::string_view(argv[3]), &SContent::name);
+        if (content == std::end(Contents))
+            return 2;
+        Write(argv[1], std::strtoull(argv[2], nullptr, 10) << 20, *content);
         return 0;
     }
     const std::clock_t begin = std::clock();

@@ -1,6 +1,7 @@
 // Importing foreign waveform files: the VCD reader and the interface of the store that it fills.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -12,6 +13,23 @@ struct WaveEvent {
     std::uint64_t m_value = 0;   ///< the raw value: a position in an enumeration, or the bits of a double
     std::uint64_t m_unused = 0;  ///< kept and never read
 };
+
+/// The positions of up to 64 neighbouring elements of an array of an enumeration: bit i of `m_planes[p]` is bit p of the
+/// position of the element that stands i to the left of the last.
+struct WaveWord {
+    std::uint64_t m_planes[4];
+
+    bool operator==(const WaveWord &) const = default;
+};
+
+/// No element has a value: all have the position 15.
+inline constexpr WaveWord NoWord = {{~0ULL, ~0ULL, ~0ULL, ~0ULL}};
+
+inline std::uint8_t PositionAt(const WaveWord &word, unsigned element)
+{
+    const auto bit = [&word, element](unsigned plane) { return (word.m_planes[plane] >> element & 1) << plane; };
+    return static_cast<std::uint8_t>(bit(0) | bit(1) | bit(2) | bit(3));
+}
 
 namespace NTARN {
 
@@ -55,6 +73,25 @@ public:
 
 protected:
     ~IEventSharing() = default;
+};
+
+/// May be implemented by a writer beside `IDatabaseStreamWriter`. An importer then sends the events of the elements of a
+/// bus by this alone, up to 64 elements at once and always the same together, and all others by `addEvent`.
+class TESK_API IWordEvents : public IEventSharing {
+public:
+    /// Puts elements that were added together to a word. Words count from 0 in the order of these calls.
+    /// @param last   handle of the last element
+    /// @param count  of the elements, 1 to 64
+    virtual void addWord(const long long *last, std::intptr_t count) = 0;
+    /// Each element of which the position changes has an event.
+    /// @param time    file ticks
+    /// @param before  what `after` was in the last call for this word, `NoWord` in the first
+    /// @param after   the bits of no element mean nothing
+    virtual void addWordEvents(std::size_t word, const long long *time, const WaveWord *before,
+                               const WaveWord *after) = 0;
+
+protected:
+    ~IWordEvents() = default;
 };
 
 namespace NImport {

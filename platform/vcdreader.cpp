@@ -311,16 +311,9 @@ void CVcdReader::SetBits(std::string_view word, const CVcdLetters &positions, st
     const std::string_view letters = word.substr(1);
     if (letters.empty())
         Refuse(word);
-    if (m_positions.size() < letters.size())
-        m_positions.resize(letters.size());
-    std::uint8_t all = 0;
-    for (std::size_t i = 0; i < letters.size(); ++i) {
-        m_positions[i] = VcdPosition(letters[i], positions);
-        all |= m_positions[i];
-    }
-    if (all == NoVcdLetter)
+    if (!m_bits.Read(letters, positions))
         Refuse(word);
-    Judge(m_values.SetBits(code, {m_positions.data(), letters.size()}), code);
+    Judge(m_values.SetBits(code, m_bits), code);
 }
 
 void CVcdReader::ReadReal(std::string_view word)

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/tarnutil.h"
+#include "platform/vcdbits.h"
 #include "platform/vcdtext.h"
 #include "platform/vcdvalues.h"
 #include "platform/vcdwords.h"
@@ -72,7 +73,7 @@ private:
     bool m_hasCommands = false;      // of those that make a file a VCD
     bool m_areValues = false;        // the declarations are over
     std::string_view m_openSection;  // "$dumpvars" and the like, waiting for its "$end"; empty outside
-    std::vector<std::uint8_t> m_positions;
+    CVcdBits m_bits;
     bool m_isKnown[static_cast<int>(EOddity::Count)] = {};
 };
 

@@ -10,7 +10,7 @@
 namespace {
 
 constexpr std::size_t BufferSize = std::size_t{1} << 18;
-constexpr std::size_t Sentinels = 2;
+constexpr std::size_t Sentinels = 2 + NTARN::NImport::VcdGroup;
 
 std::string SystemMessage(int error)
 {

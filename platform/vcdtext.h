@@ -2,7 +2,9 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <functional>
 #include <memory>
 #include <string>
@@ -71,7 +73,8 @@ private:
     long long m_line = 1;
     bool m_atEnd = false;  // nothing more to read
     std::vector<char> m_buffer;
-    // What is read and not taken yet. At m_end stand a blank and a 0, which stop a search for either.
+    // What is read and not taken yet. At m_end stand a blank and a 0, which stop a search for either, and bytes that a
+    // look at eight may reach.
     const char *m_next;
     const char *m_end;
 };
@@ -81,11 +84,24 @@ inline bool IsVcdBlank(char c)
     return VcdBlanks[static_cast<unsigned char>(c)];
 }
 
+inline constexpr std::size_t VcdGroup = sizeof(std::uint64_t);
+
+// Whether a byte among the next eight is below '!', as all blanks are.
+inline bool MayHaveVcdBlank(const char *bytes)
+{
+    constexpr std::uint64_t Ones = 0x0101010101010101;
+    std::uint64_t group;
+    std::memcpy(&group, bytes, VcdGroup);
+    return ((group - Ones * '!') & ~group & Ones * 0x80) != 0;
+}
+
 inline bool CVcdText::NextWord(std::string_view &word, std::string_view &kept)
 {
     if (!SkipBlanks(kept))
         return false;
     const char *begin = m_next;
+    while (!MayHaveVcdBlank(m_next))
+        m_next += VcdGroup;
     while (!IsVcdBlank(*m_next))
         ++m_next;
     if (m_next == m_end)

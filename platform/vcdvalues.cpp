@@ -11,26 +11,33 @@ namespace NTARN::NImport {
 
 namespace {
 
-constexpr std::uint8_t Zero = 2;
-constexpr std::uint8_t One = 3;
-constexpr std::uint8_t NoValue = NoVcdLetter;
-constexpr int MostShapes = 16;  // a value goes to each shape of its code
+constexpr std::uint8_t NoValue = 15;  // as in NoWord
+constexpr int MostShapes = 16;        // a value goes to each shape of its code
 
 bool IsLeftOut(EVcdKind kind)
 {
     return kind == EVcdKind::String || kind == EVcdKind::Empty;
 }
 
-// What bits to the left of a value's first have (IEEE 1364-2005, 18.2.2).
-std::uint8_t Extend(std::uint8_t first)
+std::uint32_t WordsOf(std::uint32_t bits)
 {
-    return first == One ? Zero : first;
+    return bits / VcdWordBits + (bits % VcdWordBits != 0 ? 1 : 0);
+}
+
+// The bits of which an element differs, in any of its planes.
+std::uint64_t ChangesBetween(const WaveWord &left, const WaveWord &right)
+{
+    std::uint64_t changes = 0;
+    for (int i = 0; i < 4; ++i)
+        changes |= left.m_planes[i] ^ right.m_planes[i];
+    return changes;
 }
 
 }  // namespace
 
 CVcdValues::CVcdValues(IDatabaseStreamWriter &writer)
-    : m_writer(writer), m_sharing(dynamic_cast<IEventSharing *>(&writer))
+    : m_writer(writer), m_sharing(dynamic_cast<IEventSharing *>(&writer)),
+      m_wordEvents(dynamic_cast<IWordEvents *>(&writer))
 {}
 
 void CVcdValues::SetLimits(long long elements, long long events)
@@ -82,10 +89,21 @@ std::uint32_t CVcdValues::FindShape(std::uint32_t first, const SVcdVariable &var
 
 void CVcdValues::AddShape(std::uint32_t &first, const SVcdVariable &variable, long long handle)
 {
-    m_shapes.push_back({variable.kind, NoValue, variable.width, 0, first, None, m_bits.size(), handle});
+    m_shapes.push_back({variable.kind, NoValue, variable.width, 0, first, None, m_words.size(), handle});
     first = static_cast<std::uint32_t>(m_shapes.size() - 1);
     if (variable.kind == EVcdKind::Bus)
-        m_bits.resize(m_bits.size() + variable.width, NoValue);
+        AddWords(variable.width, handle + variable.width - 1);
+}
+
+// @param last  the handle of the rightmost bit
+void CVcdValues::AddWords(std::uint32_t width, long long last)
+{
+    m_words.resize(m_words.size() + WordsOf(width), NoWord);
+    if (m_wordEvents == nullptr)
+        return;
+    for (; width > VcdWordBits; width -= VcdWordBits, last -= VcdWordBits)
+        m_wordEvents->addWord(&last, VcdWordBits);
+    m_wordEvents->addWord(&last, width);
 }
 
 // The handles from `handle` on are others for the same values.
@@ -103,18 +121,53 @@ void CVcdValues::AddAlias(SShape &shape, long long handle)
         m_sharing->shareEvents(&handle, &original);
 }
 
-void CVcdValues::Emit(const SShape &shape, std::size_t element, std::uint64_t value)
+void CVcdValues::Count(int events)
+{
+    m_events += events;
+    if (m_events > m_mostEvents)
+        throw SVcdFault{"there are more than " + std::to_string(m_mostEvents) +
+                        " changes of single bits, too many for a file of this size"};
+}
+
+void CVcdValues::Emit(const SShape &shape, std::uint64_t value)
 {
     m_event.m_value = value;
-    long long handle = shape.handle + static_cast<long long>(element);
+    long long handle = shape.handle;
     for (std::uint32_t alias = shape.aliases;; alias = m_aliases[alias].next) {
-        if (++m_events > m_mostEvents)
-            throw SVcdFault{"there are more than " + std::to_string(m_mostEvents) +
-                            " changes of single bits, too many for a file of this size"};
+        Count(1);
         m_writer.addEvent(&handle, &m_event);
         if (alias == None)
             return;
-        handle = m_aliases[alias].handle + static_cast<long long>(element);
+        handle = m_aliases[alias].handle;
+    }
+}
+
+void CVcdValues::EmitWord(const SShape &shape, std::uint32_t index, const WaveWord &before, const WaveWord &after)
+{
+    const std::uint32_t right = index * VcdWordBits;  // bits to the right of the word
+    const std::uint32_t count = std::min(shape.width - right, VcdWordBits);
+    const std::uint64_t changed = ChangesBetween(before, after) & ~std::uint64_t{0} >> (VcdWordBits - count);
+    if (changed == 0)
+        return;
+    if (m_wordEvents != nullptr) {
+        Count(std::popcount(changed));
+        m_wordEvents->addWordEvents(shape.firstWord + index, &m_event.m_time, &before, &after);
+        return;
+    }
+    const long long last = shape.width - 1 - right;  // counted from the first handle
+    EmitBits(shape.handle + last, changed, after);
+    for (std::uint32_t alias = shape.aliases; alias != None; alias = m_aliases[alias].next)
+        EmitBits(m_aliases[alias].handle + last, changed, after);
+}
+
+void CVcdValues::EmitBits(long long last, std::uint64_t changed, const WaveWord &value)
+{
+    for (; changed != 0; changed &= changed - 1) {
+        const int bit = std::countr_zero(changed);
+        const long long handle = last - bit;
+        m_event.m_value = PositionAt(value, static_cast<unsigned>(bit));
+        Count(1);
+        m_writer.addEvent(&handle, &m_event);
     }
 }
 
@@ -135,16 +188,24 @@ EVcdOutcome CVcdValues::ForEachShape(std::string_view code, TSet set)
 
 EVcdOutcome CVcdValues::SetBit(std::string_view code, std::uint8_t position)
 {
-    return SetBits(code, {&position, 1});
+    return ForEachShape(code, [this, position](SShape &shape) {
+        if (shape.kind == EVcdKind::Bit) {
+            Emit(shape, position);
+        } else if (shape.kind == EVcdKind::Bus) {
+            m_bit.Set(position);
+            SetBus(shape, m_bit);
+        }
+        return shape.kind != EVcdKind::Real;
+    });
 }
 
-EVcdOutcome CVcdValues::SetBits(std::string_view code, std::span<const std::uint8_t> positions)
+EVcdOutcome CVcdValues::SetBits(std::string_view code, const CVcdBits &bits)
 {
-    return ForEachShape(code, [this, positions](SShape &shape) {
+    return ForEachShape(code, [this, &bits](SShape &shape) {
         if (shape.kind == EVcdKind::Bit)
-            Emit(shape, 0, positions.back());
+            Emit(shape, bits.At(0));
         else if (shape.kind == EVcdKind::Bus)
-            SetBus(shape, positions);
+            SetBus(shape, bits);
         return shape.kind != EVcdKind::Real;
     });
 }
@@ -153,37 +214,29 @@ EVcdOutcome CVcdValues::SetReal(std::string_view code, double value)
 {
     return ForEachShape(code, [this, value](SShape &shape) {
         if (shape.kind == EVcdKind::Real)
-            Emit(shape, 0, std::bit_cast<std::uint64_t>(value));
+            Emit(shape, std::bit_cast<std::uint64_t>(value));
         return shape.kind == EVcdKind::Real;
     });
 }
 
-void CVcdValues::SetBus(SShape &shape, std::span<const std::uint8_t> positions)
+void CVcdValues::SetBus(SShape &shape, const CVcdBits &bits)
 {
-    if (positions.size() > shape.width)
-        positions = positions.last(shape.width);
-    const std::size_t width = shape.width;
-    const std::size_t begin = width - positions.size();  // of the letters of this value
-    const std::size_t oldBegin = width - shape.letters;  // of those of the values before
-    std::uint8_t *const bits = m_bits.data() + shape.bits;
-    const std::uint8_t fill = Extend(positions.front());
+    const auto letters = static_cast<std::uint32_t>(std::min<std::size_t>(bits.Count(), shape.width));
+    const std::uint8_t fill = ExtendVcdBit(bits.At(letters - 1));
+    const std::uint32_t words = WordsOf(letters);
+    const std::uint32_t stored = std::max(words, shape.words);
 
-    for (std::size_t i = 0; fill != shape.fill && i < std::min(begin, oldBegin); ++i)
-        Emit(shape, i, fill);
-    for (std::size_t i = oldBegin; i < begin; ++i) {
-        if (bits[i] != fill)
-            Emit(shape, i, fill);
+    for (std::uint32_t i = shape.words; i < words; ++i)
+        m_words[shape.firstWord + i] = MakeVcdWord(shape.fill);
+    for (std::uint32_t i = 0; i < stored; ++i) {
+        WaveWord &word = m_words[shape.firstWord + i];
+        const WaveWord before = word;
+        word = i < words ? bits.Word(i) : MakeVcdWord(fill);
+        EmitWord(shape, i, before, word);
     }
-    if (begin < oldBegin)
-        std::fill(bits + begin, bits + oldBegin, shape.fill);
-    for (std::size_t i = begin; i < width; ++i) {
-        const std::uint8_t bit = positions[i - begin];
-        if (bits[i] == bit)
-            continue;
-        bits[i] = bit;
-        Emit(shape, i, bit);
-    }
-    shape.letters = static_cast<std::uint32_t>(positions.size());
+    for (std::uint32_t i = stored; fill != shape.fill && i < WordsOf(shape.width); ++i)
+        EmitWord(shape, i, MakeVcdWord(shape.fill), MakeVcdWord(fill));
+    shape.words = words;
     shape.fill = fill;
 }
 

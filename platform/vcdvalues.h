@@ -2,12 +2,12 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/tarnutil.h"
+#include "platform/vcdbits.h"
 #include "platform/vcdcodes.h"
 #include "platform/vcdvariable.h"
 
@@ -17,8 +17,9 @@ enum class EVcdOutcome { Taken, UnknownCode, WrongKind };
 
 /// Keeps the values of all variables, since of a bus only what changes is written.
 ///
-/// The cost of a value is bounded by the length of its text and the events that it makes: the bits to the left of its
-/// letters are looked at only where they change.
+/// Bits are kept, compared and, where the writer can take them so, written 64 at once. The cost of a value is bounded by
+/// the length of its text and the events that it makes: the words to the left of its letters are looked at only where
+/// they change.
 class CVcdValues {
 public:
     explicit CVcdValues(IDatabaseStreamWriter &writer);
@@ -35,20 +36,20 @@ public:
 
     /// Takes a value. This and the others throw SVcdFault where the events become too many.
     EVcdOutcome SetBit(std::string_view code, std::uint8_t position);
-    /// @param positions  left bit first, at least one. They are extended, or cut off, on the left
-    EVcdOutcome SetBits(std::string_view code, std::span<const std::uint8_t> positions);
+    /// @param bits  at least one. They are extended, or cut off, on the left
+    EVcdOutcome SetBits(std::string_view code, const CVcdBits &bits);
     EVcdOutcome SetReal(std::string_view code, double value);
 
 private:
     // What a code stands for: all variables of one kind and width.
     struct SShape {
         EVcdKind kind;
-        std::uint8_t fill;  // of a bus: what all bits have that `letters` does not count; 255 before the first value
+        std::uint8_t fill;  // of a bus: the position of all bits that `words` does not count
         std::uint32_t width;
-        std::uint32_t letters;  // of a bus: how many bits, counted from the right, stand in m_bits
+        std::uint32_t words;    // of a bus: how many, counted from the right, stand in m_words
         std::uint32_t next;     // the next shape of the code
         std::uint32_t aliases;  // the first of those that do not share their events
-        std::size_t bits;       // of a bus: where its leftmost bit stands in m_bits
+        std::size_t firstWord;  // of a bus: where its rightmost word stands in m_words
         long long handle;       // of the first element
     };
     struct SAlias {
@@ -61,18 +62,24 @@ private:
     void Announce(const SVcdVariable &variable, const std::string &fullName);
     std::uint32_t FindShape(std::uint32_t first, const SVcdVariable &variable) const;
     void AddShape(std::uint32_t &first, const SVcdVariable &variable, long long handle);
+    void AddWords(std::uint32_t width, long long last);
     void AddAlias(SShape &shape, long long handle);
-    void SetBus(SShape &shape, std::span<const std::uint8_t> positions);
-    void Emit(const SShape &shape, std::size_t element, std::uint64_t value);
+    void SetBus(SShape &shape, const CVcdBits &bits);
+    void Emit(const SShape &shape, std::uint64_t value);
+    void EmitWord(const SShape &shape, std::uint32_t index, const WaveWord &before, const WaveWord &after);
+    void EmitBits(long long last, std::uint64_t changed, const WaveWord &value);
+    void Count(int events);
     template <class TSet>
     EVcdOutcome ForEachShape(std::string_view code, TSet set);
 
     IDatabaseStreamWriter &m_writer;
-    IEventSharing *m_sharing;  // null if the writer cannot
+    IEventSharing *m_sharing;   // null if the writer cannot
+    IWordEvents *m_wordEvents;  // null if the writer cannot
     CVcdCodes m_codes;
     std::vector<SShape> m_shapes;
     std::vector<SAlias> m_aliases;
-    std::vector<std::uint8_t> m_bits;  // positions of bus bits
+    std::vector<WaveWord> m_words;  // the values of buses
+    CVcdBits m_bit;
     WaveEvent m_event;
     long long m_handles = 0;
     long long m_mostHandles = 0;

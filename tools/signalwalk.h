@@ -25,12 +25,22 @@ private:
         std::unique_ptr<IElementWalk> walk;
         std::uint64_t nextValue = 0;
     };
-    using CNextEvent = std::pair<long long, std::size_t>;  // time and element
+    struct SNextEvent {
+        long long time;
+        std::size_t element;
+    };
+    // Of neighbouring elements, those that have one, in any order. Often many come at once: to look through them all is
+    // then quickest.
+    using CGroup = std::vector<SNextEvent>;
+    using CNextGroup = std::pair<long long, std::size_t>;  // time and place in m_groups
 
-    void Fetch(std::size_t element);
+    void Push(std::size_t group);
+    void Take(CGroup &group);
+    bool Fetch(SNextEvent &event);
 
     std::vector<SElement> m_elements;
     std::vector<std::optional<std::uint64_t>> m_values;
-    std::priority_queue<CNextEvent, std::vector<CNextEvent>, std::greater<>> m_next;
+    std::vector<CGroup> m_groups;
+    std::priority_queue<CNextGroup, std::vector<CNextGroup>, std::greater<>> m_next;
     long long m_time = -1;
 };

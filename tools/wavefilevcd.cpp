@@ -1,6 +1,7 @@
 // VCD files for the tool.
 #include <iostream>
 #include <string>
+#include <vector>
 
 #include "tools/output.h"
 #include "tools/wavefile.h"
@@ -40,24 +41,44 @@ private:
     int m_percent = -1;
 };
 
+// Reads ahead, of a long element more each time.
 class CVcdWalk final : public IElementWalk {
 public:
     CVcdWalk(const WaveStore &store, long long handle) : m_store(store), m_handle(handle) {}
 
     bool Next(long long &time, std::uint64_t &value) override
     {
-        const WaveEvent *next = m_store.FindNext(m_handle, m_time);
+        const WaveEvent *next = Peek();
         if (next == nullptr)
             return false;
-        m_time = time = next->m_time;
-        value = m_store.FindLast(m_handle, m_time)->m_value;
+        time = next->m_time;
+        for (; next != nullptr && next->m_time == time; next = Peek()) {
+            value = next->m_value;
+            ++m_next;
+        }
         return true;
     }
 
 private:
+    static constexpr std::size_t MostEvents = 63;
+
+    const WaveEvent *Peek()
+    {
+        if (m_next == m_count) {
+            if (m_events.size() < MostEvents)
+                m_events.resize(2 * m_events.size() + 1);
+            m_count = m_store.ReadEvents(m_handle, m_place, m_events);
+            m_next = 0;
+        }
+        return m_next < m_count ? &m_events[m_next] : nullptr;
+    }
+
     const WaveStore &m_store;
     long long m_handle;
-    long long m_time = -1;
+    SEventPlace m_place;
+    std::vector<WaveEvent> m_events;
+    std::size_t m_count = 0;  // read into m_events
+    std::size_t m_next = 0;   // the first of them that is not met yet
 };
 
 class CVcdFile final : public IWaveFile {

@@ -1,11 +1,12 @@
 #include "waveform/eventrun.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
-#include <new>
+
+#include "waveform/packedevents.h"
+#include "waveform/wavestore.h"
 
 // What is behind these 16 bytes in memory are the blocks.
 struct CEventRun::SEvents {
@@ -41,18 +42,12 @@ std::size_t WordsSize(std::uint8_t code)
 // Bytes of an event that comes `distance` after the one before.
 std::size_t SizeOf(std::uint64_t distance, std::uint8_t code)
 {
-    return 1 + (static_cast<std::size_t>(std::bit_width(distance >> 3)) + 6) / 7 + WordsSize(code);
+    return PackedHeadSize(distance) + WordsSize(code);
 }
 
-// The first byte has the code, 3 bits of the distance and whether more follow; each further byte has 7 bits of it.
 void Write(std::uint8_t *to, std::uint64_t distance, std::uint8_t code, const WaveEvent &event)
 {
-    *to = static_cast<std::uint8_t>(code | (distance & 7) << 4);
-    for (distance >>= 3; distance != 0; distance >>= 7) {
-        *to++ |= 0x80;
-        *to = distance & 0x7F;
-    }
-    ++to;
+    to = WritePackedHead(to, code, distance);
     if (code < WholeValue)
         return;
     const std::uint64_t words[] = {event.m_value, event.m_unused};
@@ -62,6 +57,10 @@ void Write(std::uint8_t *to, std::uint64_t distance, std::uint8_t code, const Wa
 // Reads the events of one block, one by one.
 class CBlockReader {
 public:
+    // From an event on, behind one at `time`.
+    CBlockReader(const std::uint8_t *next, const std::uint8_t *end, long long time)
+        : m_time(time), m_next(next), m_end(end)
+    {}
     CBlockReader(const std::uint8_t *begin, const std::uint8_t *end) : m_next(begin + sizeof m_time), m_end(end)
     {
         std::memcpy(&m_time, begin, sizeof m_time);
@@ -71,10 +70,9 @@ public:
     {
         if (m_next == m_end || (*m_next & 0xF) == EndOfBlock)
             return false;
-        const std::uint8_t code = *m_next & 0xF;
-        std::uint64_t distance = *m_next >> 4 & 7;
-        for (unsigned shift = 3; (*m_next++ & 0x80) != 0; shift += 7)
-            distance |= static_cast<std::uint64_t>(*m_next & 0x7F) << shift;
+        std::uint8_t code;
+        std::uint64_t distance;
+        m_next = ReadPackedHead(m_next, code, distance);
         m_time = static_cast<long long>(static_cast<std::uint64_t>(m_time) + distance);
         event = {m_time, code, 0};
         if (code == WholeValue || code == WholeEvent)
@@ -83,6 +81,9 @@ public:
             m_next = ReadWord(event.m_unused);
         return true;
     }
+
+    long long Time() const { return m_time; }
+    const std::uint8_t *Place() const { return m_next; }
 
 private:
     const std::uint8_t *ReadWord(std::uint64_t &word) const
@@ -114,23 +115,19 @@ void CEventRun::ShareWith(std::size_t other)
 {
     std::free(m_events);
     m_events = nullptr;
-    m_sharedWith = other;
+    m_sharedWith = static_cast<std::uint32_t>(other);
 }
 
-// Makes room for `size` bytes. A quarter more is taken each time, rounded to what allocators give anyway.
+// Makes room for `size` bytes.
 void CEventRun::Reserve(std::size_t size)
 {
-    if (size > std::numeric_limits<std::uint32_t>::max() / 2)
-        throw std::bad_alloc();
-    const std::size_t used = m_events != nullptr ? m_events->used : 0;
-    const std::size_t total = (sizeof(SEvents) + std::max(size, used + used / 4) + 7) / 16 * 16 + 8;
-    auto *const events = static_cast<SEvents *>(std::realloc(m_events, total));
-    if (events == nullptr)
-        throw std::bad_alloc();
-    if (m_events == nullptr)
-        *events = {std::numeric_limits<long long>::min(), 0, 0};
-    m_events = events;
-    m_events->capacity = static_cast<std::uint32_t>(total - sizeof(SEvents));
+    const bool isFirst = m_events == nullptr;
+    void *bytes = m_events;
+    const std::uint32_t capacity = GrowPacked(bytes, sizeof(SEvents), isFirst ? 0 : m_events->used, size);
+    m_events = static_cast<SEvents *>(bytes);
+    if (isFirst)
+        *m_events = {std::numeric_limits<long long>::min(), 0, 0};
+    m_events->capacity = capacity;
 }
 
 void CEventRun::Append(const WaveEvent &event)
@@ -201,4 +198,22 @@ bool CEventRun::FindNext(long long time, WaveEvent &event) const
         }
     }
     return false;
+}
+
+std::size_t CEventRun::Read(SEventPlace &place, std::span<WaveEvent> events) const
+{
+    const std::size_t used = m_events != nullptr ? m_events->used : 0;
+    std::size_t count = 0;
+    while (count < events.size() && place.m_byte < used) {
+        const std::uint8_t *const bytes = m_events->Bytes();
+        const std::uint8_t *const next = bytes + place.m_byte;
+        const std::size_t blockEnd = std::min((place.m_byte / BlockSize + 1) * BlockSize, used);
+        CBlockReader block = place.m_byte % BlockSize == 0 ? CBlockReader(next, bytes + blockEnd)
+                                                           : CBlockReader(next, bytes + blockEnd, place.m_time);
+        while (count < events.size() && block.Next(events[count]))
+            ++count;
+        place.m_byte = count < events.size() ? blockEnd : static_cast<std::size_t>(block.Place() - bytes);
+        place.m_time = block.Time();
+    }
+    return count;
 }

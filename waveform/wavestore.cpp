@@ -14,6 +14,7 @@
 #include "settings/wrap.h"
 #include "waveform/eventrun.h"
 #include "waveform/pendingevents.h"
+#include "waveform/wordrun.h"
 
 struct WaveStore::WaveSignal {
     std::string m_name;                          // full name
@@ -128,8 +129,38 @@ void WaveStore::shareEvents(const long long *handle, const long long *original)
     Settle();
     const std::size_t run = FindRun(*handle);
     const std::size_t other = FindRun(*original);
-    if (run != NoRun && other != NoRun && run != other)
-        m_events[run].ShareWith(other);
+    if (run == NoRun || other == NoRun || run == other)
+        return;
+    SettleWord(m_events[run].Word());
+    m_events[run].ShareWith(other);
+}
+
+void WaveStore::addWord(const long long *last, std::intptr_t count)
+{
+    if (m_words.size() == CEventRun::NoWord)
+        throw std::length_error("too many words");
+    ReserveForOne(m_words);
+    const std::span<CEventRun> runs = last != nullptr ? FindWordRuns(*last, count) : std::span<CEventRun>();
+    for (CEventRun &run : runs)
+        run.SetWord(static_cast<std::uint32_t>(m_words.size()));
+    m_words.emplace_back(runs.empty() ? 0 : static_cast<std::uint32_t>(*last), static_cast<std::uint32_t>(runs.size()));
+}
+
+// @return none if not all can go together
+std::span<CEventRun> WaveStore::FindWordRuns(long long last, std::intptr_t count)
+{
+    if (count < 1 || count > 64 || last < count || last > static_cast<long long>(m_events.size()))
+        return {};
+    const std::span runs(m_events.data() + (last - count), static_cast<std::size_t>(count));
+    const bool areFree =
+        std::ranges::all_of(runs, [](const CEventRun &run) { return run.Word() == CEventRun::NoWord; });
+    return areFree ? runs : std::span<CEventRun>();
+}
+
+void WaveStore::addWordEvents(std::size_t word, const long long *time, const WaveWord *before, const WaveWord *after)
+{
+    if (word < m_words.size() && time != nullptr && before != nullptr && after != nullptr)
+        m_words[word].Append(*time, *before, *after);
 }
 
 void WaveStore::endEvents()
@@ -145,6 +176,19 @@ void WaveStore::Settle() const
         return;
     m_pending->HandOut([this](std::uint64_t run, const WaveEvent &event) {
         m_events[FindRun(static_cast<long long>(run) + 1)].Append(event);
+    });
+}
+
+// Stores what waits in a word.
+void WaveStore::SettleWord(std::uint32_t word) const
+{
+    if (word == CEventRun::NoWord)
+        return;
+    CEventRun *const lastRun = m_events.data() + m_words[word].Last() - 1;
+    m_words[word].HandOut([lastRun](unsigned element, const WaveEvent &event) {
+        CEventRun &run = *(lastRun - element);
+        if (run.SharedWith() == CEventRun::NotShared)
+            run.Append(event);
     });
 }
 
@@ -225,25 +269,39 @@ SStoredSignal WaveStore::GetSignal(std::size_t index) const
     return {signal.m_name.c_str(), signal.m_type, signal.m_firstHandle, signal.m_lastHandle};
 }
 
-bool WaveStore::HasEvents(long long handle) const
+// The run that holds the events of a handle, with all of them in it; null for a handle that was not added.
+const CEventRun *WaveStore::FindSettled(long long handle) const
 {
     Settle();
     const std::size_t run = FindRun(handle);
-    return run != NoRun && !m_events[run].IsEmpty();
+    if (run == NoRun)
+        return nullptr;
+    SettleWord(m_events[run].Word());
+    return &m_events[run];
+}
+
+bool WaveStore::HasEvents(long long handle) const
+{
+    const CEventRun *const run = FindSettled(handle);
+    return run != nullptr && !run->IsEmpty();
 }
 
 const WaveEvent *WaveStore::FindLast(long long handle, long long time) const
 {
-    Settle();
-    const std::size_t run = FindRun(handle);
-    return run != NoRun && m_events[run].FindLast(time, m_last) ? &m_last : nullptr;
+    const CEventRun *const run = FindSettled(handle);
+    return run != nullptr && run->FindLast(time, m_last) ? &m_last : nullptr;
 }
 
 const WaveEvent *WaveStore::FindNext(long long handle, long long time) const
 {
-    Settle();
-    const std::size_t run = FindRun(handle);
-    return run != NoRun && m_events[run].FindNext(time, m_next) ? &m_next : nullptr;
+    const CEventRun *const run = FindSettled(handle);
+    return run != nullptr && run->FindNext(time, m_next) ? &m_next : nullptr;
+}
+
+std::size_t WaveStore::ReadEvents(long long handle, SEventPlace &place, std::span<WaveEvent> events) const
+{
+    const CEventRun *const run = FindSettled(handle);
+    return run != nullptr ? run->Read(place, events) : 0;
 }
 
 WaveStore *ImportVcdFile(const char *path)

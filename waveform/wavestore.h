@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -12,6 +13,7 @@
 
 class CEventRun;
 class CPendingEvents;
+class CWordRun;
 
 /// A signal of a store, which owns name and type.
 struct SStoredSignal {
@@ -21,9 +23,15 @@ struct SStoredSignal {
     long long lastHandle;
 };
 
+/// Where a walk over the events of an element stands; at first in front of them all. Only the store knows its meaning.
+struct SEventPlace {
+    std::size_t m_byte = 0;
+    long long m_time = 0;
+};
+
 /// Holds the signals of one file and the events of their scalar elements. A handle names one element; handles count
 /// from 1. What a writer gives beside the rules of the interface is taken as far as it makes sense: see each operation.
-class TESK_API WaveStore : public NTARN::IDatabaseStreamWriter, public NTARN::IEventSharing {
+class TESK_API WaveStore : public NTARN::IDatabaseStreamWriter, public NTARN::IWordEvents {
 public:
     WaveStore();
     WaveStore(const WaveStore &) = delete;
@@ -58,6 +66,10 @@ public:
 
     /// Ignored unless both handles were added.
     void shareEvents(const long long *handle, const long long *original) override;
+    /// A word of which a handle was not added, or stands in another word, has no events.
+    void addWord(const long long *last, std::intptr_t count) override;
+    /// Like events, words do not go back in time. The events of an element that shares those of another are ignored.
+    void addWordEvents(std::size_t word, const long long *time, const WaveWord *before, const WaveWord *after) override;
 
     /// Finds a signal by its full name in any letter case, or an element of an array signal, "name[3]". Deliberate: an
     /// index of a "downto" range counts `left - index + right` elements from the first handle, which names another
@@ -81,6 +93,11 @@ public:
     /// The first event later than `time`, by binary search.
     /// @return null if there is none; else lives until the next call of this operation
     const WaveEvent *FindNext(long long handle, long long time) const;
+    /// Copies events in their order, from where `place` stands, as many as there is room for, and moves it behind them.
+    /// So all events of an element are walked over at a few nanoseconds each.
+    /// @param place  a new one, or as the last call for this handle left it
+    /// @return how many; 0 at the end
+    std::size_t ReadEvents(long long handle, SEventPlace &place, std::span<WaveEvent> events) const;
 
     /// Femtoseconds per file tick.
     long long GetResolution() const { return m_resolution; }
@@ -91,10 +108,14 @@ private:
     struct WaveSignal;
 
     std::size_t FindRun(long long handle) const;
+    const CEventRun *FindSettled(long long handle) const;
+    std::span<CEventRun> FindWordRuns(long long last, std::intptr_t count);
     void Settle() const;
+    void SettleWord(std::uint32_t word) const;
 
     std::vector<WaveSignal> m_signals;          // in the order of their definition
     mutable std::vector<CEventRun> m_events;    // of handle h at h - 1
+    mutable std::vector<CWordRun> m_words;      // what is not in m_events yet: the first look-up has it stored
     std::unique_ptr<CPendingEvents> m_pending;  // not in m_events yet: the first look-up has them stored
     std::unordered_map<std::string, Kestrin::KTypeInfo> m_types;  // of the signals, by their texts
     mutable WaveEvent m_last;                                     // what FindLast gave

@@ -7,6 +7,8 @@
 #include <random>
 #include <sstream>
 
+#include "waveform/wavestore.h"
+
 namespace {
 
 // -- A writer of random dumps
@@ -55,7 +57,7 @@ private:
 
     void Declare(int index)
     {
-        SVariable variable{Code(), Pick(4) == 0 ? 0 : 1 + Pick(70) * Pick(2)};
+        SVariable variable{Code(), Pick(4) == 0 ? 0 : 1 + Pick(Pick(4) == 0 ? 300 : 70) * Pick(2)};
         if (index > 0 && Pick(4) == 0)
             variable = m_variables[static_cast<std::size_t>(Pick(index))];  // an alias
         for (const SVariable &other : m_variables) {
@@ -192,6 +194,38 @@ TEST(VcdImport, AgreesWithASlowReaderOnRandomDumps)
                 const std::string events = import.writer.Events(signal.name, i);
                 ASSERT_EQ(isReal ? SameZeros(events) : events, slow.Events(signal.name, i))
                     << signal.name << " " << i << "\n"
+                    << text;
+            }
+        }
+    }
+}
+
+// As the recorder writes them.
+std::string EventsOf(const WaveStore &store, long long handle, std::size_t room)
+{
+    CRecorder recorder;
+    SEventPlace place;
+    std::vector<WaveEvent> events(room);
+    while (const std::size_t count = store.ReadEvents(handle, place, events)) {
+        for (std::size_t i = 0; i < count; ++i)
+            recorder.addEvent(&handle, &events[i]);
+    }
+    return recorder.events[handle];
+}
+
+TEST(VcdImport, GivesAStoreTheEventsThatAnyWriterGets)
+{
+    for (unsigned seed = 0; seed < 300; ++seed) {
+        const std::string text = CRandomDump(seed).Make();
+        const SImport import(text);
+        const CTextFile file(text);
+        const std::unique_ptr<WaveStore> store(ImportVcdFile(file.Name().c_str()));
+        for (const CRecorder::SSignal &signal : import.writer.signals) {
+            for (const long long handle : signal.handles) {
+                const auto events = import.writer.events.find(handle);
+                ASSERT_EQ(EventsOf(*store, handle, 1 + seed % 40),
+                          events != import.writer.events.end() ? events->second : "")
+                    << signal.name << " " << handle << "\n"
                     << text;
             }
         }

@@ -1,0 +1,185 @@
+// Events that come as words, and events read one after the other.
+#include <gmock/gmock.h>
+
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "waveform/wavestore.h"
+
+namespace {
+
+constexpr const char *Bit = "e#9#std_logicc9 UX01ZWLH-";
+
+// Adds a signal with the next `count` handles.
+void Add(WaveStore &store, long long first, long long count)
+{
+    store.addSignal("v", Bit, 0, 0, 0, 0, 0);
+    for (long long handle = first; handle < first + count; ++handle)
+        store.addHandle(&handle, 0);
+    store.endSignal();
+}
+
+void AddEvent(WaveStore &store, long long handle, long long time, std::uint64_t value, std::uint64_t unused = 0)
+{
+    const WaveEvent event{time, value, unused};
+    store.addEvent(&handle, &event);
+}
+
+// "time=value", "-" for none.
+std::string Show(const WaveEvent *event)
+{
+    return event != nullptr ? std::to_string(event->m_time) + "=" + std::to_string(event->m_value) : "-";
+}
+
+TEST(WaveStore, ReadsTheEventsOfAnElementPieceByPiece)
+{
+    WaveStore store;
+    Add(store, 1, 3);
+    const long long shared = 3;
+    const long long original = 1;
+    store.shareEvents(&shared, &original);
+    for (int i = 0; i < 1000; ++i)
+        AddEvent(store, 1, i / 2, i % 7 == 0 ? UINT64_MAX : static_cast<std::uint64_t>(i % 9), i % 31 == 0 ? 5 : 0);
+    for (const std::size_t room : {1U, 2U, 7U, 64U, 999U, 1000U, 5000U}) {
+        std::vector<WaveEvent> events(room);
+        SEventPlace place;
+        int read = 0;
+        while (const std::size_t count = store.ReadEvents(3, place, events)) {
+            for (std::size_t i = 0; i < count; ++i, ++read) {
+                ASSERT_EQ(events[i].m_time, read / 2);
+                ASSERT_EQ(events[i].m_value, read % 7 == 0 ? UINT64_MAX : static_cast<std::uint64_t>(read % 9));
+                ASSERT_EQ(events[i].m_unused, read % 31 == 0 ? 5U : 0U);
+            }
+        }
+        EXPECT_EQ(read, 1000) << room;
+        EXPECT_EQ(store.ReadEvents(3, place, {}), 0u);
+    }
+    SEventPlace place;
+    std::vector<WaveEvent> events(3);
+    EXPECT_EQ(store.ReadEvents(2, place, events), 0u);
+    EXPECT_EQ(store.ReadEvents(9, place, events), 0u);
+}
+
+TEST(WaveStore, GoesOnReadingWhatWasAddedMeanwhile)
+{
+    WaveStore store;
+    Add(store, 1, 1);
+    SEventPlace place;
+    WaveEvent event;
+    for (int i = 0; i < 500; ++i) {
+        ASSERT_EQ(store.ReadEvents(1, place, {&event, 1}), 0u);
+        AddEvent(store, 1, i * 40LL, 3);
+        ASSERT_EQ(store.ReadEvents(1, place, {&event, 1}), 1u);
+        ASSERT_EQ(event.m_time, i * 40LL);
+    }
+}
+
+void AddWord(WaveStore &store, long long last, std::intptr_t count)
+{
+    store.addWord(&last, count);
+}
+
+TEST(WaveStore, TakesWordsLikeTheEventsOfTheirElements)
+{
+    std::mt19937_64 random(2);
+    for (int round = 0; round < 100; ++round) {
+        const auto count = static_cast<long long>(1 + random() % 64);
+        WaveStore words;
+        WaveStore events;
+        for (WaveStore *store : {&words, &events})
+            Add(*store, 1, 3 + count);
+        AddWord(words, 1, 1);
+        AddWord(words, 2 + count, count);
+        WaveWord before = NoWord;
+        long long time = round % 5 == 0 ? std::numeric_limits<long long>::min() : -3;
+        for (int i = 0; i < 200; ++i) {
+            const unsigned width = 1U << random() % 7;
+            WaveWord after;
+            for (int plane = 0; plane < 4; ++plane)
+                after.m_planes[plane] = before.m_planes[plane] ^ (random() % 2 * (random() >> (64 - width) % 64));
+            time += static_cast<long long>(random() % 2 * (random() >> random() % 63) >> 10);
+            words.addWordEvents(1, &time, &before, &after);
+            for (unsigned bit = 0; bit < count; ++bit) {
+                if (PositionAt(after, bit) != PositionAt(before, bit))
+                    AddEvent(events, 2 + count - bit, time, PositionAt(after, bit));
+            }
+            before = after;
+            const long long handle = 1 + static_cast<long long>(random() % static_cast<std::uint64_t>(count + 2));
+            if (random() % 20 == 0) {
+                ASSERT_EQ(Show(words.FindLast(handle, time)), Show(events.FindLast(handle, time)));
+            }
+        }
+        for (long long handle = 1; handle <= 3 + count; ++handle) {
+            ASSERT_EQ(words.HasEvents(handle), events.HasEvents(handle));
+            SEventPlace place;
+            SEventPlace otherPlace;
+            WaveEvent event;
+            WaveEvent other;
+            while (words.ReadEvents(handle, place, {&event, 1}) == 1) {
+                ASSERT_EQ(events.ReadEvents(handle, otherPlace, {&other, 1}), 1u);
+                ASSERT_EQ(Show(&event), Show(&other));
+            }
+            ASSERT_EQ(events.ReadEvents(handle, otherPlace, {&other, 1}), 0u);
+        }
+    }
+}
+
+TEST(WaveStore, IgnoresWordsThatAWriterMustNotSend)
+{
+    WaveStore store;
+    Add(store, 1, 70);
+    const struct {
+        long long last;
+        std::intptr_t count;
+    } rows[] = {{4, 5}, {71, 1}, {70, 65}, {70, 0}, {70, -1}, {0, 1}, {std::numeric_limits<long long>::min(), 1},
+                {8, 4}, {6, 2}};
+    for (const auto &row : rows)
+        AddWord(store, row.last, row.count);
+    store.addWord(nullptr, 1);
+    const long long time = 5;
+    const WaveWord zeros{};
+    for (std::size_t word = 0; word < 20; ++word) {
+        store.addWordEvents(word, &time, &NoWord, &zeros);
+        store.addWordEvents(word, nullptr, nullptr, nullptr);
+    }
+    for (long long handle = 1; handle <= 70; ++handle)
+        EXPECT_EQ(store.HasEvents(handle), handle >= 5 && handle <= 8) << handle;
+}
+
+TEST(WaveStore, SharesTheEventsOfAWord)
+{
+    WaveStore store;
+    Add(store, 1, 3);
+    AddWord(store, 2, 2);
+    const long long time = 5;
+    const WaveWord zeros{};
+    const auto share = [&store](long long handle, long long original) { store.shareEvents(&handle, &original); };
+    share(3, 2);
+    store.addWordEvents(0, &time, &NoWord, &zeros);
+    EXPECT_EQ(Show(store.FindLast(3, 9)), "5=0");
+    share(1, 2);  // its own events are given up, and those to come ignored
+    const long long later = 8;
+    const WaveWord ones{{3, 0, 0, 0}};
+    store.addWordEvents(0, &later, &zeros, &ones);
+    EXPECT_EQ(Show(store.FindNext(1, 0)), "5=0");
+    EXPECT_EQ(Show(store.FindNext(1, 5)), "8=1");
+    EXPECT_EQ(store.FindNext(1, 8), nullptr);
+}
+
+TEST(WaveStore, StoresAnEarlierWordAtTheTimeReached)
+{
+    WaveStore store;
+    Add(store, 1, 1);
+    AddWord(store, 1, 1);
+    WaveWord before = NoWord;
+    for (const long long time : {10, 5, 20}) {
+        const WaveWord after{{static_cast<std::uint64_t>(time == 5), 0, 0, 0}};
+        store.addWordEvents(0, &time, &before, &after);
+        before = after;
+    }
+    EXPECT_EQ(Show(store.FindLast(1, 15)), "10=1");
+    EXPECT_EQ(store.FindLast(1, 7), nullptr);
+}
+
+}  // namespace
