@@ -63,6 +63,8 @@ public:
     std::uint32_t value() const { return m_position < m_count ? m_events[m_position].value : 0; }
     /// High 32 bits of the raw value; 0 at the end.
     std::uint32_t extValue() const { return m_position < m_count ? m_events[m_position].extValue : 0; }
+    /// The event itself, the same one for all signals that share their events; null at the end.
+    const SFileEvent *event() const { return m_position < m_count ? m_events + m_position : nullptr; }
 
 private:
     const SFileEvent *m_events;

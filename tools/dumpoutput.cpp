@@ -4,7 +4,9 @@
 #include <bit>
 #include <charconv>
 #include <functional>
+#include <map>
 #include <queue>
+#include <tuple>
 
 #include "tools/signalwalk.h"
 #include "tools/vcdname.h"
@@ -30,8 +32,13 @@ struct SScalarForm {
 
 struct SDumpVariable {
     SVcdName name;
-    SScalarForm form;
     KTypeInfo type;
+    std::size_t events;  // which ones it shows
+};
+
+struct SDumpEvents {
+    SScalarForm form;
+    KTypeInfo type;  // of the first variable that shows them
     std::string code;
     CSignalWalk walk;
 };
@@ -83,12 +90,12 @@ SScalarForm FormOf(const KTypeInfo &type)
 }
 
 // What stands behind "$var".
-std::string Declaration(const SDumpVariable &variable)
+std::string Declaration(const SDumpVariable &variable, const SDumpEvents &events)
 {
-    const std::string name = variable.code + ' ' + variable.name.variable;
-    const std::size_t width = variable.walk.GetValues().size();
-    switch (variable.form.kind) {
-    case EDumpKind::Integer: return "integer " + std::to_string(variable.form.integerBits) + ' ' + name;
+    const std::string name = events.code + ' ' + variable.name.variable;
+    const std::size_t width = events.walk.GetValues().size();
+    switch (events.form.kind) {
+    case EDumpKind::Integer: return "integer " + std::to_string(events.form.integerBits) + ' ' + name;
     case EDumpKind::Real: return "real 64 " + name;
     case EDumpKind::Text: return "string 1 " + name;
     default: break;
@@ -108,45 +115,62 @@ std::string RealText(std::uint64_t value)
     return {text.data(), end};
 }
 
-std::string BitText(const SDumpVariable &variable)
+std::string BitText(const SDumpEvents &events)
 {
     std::string text;
-    for (const auto &value : variable.walk.GetValues())
-        text += value && *value < variable.form.letters.size() ? variable.form.letters[*value] : 'x';
+    for (const auto &value : events.walk.GetValues())
+        text += value && *value < events.form.letters.size() ? events.form.letters[*value] : 'x';
     return text;
 }
 
-// The value of a variable now, on a line of its own.
-std::string ChangeLine(const SDumpVariable &variable)
+// The value now, on a line of its own.
+std::string ChangeLine(const SDumpEvents &events)
 {
-    const std::uint64_t value = variable.walk.GetValues().front().value_or(0);
-    switch (variable.form.kind) {
-    case EDumpKind::Integer: return 'b' + VcdBits(value, variable.form.integerBits) + ' ' + variable.code;
-    case EDumpKind::Real: return 'r' + RealText(value) + ' ' + variable.code;
+    const std::uint64_t value = events.walk.GetValues().front().value_or(0);
+    switch (events.form.kind) {
+    case EDumpKind::Integer: return 'b' + VcdBits(value, events.form.integerBits) + ' ' + events.code;
+    case EDumpKind::Real: return 'r' + RealText(value) + ' ' + events.code;
     case EDumpKind::Text:
-        return 's' + VcdEscapedText(Literal(variable.type, static_cast<unsigned>(value))) + ' ' + variable.code;
+        return 's' + VcdEscapedText(Literal(events.type, static_cast<unsigned>(value))) + ' ' + events.code;
     default: break;
     }
-    const bool isVector = !variable.type.IsScalar();
-    return (isVector ? 'b' + BitText(variable) + ' ' : BitText(variable)) + variable.code;
+    const bool isVector = !events.type.IsScalar();
+    return (isVector ? 'b' + BitText(events) + ' ' : BitText(events)) + events.code;
 }
 
-void AddVariable(std::vector<SDumpVariable> &variables, IWaveFile &file, const SFileSignal &signal,
-                 const SScalarForm &form)
+// The variables, and what they show: those that share their events share an identifier code too.
+class CDump {
+public:
+    explicit CDump(IWaveFile &file);
+
+    std::vector<SDumpVariable> variables;
+    std::vector<SDumpEvents> events;
+
+private:
+    void Add(IWaveFile &file, const SFileSignal &signal, const SScalarForm &form);
+
+    // By the type of the scalars, as a vector or not, and the events of all elements.
+    std::map<std::tuple<std::string, bool, std::vector<long long>>, std::size_t> m_known;
+};
+
+void CDump::Add(IWaveFile &file, const SFileSignal &signal, const SScalarForm &form)
 {
-    variables.push_back(
-        {SplitVcdName(signal.path), form, signal.type, VcdCode(variables.size()), CSignalWalk(file, signal)});
+    const bool isScalar = signal.type.IsScalar();
+    const char *scalar = isScalar ? signal.type.GetTypeInfoString() : signal.type.GetArrayElementTypeInfo();
+    const auto [known, isNew] = m_known.try_emplace({scalar, isScalar, IdentifyEvents(file, signal)}, events.size());
+    if (isNew)
+        events.push_back({form, signal.type, VcdCode(events.size()), CSignalWalk(file, signal)});
+    variables.push_back({SplitVcdName(signal.path), signal.type, known->second});
 }
 
 // Scalars and vectors of bits are variables; of any other array each element is one.
-std::vector<SDumpVariable> MakeVariables(IWaveFile &file)
+CDump::CDump(IWaveFile &file)
 {
-    std::vector<SDumpVariable> variables;
     for (const SFileSignal &signal : file.GetSignals()) {
         const KTypeInfo *element = signal.type.GetArrayElementKTypeInfo();
         const SScalarForm form = FormOf(element != nullptr ? *element : signal.type);
         if (element == nullptr || form.kind == EDumpKind::Bits) {
-            AddVariable(variables, file, signal, form);
+            Add(file, signal, form);
             continue;
         }
         int left = 0;
@@ -155,10 +179,9 @@ std::vector<SDumpVariable> MakeVariables(IWaveFile &file)
         signal.type.GetArrayDimensionRanges(0, left, right, direction);
         for (long long i = 0; i < signal.elementCount; ++i) {
             const std::string index = std::to_string(direction == 0 ? left + i : left - i);
-            AddVariable(variables, file, {signal.path + '(' + index + ')', *element, signal.firstElement + i, 1}, form);
+            Add(file, {signal.path + '(' + index + ')', *element, signal.firstElement + i, 1}, form);
         }
     }
-    return variables;
 }
 
 // Closes and opens scopes on the way from one variable to the next.
@@ -171,14 +194,14 @@ void WriteScopes(std::ostream &out, const std::vector<std::string> &from, const 
         out << "$scope module " << *scope << " $end\n";
 }
 
-void WriteDeclarations(std::ostream &out, const std::vector<SDumpVariable> &variables, const SVcdTimeScale &scale)
+void WriteDeclarations(std::ostream &out, const CDump &dump, const SVcdTimeScale &scale)
 {
     out << "$version tesk $end\n$timescale " << scale.text << " $end\n";
     std::vector<std::string> scopes;
-    for (const SDumpVariable &variable : variables) {
+    for (const SDumpVariable &variable : dump.variables) {
         WriteScopes(out, scopes, variable.name.scopes);
         scopes = variable.name.scopes;
-        out << "$var " << Declaration(variable) << " $end\n";
+        out << "$var " << Declaration(variable, dump.events[variable.events]) << " $end\n";
     }
     WriteScopes(out, scopes, {});
     out << "$enddefinitions $end\n";
@@ -189,16 +212,16 @@ void WriteDeclarations(std::ostream &out, const std::vector<SDumpVariable> &vari
 void WriteWaveDump(std::ostream &out, IWaveFile &file)
 {
     const SVcdTimeScale scale = VcdTimeScale(file.GetResolution());
-    std::vector<SDumpVariable> variables = MakeVariables(file);
-    WriteDeclarations(out, variables, scale);
+    CDump dump(file);
+    WriteDeclarations(out, dump, scale);
 
-    using CNextChange = std::pair<long long, std::size_t>;  // time and variable
+    using CNextChange = std::pair<long long, std::size_t>;  // time and events
     std::priority_queue<CNextChange, std::vector<CNextChange>, std::greater<>> next;
     const auto fetch = [&](std::size_t index) {
-        if (variables[index].walk.Next())
-            next.emplace(variables[index].walk.GetTime(), index);
+        if (dump.events[index].walk.Next())
+            next.emplace(dump.events[index].walk.GetTime(), index);
     };
-    for (std::size_t i = 0; i < variables.size(); ++i)
+    for (std::size_t i = 0; i < dump.events.size(); ++i)
         fetch(i);
     long long stamped = 0;
     out << VcdTimeStamp(0, scale) << '\n';
@@ -208,7 +231,7 @@ void WriteWaveDump(std::ostream &out, IWaveFile &file)
         if (time != stamped)
             out << VcdTimeStamp(time, scale) << '\n';
         stamped = time;
-        out << ChangeLine(variables[index]) << '\n';
+        out << ChangeLine(dump.events[index]) << '\n';
         fetch(index);
     }
     if (file.GetEndTime() > stamped)

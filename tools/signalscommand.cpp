@@ -17,11 +17,14 @@ struct SSignalsOptions {
     std::string output;
 };
 
-struct SSignalRow {
-    const SFileSignal *signal;
+struct SChanges {
     long long changes = 0;
     long long first = 0;  // file ticks; of a signal without changes nothing
     long long last = 0;
+};
+
+struct SSignalRow : SChanges {
+    const SFileSignal *signal;
 };
 
 struct SListing {
@@ -31,15 +34,29 @@ struct SListing {
     std::vector<SSignalRow> rows;
 };
 
-SSignalRow CountChanges(IWaveFile &file, const SFileSignal &signal)
+SChanges CountChanges(IWaveFile &file, const SFileSignal &signal)
 {
-    SSignalRow row{&signal};
+    SChanges changes;
     CSignalWalk walk(file, signal);
-    for (; walk.Next(); ++row.changes) {
-        row.first = row.changes == 0 ? walk.GetTime() : row.first;
-        row.last = walk.GetTime();
+    for (; walk.Next(); ++changes.changes) {
+        changes.first = changes.changes == 0 ? walk.GetTime() : changes.first;
+        changes.last = walk.GetTime();
     }
-    return row;
+    return changes;
+}
+
+// Signals that share their events are walked once: a clock may have as many names as a design has modules.
+std::vector<SSignalRow> ListRows(IWaveFile &file)
+{
+    std::vector<SSignalRow> rows;
+    std::map<std::vector<long long>, SChanges> counted;
+    for (const SFileSignal &signal : file.GetSignals()) {
+        const auto [changes, isNew] = counted.try_emplace(IdentifyEvents(file, signal));
+        if (isNew)
+            changes->second = CountChanges(file, signal);
+        rows.push_back({changes->second, &signal});
+    }
+    return rows;
 }
 
 std::string FirstTime(const SListing &listing, const SSignalRow &row)
@@ -94,9 +111,7 @@ int ListSignals(const SSignalsOptions &options)
 {
     const std::string format = !options.format.empty() ? options.format : IsTerminal() ? "table" : "csv";
     const std::unique_ptr<IWaveFile> file = OpenWaveFile(options.file);
-    SListing listing{options.file, file->GetResolution(), file->GetEndTime(), {}};
-    for (const SFileSignal &signal : file->GetSignals())
-        listing.rows.push_back(CountChanges(*file, signal));
+    const SListing listing{options.file, file->GetResolution(), file->GetEndTime(), ListRows(*file)};
     WriteOutput(options.output, [&](std::ostream &out) { Writers.at(format)(out, listing); });
     return 0;
 }

@@ -8,6 +8,14 @@ constexpr std::size_t GroupSize = 64;
 
 }  // namespace
 
+std::vector<long long> IdentifyEvents(IWaveFile &file, const SFileSignal &signal)
+{
+    std::vector<long long> events;
+    for (long long i = 0; i < signal.elementCount; ++i)
+        events.push_back(file.IdentifyEvents(signal.firstElement + i));
+    return events;
+}
+
 CSignalWalk::CSignalWalk(IWaveFile &file, const SFileSignal &signal)
 {
     for (std::size_t i = 0; i < static_cast<std::size_t>(signal.elementCount); ++i) {

@@ -8,6 +8,9 @@
 
 #include "tools/wavefile.h"
 
+/// What signals have in common if they share the events of all their elements. @throw CRefusal if they cannot be read
+std::vector<long long> IdentifyEvents(IWaveFile &file, const SFileSignal &signal);
+
 class CSignalWalk {
 public:
     /// @param file  must outlive the walk. @throw CRefusal if the events cannot be read

@@ -1,5 +1,6 @@
 // Event streams out of other waveform files.
 #include <array>
+#include <unordered_map>
 
 #include "platform/log.h"
 #include "platform/morvel.h"
@@ -25,7 +26,36 @@ void WriteOrRefuse(const std::string &path, const Function &step)
         throw CRefusal(why);
 }
 
-void AddEvents(Morvel::IMorvelWrite &writer, int number, IElementWalk &walk)
+// The scalars of the stream in groups that share their events, so that these are walked once.
+class CScalars {
+public:
+    void Add(IWaveFile &file, long long element, int number)
+    {
+        const auto [group, isNew] = m_groupOf.try_emplace(file.IdentifyEvents(element), m_groups.size());
+        if (isNew)
+            m_groups.push_back({element, {}});
+        m_groups[group->second].numbers.push_back(number);
+    }
+
+    void WriteEvents(Morvel::IMorvelWrite &writer, IWaveFile &file) const
+    {
+        for (const SGroup &group : m_groups)
+            WriteGroup(writer, group.numbers, *file.Walk(group.element));
+    }
+
+private:
+    struct SGroup {
+        long long element;         // one of them
+        std::vector<int> numbers;  // in the stream
+    };
+
+    static void WriteGroup(Morvel::IMorvelWrite &writer, const std::vector<int> &numbers, IElementWalk &walk);
+
+    std::vector<SGroup> m_groups;
+    std::unordered_map<long long, std::size_t> m_groupOf;
+};
+
+void CScalars::WriteGroup(Morvel::IMorvelWrite &writer, const std::vector<int> &numbers, IElementWalk &walk)
 {
     long long time = 0;
     std::uint64_t value = 0;
@@ -33,11 +63,12 @@ void AddEvents(Morvel::IMorvelWrite &writer, int number, IElementWalk &walk)
         std::array<unsigned char, 8> bytes{};
         for (std::size_t i = 0; i < bytes.size(); ++i)
             bytes[i] = static_cast<unsigned char>(value >> (8 * i));
-        writer.AddEvent(number, time, bytes.data());
+        for (const int number : numbers)
+            writer.AddEvent(number, time, bytes.data());
     }
 }
 
-void AddBus(Morvel::IMorvelWrite &writer, IWaveFile &file, const SFileSignal &signal)
+void AddBus(Morvel::IMorvelWrite &writer, CScalars &scalars, IWaveFile &file, const SFileSignal &signal)
 {
     const int bus = writer.AddSignal(-1, signal.path.c_str(), signal.type.GetTypeInfoString());
     int left = 0;
@@ -47,18 +78,18 @@ void AddBus(Morvel::IMorvelWrite &writer, IWaveFile &file, const SFileSignal &si
     for (long long i = 0; i < signal.elementCount; ++i) {
         const std::string name = '(' + std::to_string(direction == 0 ? left + i : left - i) + ')';
         const int number = writer.AddSignal(bus, name.c_str(), signal.type.GetArrayElementTypeInfo());
-        AddEvents(writer, number, *file.Walk(signal.firstElement + i));
+        scalars.Add(file, signal.firstElement + i, number);
     }
 }
 
-void AddSignal(Morvel::IMorvelWrite &writer, IWaveFile &file, const SFileSignal &signal)
+void AddSignal(Morvel::IMorvelWrite &writer, CScalars &scalars, IWaveFile &file, const SFileSignal &signal)
 {
     if (!signal.type.IsScalar()) {
-        AddBus(writer, file, signal);
+        AddBus(writer, scalars, file, signal);
         return;
     }
     const int number = writer.AddSignal(-1, signal.path.c_str(), signal.type.GetTypeInfoString());
-    AddEvents(writer, number, *file.Walk(signal.firstElement));
+    scalars.Add(file, signal.firstElement, number);
 }
 
 }  // namespace
@@ -70,8 +101,10 @@ void WriteEventStream(const std::string &path, IWaveFile &file)
         writer.reset(Morvel::CreateStreamWrite(path.c_str(), file.GetResolution()));
         return writer != nullptr;
     });
+    CScalars scalars;
     for (const SFileSignal &signal : file.GetSignals())
-        AddSignal(*writer, file, signal);
+        AddSignal(*writer, scalars, file, signal);
+    scalars.WriteEvents(*writer, file);
     writer->SetEndTime(file.GetEndTime());
     WriteOrRefuse(path, [&] { return writer->Finish(); });
 }

@@ -55,6 +55,12 @@ public:
     long long GetEndTime() override { return m_file->GetEndTime(); }
     const std::vector<SFileSignal> &GetSignals() override { return m_file->GetSignals(); }
 
+    long long IdentifyEvents(long long element) override
+    {
+        const CErrorCatcher errors;
+        return m_file->IdentifyEvents(element);
+    }
+
     std::unique_ptr<IElementWalk> Walk(long long element) override
     {
         return WithErrors(m_path, [&] { return m_file->Walk(element); });

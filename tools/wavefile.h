@@ -34,6 +34,9 @@ public:
     /// File ticks.
     virtual long long GetEndTime() = 0;
     virtual const std::vector<SFileSignal> &GetSignals() = 0;
+    /// A number that elements have in common if they share their events, as the aliases of one signal do.
+    /// @throw CRefusal if the events cannot be read
+    virtual long long IdentifyEvents(long long element) = 0;
     /// @throw CRefusal if the events cannot be read
     virtual std::unique_ptr<IElementWalk> Walk(long long element) = 0;
 };

@@ -40,6 +40,12 @@ public:
     long long GetResolution() override { return m_reader->GetResolution(); }
     long long GetEndTime() override { return m_reader->GetEndTime(); }
     const std::vector<SFileSignal> &GetSignals() override { return m_signals; }
+    long long IdentifyEvents(long long element) override
+    {
+        const NTARN::SFileEvent *event = m_reader->EventsFrom(static_cast<int>(element), 0).event();
+        return event != nullptr ? static_cast<long long>(reinterpret_cast<std::intptr_t>(event)) : -element;
+    }
+
     std::unique_ptr<IElementWalk> Walk(long long element) override
     {
         return std::make_unique<CFstWalk>(*m_reader, static_cast<int>(element));

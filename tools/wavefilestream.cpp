@@ -77,6 +77,7 @@ public:
     long long GetEndTime() override { return m_raw->GetEndTime(); }
     const std::vector<SFileSignal> &GetSignals() override { return m_signals; }
 
+    long long IdentifyEvents(long long element) override { return element; }  // the format has no aliases
     std::unique_ptr<IElementWalk> Walk(long long element) override
     {
         const Morvel::KEventsStore *store = m_raw->GetEventsStore(static_cast<int>(element));

@@ -95,6 +95,7 @@ public:
     long long GetResolution() override { return m_store->GetResolution(); }
     long long GetEndTime() override { return m_store->GetEndTime(); }
     const std::vector<SFileSignal> &GetSignals() override { return m_signals; }
+    long long IdentifyEvents(long long element) override { return m_store->GetOriginal(element); }
     std::unique_ptr<IElementWalk> Walk(long long element) override
     {
         return std::make_unique<CVcdWalk>(*m_store, element);

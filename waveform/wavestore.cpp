@@ -269,6 +269,12 @@ SStoredSignal WaveStore::GetSignal(std::size_t index) const
     return {signal.m_name.c_str(), signal.m_type, signal.m_firstHandle, signal.m_lastHandle};
 }
 
+long long WaveStore::GetOriginal(long long handle) const
+{
+    const std::size_t run = FindRun(handle);
+    return run != NoRun ? static_cast<long long>(run) + 1 : 0;
+}
+
 // The run that holds the events of a handle, with all of them in it; null for a handle that was not added.
 const CEventRun *WaveStore::FindSettled(long long handle) const
 {

@@ -85,6 +85,9 @@ public:
     /// A signal by its number, in the order of the file. @param index  below `GetSignalCount()`
     SStoredSignal GetSignal(std::size_t index) const;
 
+    /// The handle whose events count as those of `handle`: itself, or the one that it shares them with.
+    /// @return 0 for a handle that was not added
+    long long GetOriginal(long long handle) const;
     /// Whether an element has events at all.
     bool HasEvents(long long handle) const;
     /// The last event not later than `time`, by binary search.

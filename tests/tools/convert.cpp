@@ -69,7 +69,13 @@ TEST(Convert, KeepsAllSignalsAndChangesOnTheWayThroughAStream)
         EXPECT_EQ(RunShell("tesk signals " + stream).out, list) << source;
         EXPECT_EQ(RunShell("tesk signals " + dump).out, list) << source;
         EXPECT_EQ(DumpOf(dump), ReadFile(dump)) << source;
-        EXPECT_EQ(DumpOf(file), ReadFile(dump)) << source;
+
+        // A stream has no aliases, so that only what went through one compares with what did.
+        const std::string direct = (folder / "direct.vcd").string();
+        Succeed("tesk convert " + file + " " + direct);
+        EXPECT_EQ(DumpOf(direct), ReadFile(direct)) << source;
+        Succeed("tesk convert " + direct + " " + stream);
+        EXPECT_EQ(DumpOf(stream), ReadFile(dump)) << source;
     }
 }
 
@@ -150,6 +156,48 @@ TEST(Convert, WritesEveryTypeOfAStream)
                                         "101 #\nsrun $\n1%\nbzx &\n"
                                         "#1\nx%\nb" +
                                         zeros + "001 '\n#2\nsstop $\n#3\ns $\n"));
+}
+
+TEST(Convert, WritesAliasesUnderOneIdentifierCode)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "a.vcd").string();
+    WriteBytesTo(file, "$timescale 1ns $end\n"
+                       "$var wire 1 ! a $end\n$var wire 2 \" v [1:0] $end\n$var wire 2 \" w [0:1] $end\n"
+                       "$var wire 1 # c $end\n$var reg 1 ! b $end\n$enddefinitions $end\n"
+                       "#0\n1!\n0#\nb10 \"\n#5\n0!\n");
+    EXPECT_EQ(DumpOf(file), "$version tesk $end\n"
+                            "$timescale 1ns $end\n"
+                            "$var wire 1 ! a $end\n"
+                            "$var wire 2 \" v [1:0] $end\n"
+                            "$var wire 2 \" w [0:1] $end\n"
+                            "$var wire 1 # c $end\n"
+                            "$var wire 1 ! b $end\n"
+                            "$enddefinitions $end\n"
+                            "#0\n1!\nb10 \"\n0#\n#5\n0!\n");
+    const std::string stream = (folder / "a.zyn").string();
+    Succeed("tesk convert " + file + " " + stream);
+    EXPECT_EQ(RunShell("tesk signals " + stream).out, RunShell("tesk signals " + file).out);
+    EXPECT_THAT(DumpOf(stream), HasSubstr("#5\n0!\n0%\n"));
+}
+
+TEST(Convert, WritesTheEventsOfTenThousandAliasesOnce)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "a.vcd").string();
+    const std::string dump = (folder / "b.vcd").string();
+    std::string text = "$timescale 1ns $end\n";
+    for (int i = 0; i < 10000; ++i)
+        text += "$var wire 1 ! n" + std::to_string(i) + " $end\n";
+    text += "$enddefinitions $end\n";
+    for (int i = 0; i < 5000; ++i)
+        text += '#' + std::to_string(i) + (i % 2 == 0 ? "\n0!\n" : "\n1!\n");
+    WriteBytesTo(file, text);
+    Succeed("tesk convert " + file + " " + dump);
+    EXPECT_LT(std::filesystem::file_size(dump), 2 * text.size());
+    const std::string list = RunShell("tesk signals " + dump).out;
+    EXPECT_THAT(list, HasSubstr("\nn9999,std_logic,5000,0ns,4999ns\n"));
+    EXPECT_EQ(RunShell("tesk signals " + file).out, list);
 }
 
 TEST(Convert, CutsNamesIntoScopesThatGiveThemBack)
