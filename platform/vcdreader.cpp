@@ -14,6 +14,7 @@ namespace {
 
 // What a file may claim: a base, and so much for each of its bytes.
 constexpr long long Base = 1LL << 22;
+constexpr long long EventBase = 1LL << 25;  // a wide bus changes all its bits with one letter
 constexpr long long ElementsPerByte = 8;
 constexpr long long EventsPerByte = 16;
 constexpr long long NameBytesPerByte = 64;
@@ -51,7 +52,7 @@ void CVcdReader::Run()
 void CVcdReader::OnRead(long long bytesRead, long long fileSize)
 {
     const long long size = std::max(bytesRead, fileSize);
-    m_values.SetLimits(Base + ElementsPerByte * size, Base + EventsPerByte * size);
+    m_values.SetLimits(Base + ElementsPerByte * size, EventBase + EventsPerByte * size);
     m_mostNameBytes = Base + NameBytesPerByte * size;
     ReportProgress(bytesRead, fileSize);
     if (m_writer.isCancelled())

@@ -216,10 +216,10 @@ TEST(VcdClaim, OfEventsIsHeldAgainstTheSizeOfTheFile)
     importer.connectTarnWriter(&counter);
     importer.setVcdFileName(file.Name());
     importer.vcdImport();
-    EXPECT_EQ(counter.count, static_cast<long long>((1 << 22) + 16 * text.size()));
+    EXPECT_EQ(counter.count, static_cast<long long>((1 << 25) + 16 * text.size()));
     ASSERT_EQ(log.Messages().size(), 1u);
     EXPECT_THAT(log.Messages()[0],
-                HasSubstr("changes of single bits, too many for a file of this size; the file is read up to 1 ns"));
+                HasSubstr("changes of single bits, too many for a file of this size; the file is read up to 8 ns"));
 }
 
 TEST(VcdClaim, OfNamesIsHeldAgainstTheSizeOfTheFile)
