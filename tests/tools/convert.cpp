@@ -34,7 +34,7 @@ std::string Refusal(const std::string &arguments)
 
 std::string DumpOf(const std::string &file)
 {
-    const SToolRun run = RunShell("tesk convert " + file + " - --format vcd");
+    const SToolRun run = RunShell("tesk convert " + file + " -");
     EXPECT_EQ(run.status, 0) << run.err;
     return run.out;
 }
@@ -318,6 +318,35 @@ TEST(Convert, RemovesItsDraftWhenASignalEndsIt)
         EXPECT_EQ(run.out, name[2] == 'v' ? "143\na.vcd\nb.vcd\n" : "143\na.vcd\nb.vcd\nb.zyn\n") << run.err;
         EXPECT_EQ(ReadFile(output), "old");
     }
+}
+
+TEST(Convert, TakesItsFormatOnStandardOutputFromTheOption)
+{
+    EXPECT_EQ(RunShell("tesk convert tests/data/tb.ghdl.vcd - --format vcd").out, DumpOf("tests/data/tb.ghdl.vcd"));
+}
+
+TEST(Convert, ReadsADumpFromAPipe)
+{
+    EXPECT_EQ(DumpOf("/dev/stdin <tests/data/tb.ghdl.vcd"), DumpOf("tests/data/tb.ghdl.vcd"));
+    EXPECT_EQ(RunShell("cat tests/data/tb.ghdl.vcd | tesk convert /dev/stdin -").out, DumpOf("tests/data/tb.ghdl.vcd"));
+}
+
+TEST(Convert, NamesFilesOnOneLine)
+{
+    const CTemporaryFolder folder;
+    const std::string name = (folder / "a\n\x1B\xC2\x9Bö").string();
+    const std::string shown = (folder / "a\\x0A\\x1B\\xC2\\x9Bö").string();
+    EXPECT_EQ(Refusal("'" + name + "' out.vcd"), "tesk: " + shown + ": there is no such file\n");
+    EXPECT_THAT(Refusal("tests/data/tb.ghdl.vcd '" + name + "'"), HasSubstr(shown + ": its name tells no format"));
+    EXPECT_EQ(Refusal("tests/data/tb.ghdl.vcd '" + name + "/b.vcd'"),
+              "tesk: " + shown + "/b.vcd: cannot be written: No such file or directory\n");
+    EXPECT_EQ(Refusal("tests/data/tb.ghdl.vcd '" + name + "/b.zyn'"),
+              "tesk: Event stream " + shown + "/b.zyn cannot be written: No such file or directory.\n");
+    WriteBytesTo(name + ".zyn", "no stream");
+    EXPECT_EQ(Refusal("'" + name + ".zyn' out.vcd"), "tesk: Event stream " + shown + ".zyn is no event stream.\n");
+    WriteStream(name + ".zyn", {});
+    EXPECT_EQ(Refusal("'" + name + ".zyn' out.zyn"),
+              "tesk: " + shown + ".zyn: is an event stream already; it can be converted to VCD\n");
 }
 
 TEST(Convert, HasAnExampleInItsHelp)
