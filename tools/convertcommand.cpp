@@ -3,6 +3,7 @@
 
 #include "tools/commands.h"
 #include "tools/output.h"
+#include "tools/quote.h"
 #include "tools/waveoutput.h"
 
 namespace {
@@ -20,10 +21,13 @@ EWaveKind OutputKind(const SConvertOptions &options)
 {
     if (!options.format.empty())
         return Formats.at(options.format);
+    if (options.output == "-")
+        return EWaveKind::Vcd;
     const EWaveKind kind = KindOfName(options.output);
     if (kind == EWaveKind::Fst)
-        throw CRefusal(options.output + ": its name tells no format that can be written; end it in .zyn for an event "
-                                        "stream or in .vcd, or use --format");
+        throw CRefusal(OneLine(options.output) +
+                       ": its name tells no format that can be written; end it in .zyn for an event "
+                       "stream or in .vcd, or use --format");
     return kind;
 }
 
@@ -34,7 +38,7 @@ int Convert(const SConvertOptions &options)
     if (toStream && options.output == "-")
         throw CRefusal("standard output takes a VCD only; give an event stream a file");
     if (toStream && KindOfFile(options.input) == EWaveKind::Stream)
-        throw CRefusal(options.input + ": is an event stream already; it can be converted to VCD");
+        throw CRefusal(OneLine(options.input) + ": is an event stream already; it can be converted to VCD");
     const std::unique_ptr<IWaveFile> file = OpenWaveFile(options.input);
     if (toStream)
         WriteEventStream(options.output, *file);
@@ -52,7 +56,7 @@ void AddConvertCommand(CCommandLine &commandLine)
     command.Argument("input", options->input, "VCD, FST or event stream; its contents tell what it is");
     command.Argument("output", options->output, "What to write, whole or not at all; \"-\" is standard output");
     command.Choice("--format", options->format, {"stream", "vcd"},
-                   "Default: by the name of the output, .zyn or .tmp for a stream, .vcd");
+                   "Default: by the name of the output, .zyn or .tmp for a stream, .vcd; vcd on standard output");
     command.Footer("From an event stream one signal is read without the others. Viewers read VCD.\n"
                    "Example: tesk convert waves.fst waves.zyn");
     command.Action([options] { return Convert(*options); });

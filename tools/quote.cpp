@@ -7,6 +7,22 @@ namespace {
 
 constexpr std::size_t LongestQuote = 60;
 
+std::string ByteCode(char c)
+{
+    std::array<char, 8> code{};
+    std::snprintf(code.data(), code.size(), "\\x%02X", static_cast<unsigned char>(c));
+    return code.data();
+}
+
+// The length of the control character that a text begins with: those of ASCII, and in UTF-8 U+0080 to U+009F.
+std::size_t ControlLength(std::string_view text)
+{
+    const auto first = static_cast<unsigned char>(text[0]);
+    if (first < ' ' || first == 0x7F)
+        return 1;
+    return first == 0xC2 && text.size() > 1 && static_cast<unsigned char>(text[1]) < 0xA0 ? 2 : 0;
+}
+
 }  // namespace
 
 std::string Quote(std::string text)
@@ -21,12 +37,23 @@ std::string Quote(std::string text)
 std::string Printable(std::string_view text)
 {
     std::string printable;
-    for (const char c : text) {
-        std::array<char, 8> code{};
-        std::snprintf(code.data(), code.size(), "\\x%02X", static_cast<unsigned char>(c));
-        printable += c >= ' ' && c < 0x7F ? std::string(1, c) : code.data();
-    }
+    for (const char c : text)
+        printable += c >= ' ' && c < 0x7F ? std::string(1, c) : ByteCode(c);
     return printable;
+}
+
+std::string OneLine(std::string_view text)
+{
+    std::string line;
+    while (!text.empty()) {
+        const std::size_t control = ControlLength(text);
+        for (std::size_t i = 0; i < control; ++i)
+            line += ByteCode(text[i]);
+        if (control == 0)
+            line += text[0];
+        text.remove_prefix(control != 0 ? control : 1);
+    }
+    return line;
 }
 
 std::string CsvField(const std::string &field)

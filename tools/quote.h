@@ -10,5 +10,8 @@ std::string Quote(std::string text);
 /// A name or a literal as one line of ASCII: any other byte is shown by its code, such as "\\x1B".
 std::string Printable(std::string_view text);
 
+/// A message with users' texts in it: control characters are shown by their codes, letters of all languages stay.
+std::string OneLine(std::string_view text);
+
 /// A field of a CSV table, in quotes where RFC 4180 wants them.
 std::string CsvField(const std::string &field);

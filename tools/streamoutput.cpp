@@ -2,9 +2,11 @@
 #include <array>
 #include <unordered_map>
 
-#include "platform/log.h"
 #include "platform/morvel.h"
 #include "tools/commandline.h"
+#include "tools/loglines.h"
+#include "tools/output.h"
+#include "tools/quote.h"
 #include "tools/waveoutput.h"
 
 namespace {
@@ -17,13 +19,9 @@ struct SWriterEnder {
 template <class Function>
 void WriteOrRefuse(const std::string &path, const Function &step)
 {
-    std::string why = path + ": cannot be written";
-    Q71log_SetSink(
-        [](void *context, int, const char *, const char *text) { *static_cast<std::string *>(context) = text; }, &why);
-    const bool isDone = step();
-    Q71log_SetSink(nullptr, nullptr);
-    if (!isDone)
-        throw CRefusal(why);
+    const CLogLines log;
+    if (!step())
+        throw CRefusal(OneLine(!log.LastError().empty() ? log.LastError() : path + ": cannot be written"));
 }
 
 // The scalars of the stream in groups that share their events, so that these are walked once.
@@ -96,11 +94,13 @@ void AddSignal(Morvel::IMorvelWrite &writer, CScalars &scalars, IWaveFile &file,
 
 void WriteEventStream(const std::string &path, IWaveFile &file)
 {
+    const CDraft draft(path);  // the writer's own, by its name
     std::unique_ptr<Morvel::IMorvelWrite, SWriterEnder> writer;
     WriteOrRefuse(path, [&] {
-        writer.reset(Morvel::CreateStreamWrite(path.c_str(), file.GetResolution()));
+        writer.reset(Morvel::CreateStreamWrite(draft.Place().c_str(), file.GetResolution()));
         return writer != nullptr;
     });
+    draft.TakeMode();
     CScalars scalars;
     for (const SFileSignal &signal : file.GetSignals())
         AddSignal(*writer, scalars, file, signal);

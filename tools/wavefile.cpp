@@ -1,47 +1,26 @@
 #include "tools/wavefile.h"
 
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iostream>
 #include <string_view>
 
-#include "platform/log.h"
 #include "platform/tarn.h"
 #include "tools/commandline.h"
+#include "tools/loglines.h"
+#include "tools/quote.h"
 
 namespace {
-
-// Keeps the first error that the library logs while it lives; passes warnings on.
-class CErrorCatcher {
-public:
-    CErrorCatcher() { Q71log_SetSink(Catch, this); }
-    CErrorCatcher(const CErrorCatcher &) = delete;
-    CErrorCatcher &operator=(const CErrorCatcher &) = delete;
-    ~CErrorCatcher() { Q71log_SetSink(nullptr, nullptr); }
-
-    const std::string &Text() const { return m_text; }
-
-private:
-    static void Catch(void *context, int level, const char *, const char *text)
-    {
-        std::string &first = static_cast<CErrorCatcher *>(context)->m_text;
-        if (level > 1)
-            std::cerr << "tesk: " << text << '\n';
-        else if (first.empty())
-            first = text;
-    }
-
-    std::string m_text;
-};
 
 // Refuses with what the library said, so that the user reads one line.
 template <class Function>
 auto WithErrors(const std::string &path, const Function &function)
 {
-    const CErrorCatcher errors;
+    const CLogLines log;
     auto result = function();
     if (result == nullptr)
-        throw CRefusal(!errors.Text().empty() ? errors.Text() : path + ": cannot be read");
+        throw CRefusal(OneLine(!log.LastError().empty() ? log.LastError() : path + ": cannot be read"));
     return result;
 }
 
@@ -57,7 +36,7 @@ public:
 
     long long IdentifyEvents(long long element) override
     {
-        const CErrorCatcher errors;
+        const CLogLines log;
         return m_file->IdentifyEvents(element);
     }
 
@@ -71,22 +50,42 @@ private:
     std::unique_ptr<IWaveFile> m_file;
 };
 
-std::string Beginning(const std::string &path)
+[[noreturn]] void Refuse(const std::string &path, const std::string &why)
+{
+    throw CRefusal(OneLine(path) + ": " + why);
+}
+
+bool IsRegularFile(const std::string &path)
 {
     std::error_code error;
     const auto status = std::filesystem::status(path, error);
     if (status.type() == std::filesystem::file_type::not_found)
-        throw CRefusal(path + ": there is no such file");
+        Refuse(path, "there is no such file");
     if (status.type() == std::filesystem::file_type::directory)
-        throw CRefusal(path + ": is a directory; give a VCD, FST or event-stream file");
-    if (status.type() != std::filesystem::file_type::regular)
-        return {};  // a pipe can be read once only
+        Refuse(path, "is a directory; give a VCD, FST or event-stream file");
+    if (status.type() == std::filesystem::file_type::none)
+        Refuse(path, "cannot be read: " + error.message());
+    return status.type() == std::filesystem::file_type::regular;
+}
+
+// What comes through a pipe is read once, and from the front to the back: a look at it would take its beginning away.
+EWaveKind KindOfPipe(const std::string &path)
+{
+    const std::filesystem::path extension = std::filesystem::path(path).extension();
+    if (extension == ".zyn" || extension == ".tmp" || extension == ".fst")
+        Refuse(path, "is no regular file; of the waveform files only a VCD can be read from a pipe");
+    return EWaveKind::Vcd;
+}
+
+std::string Beginning(const std::string &path)
+{
+    errno = 0;
     std::ifstream file(path, std::ios::binary);
     std::string bytes(64, '\0');
     file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     bytes.resize(static_cast<std::size_t>(file.gcount()));
     if (!file.is_open() || file.bad())
-        throw CRefusal(path + ": cannot be read");
+        Refuse(path, std::string("cannot be read: ") + std::strerror(errno != 0 ? errno : EIO));
     return bytes;
 }
 
@@ -120,6 +119,8 @@ EWaveKind KindOfName(const std::string &path)
 
 EWaveKind KindOfFile(const std::string &path)
 {
+    if (!IsRegularFile(path))
+        return KindOfPipe(path);
     const std::string bytes = Beginning(path);
     if (bytes.starts_with("teskevs"))
         return EWaveKind::Stream;
@@ -135,7 +136,7 @@ std::unique_ptr<IWaveFile> OpenWaveFile(const std::string &path)
 try {
     return std::make_unique<CCheckedFile>(path, WithErrors(path, [&] { return Open(path); }));
 } catch (const NTARN::XFileDoesNotExist &) {
-    throw CRefusal(path + ": there is no such file");
+    Refuse(path, "there is no such file");
 } catch (const NTARN::XFileCorrupted &) {
-    throw CRefusal(path + ": is damaged, or no VCD, FST or event-stream file");
+    Refuse(path, "is damaged, or no VCD, FST or event-stream file");
 }

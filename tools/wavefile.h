@@ -47,7 +47,8 @@ enum class EWaveKind { Vcd, Fst, Stream };
 /// name is FST.
 EWaveKind KindOfName(const std::string &path);
 
-/// Tells a file by what is in it, and by its name if that tells nothing. @throw CRefusal if it cannot be read
+/// Tells a file by what is in it, and by its name if that tells nothing. A pipe is taken for a VCD and left unread.
+/// @throw CRefusal if it cannot be read, or has the name of another kind and is a pipe
 EWaveKind KindOfFile(const std::string &path);
 
 /// Opens a file. Warnings go to standard error. @throw CRefusal if it cannot be read

@@ -34,7 +34,7 @@ std::string Refusal(const std::string &arguments)
 
 std::string DumpOf(const std::string &file)
 {
-    const SToolRun run = RunShell("tesk convert " + file + " - --format vcd");
+    const SToolRun run = RunShell("tesk convert " + file + " -");
     EXPECT_EQ(run.status, 0) << run.err;
     return run.out;
 }
@@ -263,6 +263,90 @@ TEST(Convert, ReplacesItsOwnInput)
     std::filesystem::copy_file(TESK_SOURCE_DIR "/tests/data/tb.verilator.vcd", file);
     Succeed("tesk convert " + file + " " + file);
     EXPECT_EQ(ReadFile(file), DumpOf("tests/data/tb.verilator.vcd"));
+}
+
+TEST(Convert, WritesWhereASymbolicLinkLeads)
+{
+    const CTemporaryFolder folder;
+    const std::string base = (folder / "").string();
+    for (const std::string end : {".vcd", ".zyn"}) {
+        std::filesystem::create_symlink("second" + end, base + "first" + end);
+        std::filesystem::create_symlink(base + "real" + end, base + "second" + end);
+        for (const char *round : {"new", "replaced"}) {
+            Succeed("tesk convert tests/data/tb.ghdl.vcd " + base + "first" + end);
+            EXPECT_TRUE(std::filesystem::is_symlink(base + "first" + end)) << round;
+            EXPECT_TRUE(std::filesystem::is_symlink(base + "second" + end)) << round;
+            EXPECT_TRUE(std::filesystem::is_regular_file(std::filesystem::symlink_status(base + "real" + end)))
+                << round;
+        }
+        std::filesystem::create_symlink("loop" + end, base + "loop" + end);
+        EXPECT_EQ(Refusal("tests/data/tb.ghdl.vcd " + base + "loop" + end),
+                  "tesk: " + base + "loop" + end + ": cannot be written: Too many levels of symbolic links\n");
+    }
+}
+
+TEST(Convert, KeepsTheAccessRightsOfWhatItReplaces)
+{
+    const CTemporaryFolder folder;
+    for (const char *name : {"a.vcd", "a.zyn"}) {
+        const std::string file = (folder / name).string();
+        WriteBytesTo(file, "old");
+        const auto rights = std::filesystem::perms::owner_read | std::filesystem::perms::owner_write |
+                            std::filesystem::perms::others_read;
+        std::filesystem::permissions(file, rights);
+        Succeed("tesk convert tests/data/tb.ghdl.vcd " + file);
+        EXPECT_EQ(std::filesystem::status(file).permissions(), rights) << name;
+        EXPECT_NE(ReadFile(file), "old");
+    }
+}
+
+TEST(Convert, RemovesItsDraftWhenASignalEndsIt)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "a.vcd").string();
+    std::string text = "$var wire 16384 ! v $end\n$enddefinitions $end\n";  // a short dump that is long when written
+    for (int i = 0; i < 40000; ++i)
+        text += '#' + std::to_string(i) + (i % 2 == 0 ? "\nb0 !\n" : "\nb1 !\n");
+    WriteBytesTo(file, text);
+    for (const char *name : {"b.vcd", "b.zyn"}) {
+        const std::string output = (folder / name).string();
+        WriteBytesTo(output, "old");
+        const SToolRun run = RunShell("tesk convert " + file + ' ' + output + " & child=$!; draft=" + output +
+                                      ".part$child; while [ ! -s \"$draft\" ] && kill -0 $child; do :; done; "
+                                      "kill -TERM $child; wait $child; echo $?; ls " +
+                                      (folder / "").string());
+        EXPECT_EQ(run.out, name[2] == 'v' ? "143\na.vcd\nb.vcd\n" : "143\na.vcd\nb.vcd\nb.zyn\n") << run.err;
+        EXPECT_EQ(ReadFile(output), "old");
+    }
+}
+
+TEST(Convert, TakesItsFormatOnStandardOutputFromTheOption)
+{
+    EXPECT_EQ(RunShell("tesk convert tests/data/tb.ghdl.vcd - --format vcd").out, DumpOf("tests/data/tb.ghdl.vcd"));
+}
+
+TEST(Convert, ReadsADumpFromAPipe)
+{
+    EXPECT_EQ(DumpOf("/dev/stdin <tests/data/tb.ghdl.vcd"), DumpOf("tests/data/tb.ghdl.vcd"));
+    EXPECT_EQ(RunShell("cat tests/data/tb.ghdl.vcd | tesk convert /dev/stdin -").out, DumpOf("tests/data/tb.ghdl.vcd"));
+}
+
+TEST(Convert, NamesFilesOnOneLine)
+{
+    const CTemporaryFolder folder;
+    const std::string name = (folder / "a\n\x1B\xC2\x9Bö").string();
+    const std::string shown = (folder / "a\\x0A\\x1B\\xC2\\x9Bö").string();
+    EXPECT_EQ(Refusal("'" + name + "' out.vcd"), "tesk: " + shown + ": there is no such file\n");
+    EXPECT_THAT(Refusal("tests/data/tb.ghdl.vcd '" + name + "'"), HasSubstr(shown + ": its name tells no format"));
+    EXPECT_EQ(Refusal("tests/data/tb.ghdl.vcd '" + name + "/b.vcd'"),
+              "tesk: " + shown + "/b.vcd: cannot be written: No such file or directory\n");
+    EXPECT_EQ(Refusal("tests/data/tb.ghdl.vcd '" + name + "/b.zyn'"),
+              "tesk: Event stream " + shown + "/b.zyn cannot be written: No such file or directory.\n");
+    WriteBytesTo(name + ".zyn", "no stream");
+    EXPECT_EQ(Refusal("'" + name + ".zyn' out.vcd"), "tesk: Event stream " + shown + ".zyn is no event stream.\n");
+    WriteStream(name + ".zyn", {});
+    EXPECT_EQ(Refusal("'" + name + ".zyn' out.zyn"),
+              "tesk: " + shown + ".zyn: is an event stream already; it can be converted to VCD\n");
 }
 
 TEST(Convert, HasAnExampleInItsHelp)

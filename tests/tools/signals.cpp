@@ -1,6 +1,7 @@
 // tesk signals, from the shell.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <string>
@@ -138,6 +139,64 @@ TEST(Signals, RefusesWhatItCannotRead)
     EXPECT_EQ(Refusal(name + ".zyn"), "tesk: Event stream " + name + ".zyn is empty.\n");
     WriteBytesTo(name + ".vcd", "no dump");
     EXPECT_THAT(Refusal(name + ".vcd"), HasSubstr(name + ".vcd"));
+}
+
+TEST(Signals, SaysWhyAFileCannotBeRead)
+{
+    const CTemporaryFolder folder;
+    const std::string loop = (folder / "loop.vcd").string();
+    std::filesystem::create_symlink("loop.vcd", loop);
+    EXPECT_EQ(Refusal(loop), "tesk: " + loop + ": cannot be read: Too many levels of symbolic links\n");
+    if (geteuid() == 0)
+        return;  // may read all files
+    const std::string secret = (folder / "secret.vcd").string();
+    WriteBytesTo(secret, "");
+    std::filesystem::permissions(secret, std::filesystem::perms::none);
+    EXPECT_EQ(Refusal(secret), "tesk: " + secret + ": cannot be read: Permission denied\n");
+}
+
+TEST(Signals, ReadsAVcdFileFromAPipe)
+{
+    const CTemporaryFolder folder;
+    const std::string list = Signals("tests/data/tb.ghdl.vcd");
+    EXPECT_EQ(RunShell("cat tests/data/tb.ghdl.vcd | tesk signals /dev/stdin").out, list);
+    EXPECT_EQ(RunShell("bash -c 'tesk signals <(cat tests/data/tb.ghdl.vcd)'").out, list);
+    const std::string pipe = (folder / "pipe").string();
+    EXPECT_EQ(
+        RunShell("mkfifo " + pipe + " && (cat tests/data/tb.ghdl.vcd >" + pipe + " &) && tesk signals " + pipe).out,
+        list);
+}
+
+TEST(Signals, RefusesPipesThatAreNoVcdFilesWithoutWaiting)
+{
+    const CTemporaryFolder folder;
+    for (const char *name : {"a.fst", "a.zyn", "a.tmp"}) {
+        const std::string pipe = (folder / name).string();
+        ASSERT_EQ(RunShell("mkfifo " + pipe).status, 0);
+        EXPECT_EQ(Refusal(pipe),
+                  "tesk: " + pipe + ": is no regular file; of the waveform files only a VCD can be read from a pipe\n");
+    }
+}
+
+TEST(Signals, WarnsAsTheOtherCommandsDo)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "a.vcd").string();
+    WriteBytesTo(file, "$var wire 1 ! a $end\n$var string 1 \" s $end\n$enddefinitions $end\n#0\n1!\n");
+    const SToolRun run = RunShell("tesk signals " + file);
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(run.err, StartsWith("tesk: warning: " + file));
+    EXPECT_EQ(std::ranges::count(run.err, '\n'), 1) << run.err;
+}
+
+TEST(Signals, WritesJsonInUtf8WhateverTheNamesAre)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "a\xFF.zyn").string();
+    WriteStream(file, {Bit("tb.\xC3\xB6\xE9", {{5, "\2"}})});
+    const std::string list = Signals("'" + file + "' --format json");
+    EXPECT_THAT(list, HasSubstr("a\xEF\xBF\xBD.zyn\""));
+    EXPECT_THAT(list, HasSubstr("\"signal\": \"tb.\xC3\xB6\xEF\xBF\xBD\""));
 }
 
 TEST(Signals, RefusesAStreamWithADamagedBlock)
