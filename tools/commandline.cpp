@@ -7,6 +7,8 @@
 #include <cstring>
 #include <iostream>
 
+#include "tools/quote.h"
+
 namespace {
 
 constexpr int Refused = 1;
@@ -14,7 +16,7 @@ constexpr int WrongUsage = 2;
 
 int Complain(const std::exception &error, int status)
 {
-    std::fprintf(stderr, "tesk: %s\n", error.what());
+    std::fprintf(stderr, "tesk: %s\n", OneLine(error.what()).c_str());
     return status;
 }
 

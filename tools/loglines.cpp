@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "platform/log.h"
+#include "tools/quote.h"
 
 CLogLines::CLogLines(EWarnings warnings) : m_warnings(warnings)
 {
@@ -21,5 +22,5 @@ void CLogLines::Take(void *context, int level, const char *, const char *text)
     if (level == Error)
         lines.m_lastError = text;
     else if (lines.m_warnings == EWarnings::Shown)
-        std::fprintf(stderr, "tesk: warning: %s\n", text);
+        std::fprintf(stderr, "tesk: warning: %s\n", OneLine(text).c_str());
 }
