@@ -27,14 +27,19 @@ try {
 
 KEventsStore::KEventsStore(std::shared_ptr<const CStoredEvents> events) : m_events(std::move(events)) {}
 
+void KEventsStore::Put(KEventData &event, std::size_t position, long long time) const
+{
+    event.m_events = m_events.get();
+    event.m_position = position;
+    event.m_time = time;
+}
+
 bool KEventsStore::GetFirstEvent(const long long &time, KEventData *event, KEventsStoreCache *) const
 try {
     SEventPlace place{};
     if (!m_events->FindLast(time, place))
         return false;
-    event->m_events = m_events.get();
-    event->m_position = place.position;
-    event->m_time = place.time;
+    Put(*event, place.position, place.time);
     return true;
 } catch (const std::bad_alloc &) {
     return false;
@@ -47,9 +52,7 @@ try {
     SEventPlace place{event->m_position, event->m_time};
     if (!(event->m_events != nullptr ? m_events->Step(place) : m_events->FindAfter(-1, place)))
         return false;
-    event->m_events = m_events.get();
-    event->m_position = place.position;
-    event->m_time = place.time;
+    Put(*event, place.position, place.time);
     return true;
 } catch (const std::bad_alloc &) {
     return false;

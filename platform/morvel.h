@@ -43,6 +43,8 @@ public:
     int GetSecondSize() const;
 
 private:
+    void Put(KEventData &event, std::size_t position, long long time) const;
+
     std::shared_ptr<const CStoredEvents> m_events;
 };
 

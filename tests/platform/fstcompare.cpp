@@ -9,6 +9,8 @@ namespace {
 
 using namespace fsttest;
 
+constexpr char NeedsGtkwave[] = "fst2vcd and vcd2fst are in the package gtkwave";
+
 // Packs a dump of ours as vcd2fst packs it.
 void ExpectPackedAsFst2Vcd(const std::string &vcd, const std::string &options)
 {
@@ -23,16 +25,14 @@ void ExpectPackedAsFst2Vcd(const std::string &vcd, const std::string &options)
 
 TEST(FstComparison, HoldsForFilesOfVcd2FstWhateverTheyArePackedWith)
 {
-    if (!HasProgram("fst2vcd") || !HasProgram("vcd2fst"))
-        GTEST_SKIP() << "needs fst2vcd and vcd2fst";
+    ASSERT_TRUE(HasProgram("fst2vcd") && HasProgram("vcd2fst")) << NeedsGtkwave;
     for (const char *options : {"", "-4", "-F", "-Z", "-c", "-p", "-Z -c", "-F -p"})
         ExpectPackedAsFst2Vcd("fst_counter.vcd", options);
 }
 
 TEST(FstComparison, HoldsForFilesOfSimulators)
 {
-    if (!HasProgram("fst2vcd"))
-        GTEST_SKIP() << "needs fst2vcd";
+    ASSERT_TRUE(HasProgram("fst2vcd")) << NeedsGtkwave;
     const CLogCatcher log;
     for (const char *file : {"fst_counter.iverilog.fst", "fst_types.ghdl.fst", "fst_two.verilator.fst"})
         ExpectAsFst2Vcd(DataFile(file));
@@ -40,8 +40,7 @@ TEST(FstComparison, HoldsForFilesOfSimulators)
 
 TEST(FstComparison, HoldsForTheFilesThatTheseTestsMake)
 {
-    if (!HasProgram("fst2vcd"))
-        GTEST_SKIP() << "needs fst2vcd";
+    ASSERT_TRUE(HasProgram("fst2vcd")) << NeedsGtkwave;
     const CTemporaryFolder folder;
     for (const auto &[kind, packer, hierarchy] : {std::tuple(1, 'Z', 4), {5, '4', 6}, {8, 'F', 7}, {8, 'Z', 6}}) {
         CFstMaker maker;
@@ -100,8 +99,8 @@ const CWriter &Writer()
 TEST(FstComparison, HoldsForFilesOfTheFormatsOwnWriter)
 {
     const CWriter &writer = Writer();
-    if (!HasProgram("fst2vcd") || !writer.IsThere())
-        GTEST_SKIP() << "needs fst2vcd and the source of fstapi";
+    ASSERT_TRUE(HasProgram("fst2vcd")) << NeedsGtkwave;
+    ASSERT_TRUE(writer.IsThere()) << "the source of fstapi is in the package verilator";
     const CLogCatcher log;
     for (const char *form : {"zlib", "fastlz", "lz4", "zlib whole", "lz4 whole", "zero", "late", "fastlz long",
                              "sidecar", "zlib killed", "lz4 killed"}) {
@@ -113,8 +112,8 @@ TEST(FstComparison, HoldsForFilesOfTheFormatsOwnWriter)
 TEST(FstComparison, HoldsForAHierarchyThatIsPackedTwice)
 {
     const CWriter &writer = Writer();
-    if (!HasProgram("fst2vcd") || !writer.IsThere())
-        GTEST_SKIP() << "needs fst2vcd and the source of fstapi";
+    ASSERT_TRUE(HasProgram("fst2vcd")) << NeedsGtkwave;
+    ASSERT_TRUE(writer.IsThere()) << "the source of fstapi is in the package verilator";
     const CLogCatcher log;
     const std::filesystem::path file = writer.Write("lz4 many");
     const ReaderPtr reader(NTARN::IDatabaseReader::create(file.c_str(), false));
@@ -126,8 +125,8 @@ TEST(FstComparison, HoldsForAHierarchyThatIsPackedTwice)
 TEST(FstComparison, AddsTheValuesInFrontOfTheFirstTime)
 {
     const CWriter &writer = Writer();
-    if (!HasProgram("fst2vcd") || !writer.IsThere())
-        GTEST_SKIP() << "needs fst2vcd and the source of fstapi";
+    ASSERT_TRUE(HasProgram("fst2vcd")) << NeedsGtkwave;
+    ASSERT_TRUE(writer.IsThere()) << "the source of fstapi is in the package verilator";
     const CLogCatcher log;
     const std::filesystem::path file = writer.Write("early");
     const ReaderPtr reader(NTARN::IDatabaseReader::create(file.c_str(), false));

@@ -6,14 +6,13 @@
 
 namespace {
 
-TEST(ReadEightDigits, ReadsTheNumber)
+TEST(ReadEightDigits, ReadsTheNumberWhereTheLowestByteStandsInFront)
 {
-    if constexpr (std::endian::native != std::endian::little)
-        GTEST_SKIP() << "only for machines with the lowest byte in front";
+    constexpr bool IsRead = std::endian::native == std::endian::little;
     for (const char *text : {"00000000", "00000001", "10000000", "12345678", "98765432", "99999999", "09090909"}) {
         unsigned long long number = 7;
-        EXPECT_TRUE(ReadEightDigits(text, number)) << text;
-        EXPECT_EQ(number, std::stoull(text));
+        EXPECT_EQ(ReadEightDigits(text, number), IsRead) << text;
+        EXPECT_EQ(number, IsRead ? std::stoull(text) : 7);
     }
 }
 
