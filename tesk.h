@@ -1,6 +1,12 @@
 // Everything that libtesk exports.
 #pragma once
 
+#include "base/export.h"
+#include "base/extendedid.h"
+#include "base/limits.h"
+#include "base/scalarinfo.h"
+#include "base/stdlogic.h"
+#include "base/wrap.h"
 #include "core/basedliteral.h"
 #include "core/fileformulaargs.h"
 #include "core/formulaparser.h"
@@ -9,6 +15,7 @@
 #include "core/stimiterator.h"
 #include "core/stimulus.h"
 #include "core/tokenizer.h"
+#include "platform/crt.h"
 #include "platform/felvarbase.h"
 #include "platform/kestrin.h"
 #include "platform/loader.h"

@@ -5,8 +5,8 @@
 #include <random>
 #include <string>
 
-#include "signal/component.h"
 #include "signal/signal.h"
+#include "signal/tree/component.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 
 #include "platform/log.h"
 #include "platform/tarn.h"
-#include "tests/platform/fstmaker.h"
+#include "tests/platform/fst/fstmaker.h"
 
 namespace {
 

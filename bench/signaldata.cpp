@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-#include "signaldata/counted.h"
+#include "signaldata/model/counted.h"
 #include "signaldata/scalardata.h"
 #include "signaldata/signaldata.h"
 

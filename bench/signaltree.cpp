@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "signal/component.h"
 #include "signal/signal.h"
+#include "signal/tree/component.h"
 #include "tests/signal/memorystream.h"
 
 namespace {

@@ -8,7 +8,7 @@
 #include <random>
 #include <vector>
 
-#include "signal/component.h"
+#include "signal/tree/component.h"
 #include "signal/wave.h"
 
 namespace {

@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "settings/bitwords.h"
 #include "settings/longnumber.h"
+#include "settings/number/bitwords.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Based literals: x"1F", 16#1F and the like.
 #pragma once
 
-#include "platform/export.h"
+#include "base/export.h"
 #include "settings/cstr.h"
 
 /// Writes the value of a based literal in binary, without leading zeros, "0" for the value 0.

@@ -1,7 +1,7 @@
 // The arguments of file formulas, "/custom", "/txt" and "/mat", taken apart.
 #pragma once
 
-#include "platform/export.h"
+#include "base/export.h"
 #include "settings/cstr.h"
 
 /// The arguments of a file formula as text; whoever uses them reads the times.

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "platform/export.h"
+#include "base/export.h"
 #include "settings/cstr.h"
 
 /// Splits a formula of any kind. Its results go to `IStimulus::Create` one by one.

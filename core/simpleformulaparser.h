@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/export.h"
+#include "base/export.h"
 #include "settings/cstr.h"
 
 /// Splits a plain formula for a vector, record or array signal.

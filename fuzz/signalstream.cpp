@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "signal/component.h"
 #include "signal/signal.h"
+#include "signal/tree/component.h"
 #include "tests/signal/memorystream.h"
 
 namespace {

@@ -10,8 +10,8 @@
 
 #include "platform/log.h"
 #include "platform/morvel.h"
-#include "platform/morvelevents.h"
-#include "platform/morvelformat.h"
+#include "platform/stream/morvelevents.h"
+#include "platform/stream/morvelformat.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 
 #include "core/stimulus.h"
 #include "platform/log.h"
-#include "waveform/samplesteps.h"
-#include "waveform/texttable.h"
+#include "waveform/table/samplesteps.h"
+#include "waveform/table/texttable.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-// C run-time extras of the suite's first platform, for platforms that lack them. Internal.
+// C run-time extras of the suite's first platform, for platforms that lack them.
 #pragma once
 
 #if !defined(_WIN32)

@@ -1,7 +1,7 @@
 // What the library asks the suite's base library: how names of the design hierarchy are written and compared.
 #pragma once
 
-#include "platform/export.h"
+#include "base/export.h"
 
 /// The character between two levels of a hierarchical name; '.' at start.
 TESK_API char GetVHDLHierarchySeparator();

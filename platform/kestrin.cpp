@@ -4,10 +4,11 @@
 #include <cctype>
 #include <cstring>
 #include <limits>
+#include <string_view>
 #include <utility>
 
-#include "platform/typereader.h"
-#include "platform/typevalue.h"
+#include "platform/types/typereader.h"
+#include "platform/types/typevalue.h"
 
 namespace Kestrin {
 

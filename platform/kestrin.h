@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/export.h"
+#include "base/export.h"
 
 namespace Kestrin {
 

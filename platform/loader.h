@@ -1,7 +1,7 @@
 // The operating system's loader of shared libraries, under the names that the suite uses.
 #pragma once
 
-#include "platform/export.h"
+#include "base/export.h"
 
 /// A loaded library.
 using HMODULE = void *;

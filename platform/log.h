@@ -1,7 +1,7 @@
 // The log of the suite. The stand-alone implementation writes one line a message to standard error.
 #pragma once
 
-#include "platform/export.h"
+#include "base/export.h"
 
 /// Reports a message.
 /// @param level     1 an error, 2 a warning

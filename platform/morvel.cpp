@@ -2,9 +2,10 @@
 
 #include <cstring>
 #include <new>
+#include <utility>
 #include <vector>
 
-#include "platform/morvelevents.h"
+#include "platform/stream/morvelevents.h"
 
 namespace Morvel {
 

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <memory>
 
-#include "platform/export.h"
+#include "base/export.h"
 
 namespace Morvel {
 

@@ -1,6 +1,6 @@
 #include "platform/tarn.h"
 
-#include "platform/fstreader.h"
+#include "platform/fst/fstreader.h"
 
 NTARN::IDatabaseReader *NTARN::IDatabaseReader::create(const char *file, bool)
 try {

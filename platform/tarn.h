@@ -6,7 +6,7 @@
 #include <exception>
 #include <string>
 
-#include "platform/export.h"
+#include "base/export.h"
 
 namespace Kestrin {
 class KTypeInfo;

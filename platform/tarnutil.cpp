@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "platform/vcdreader.h"
+#include "platform/vcd/vcdreader.h"
 
 namespace NTARN::NImport {
 

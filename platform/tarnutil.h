@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/export.h"
+#include "base/export.h"
 
 /// One value change of a scalar element in an imported file.
 struct WaveEvent {

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "settings/bitwords.h"
+#include "settings/number/bitwords.h"
 
 using tesk::WordBits;
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/export.h"
+#include "base/export.h"
 
 /// A number of a fixed number of bits, bit 0 the lowest, kept in words of 32 bits. The highest word may hold bits above
 /// the width; they are never read out, but comparing and counting see them where it is said.

@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <climits>
 #include <string>
+#include <utility>
 
-#include "settings/brelparser.h"
-#include "settings/breltime.h"
+#include "settings/brel/brelparser.h"
+#include "settings/brel/breltime.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/export.h"
+#include "base/export.h"
 #include "settings/cstr.h"
 #include "settings/timeunits.h"
 

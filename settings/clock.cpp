@@ -5,10 +5,10 @@
 #include <string>
 #include <string_view>
 
+#include "base/wrap.h"
 #include "platform/crt.h"
-#include "settings/fields.h"
+#include "settings/text/fields.h"
 #include "settings/timeunits.h"
-#include "settings/wrap.h"
 
 const short CClock::m_rateType;
 const short CClock::m_startLow;

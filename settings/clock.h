@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "platform/export.h"
+#include "base/export.h"
 #include "settings/cstr.h"
 
 /// A clock: a rate given as a frequency or as a period, a duty cycle, a start level and an offset. A new one runs at

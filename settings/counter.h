@@ -3,8 +3,8 @@
 
 #include <vector>
 
+#include "base/export.h"
 #include "core/stimulus.h"
-#include "platform/export.h"
 #include "settings/cstr.h"
 
 namespace tesk {

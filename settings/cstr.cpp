@@ -10,7 +10,7 @@
 #include <new>
 #include <string>
 
-#include "settings/textformat.h"
+#include "settings/text/textformat.h"
 
 namespace SimpleString {
 

@@ -3,7 +3,7 @@
 
 #include <cstdarg>
 
-#include "platform/export.h"
+#include "base/export.h"
 
 namespace SimpleString {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/wrap.h"
 #include "platform/crt.h"
-#include "settings/wrap.h"
 
 namespace {
 

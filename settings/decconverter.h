@@ -1,7 +1,7 @@
 // TKc_decConverter, a number of up to 64 bits from radix text.
 #pragma once
 
-#include "platform/export.h"
+#include "base/export.h"
 #include "settings/cstr.h"
 
 /// A number of up to 64 bits with a sign, read from text in radix 2, 8, 10 or 16.

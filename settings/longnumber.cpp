@@ -4,7 +4,7 @@
 #include <bit>
 #include <cstring>
 
-#include "settings/bitwords.h"
+#include "settings/number/bitwords.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/export.h"
+#include "base/export.h"
 
 /// A number of any length with a sign, read from text and written in binary.
 class TESK_API CLongNumber {

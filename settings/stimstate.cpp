@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "settings/fields.h"
+#include "base/wrap.h"
+#include "settings/text/fields.h"
 #include "settings/timeunits.h"
-#include "settings/wrap.h"
 
 namespace {
 

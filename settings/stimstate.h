@@ -4,7 +4,7 @@
 #include <map>
 #include <optional>
 
-#include "platform/export.h"
+#include "base/export.h"
 
 /// The moments at which a stimulator is switched on or off, sorted by time. Times are femtoseconds; negative ones are
 /// times like any other. An empty list is a stimulator that is off for ever.

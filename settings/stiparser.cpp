@@ -8,10 +8,11 @@
 #include <new>
 #include <optional>
 #include <string>
+#include <utility>
 
+#include "base/wrap.h"
 #include "platform/crt.h"
-#include "settings/fields.h"
-#include "settings/wrap.h"
+#include "settings/text/fields.h"
 
 namespace {
 

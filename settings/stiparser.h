@@ -5,7 +5,7 @@
 #include <memory>
 #include <string_view>
 
-#include "platform/export.h"
+#include "base/export.h"
 #include "settings/cstr.h"
 
 /// The stimulator information string: seven fields, each but the last ended by ":", such as

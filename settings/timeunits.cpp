@@ -8,8 +8,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "base/wrap.h"
 #include "platform/crt.h"
-#include "settings/wrap.h"
 
 namespace tesk {
 

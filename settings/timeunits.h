@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/export.h"
+#include "base/export.h"
 
 namespace tesk {
 

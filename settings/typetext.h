@@ -2,7 +2,7 @@
 // enumerations, with the small classes that hand over bounds, fields and literals.
 #pragma once
 
-#include "platform/export.h"
+#include "base/export.h"
 
 /// The bounds of one dimension. The direction follows from them: "to" if `left` is below `right`, else "downto".
 struct TArrayRange {

@@ -1,9 +1,10 @@
 #include "signal/signal.h"
 
 #include <new>
+#include <utility>
 
 #include "settings/typetext.h"
-#include "signal/signalimp.h"
+#include "signal/tree/signalimp.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 
 #include <cstdint>
 
-#include "platform/export.h"
+#include "base/export.h"
 
 /// Identifies an interface.
 struct GUID {

@@ -5,7 +5,7 @@
 // reference. The order of the operations, and the destructor at their end, is part of the binary interface.
 #pragma once
 
-#include "platform/export.h"
+#include "base/export.h"
 
 namespace tesk {
 

@@ -1,4 +1,4 @@
-// Commands and their options. The option parser behind it stays out of sight: its header is slow to compile. Internal.
+// Commands and their options. The option parser behind it stays out of sight: its header is slow to compile.
 #pragma once
 
 #include <functional>

@@ -1,4 +1,4 @@
-// The library's log, as the tool shows it. Internal.
+// The library's log, as the tool shows it.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
 // The command-line tool: `tesk COMMAND ...`.
-#include "tools/commands.h"
+#include "tools/commands/commands.h"
 
 int main(int argc, char **argv)
 {

@@ -1,4 +1,4 @@
-// Where a command writes. Internal.
+// Where a command writes.
 #pragma once
 
 #include <functional>

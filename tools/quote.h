@@ -1,4 +1,4 @@
-// Users' texts in messages and tables. Internal.
+// Users' texts in messages and tables.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// Times on the command line: options read, ticks written. Internal.
+// Times on the command line: options read, ticks written.
 #pragma once
 
 #include <string>

@@ -2,13 +2,15 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
+#include <string>
 
+#include "base/wrap.h"
 #include "platform/morvel.h"
-#include "settings/wrap.h"
 #include "signal/signal.h"
-#include "waveform/namematch.h"
-#include "waveform/rawvalue.h"
-#include "waveform/waveformfile.h"
+#include "waveform/replay/namematch.h"
+#include "waveform/replay/rawvalue.h"
+#include "waveform/replay/waveformfile.h"
 
 namespace {
 

@@ -4,19 +4,22 @@
 #include <cstdlib>
 #include <memory>
 #include <new>
+#include <optional>
 #include <stdexcept>
+#include <string>
 #include <utility>
+#include <vector>
 
+#include "base/wrap.h"
 #include "core/stimulus.h"
 #include "platform/crt.h"
 #include "platform/kestrin.h"
 #include "platform/log.h"
-#include "settings/wrap.h"
 #include "signal/signal.h"
-#include "waveform/matlane.h"
-#include "waveform/matlibraries.h"
-#include "waveform/matnumber.h"
-#include "waveform/samplesteps.h"
+#include "waveform/mat/matlane.h"
+#include "waveform/mat/matlibraries.h"
+#include "waveform/mat/matnumber.h"
+#include "waveform/table/samplesteps.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // The importer of MAT-files: a "/mat" formula takes the events of a signal from a variable of MATLAB.
 #pragma once
 
+#include "base/export.h"
 #include "core/fileformulaargs.h"
-#include "platform/export.h"
 
 class ISignal;
 

@@ -3,7 +3,7 @@
 
 #include <map>
 
-#include "platform/export.h"
+#include "base/export.h"
 #include "settings/cstr.h"
 
 /// An open file.

@@ -4,8 +4,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/export.h"
 #include "core/fileformulaargs.h"
-#include "platform/export.h"
 
 class ISignal;
 

@@ -1,12 +1,14 @@
 #include "waveform/sharedfilestimulus.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
+#include <string>
 
-#include "settings/wrap.h"
+#include "base/wrap.h"
 #include "signal/signal.h"
-#include "waveform/rawvalue.h"
-#include "waveform/scaledtime.h"
+#include "waveform/replay/rawvalue.h"
+#include "waveform/replay/scaledtime.h"
 
 using tesk::WrapSubtract;
 

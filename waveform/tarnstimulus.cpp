@@ -1,12 +1,14 @@
 #include "waveform/tarnstimulus.h"
 
 #include <limits>
+#include <optional>
+#include <string>
 
+#include "base/wrap.h"
 #include "platform/kestrin.h"
-#include "settings/wrap.h"
 #include "signal/signal.h"
-#include "waveform/namematch.h"
-#include "waveform/sharedfile.h"
+#include "waveform/replay/namematch.h"
+#include "waveform/replay/sharedfile.h"
 
 using NTARN::HSignalRange;
 using NTARN::IDatabaseReader;

@@ -1,13 +1,17 @@
 #include "waveform/textimporter.h"
 
+#include <cstdio>
 #include <limits>
+#include <memory>
 #include <new>
 #include <string_view>
+#include <utility>
+#include <vector>
 
+#include "base/wrap.h"
 #include "core/stimulus.h"
-#include "settings/wrap.h"
-#include "waveform/samplesteps.h"
-#include "waveform/texttable.h"
+#include "waveform/table/samplesteps.h"
+#include "waveform/table/texttable.h"
 
 namespace {
 

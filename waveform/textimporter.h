@@ -1,8 +1,8 @@
 // The importer of text tables.
 #pragma once
 
+#include "base/export.h"
 #include "core/fileformulaargs.h"
-#include "platform/export.h"
 
 class ISignal;
 struct CSampleColumn;

@@ -1,8 +1,10 @@
 #include "waveform/vcdstimulus.h"
 
-#include "settings/wrap.h"
+#include <optional>
+
+#include "base/wrap.h"
 #include "signal/signal.h"
-#include "waveform/sharedfile.h"
+#include "waveform/replay/sharedfile.h"
 
 using CVcdFile = TSharedFile<WaveStore>;
 

@@ -2,19 +2,20 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
 #include <cstdlib>
 #include <exception>
 #include <memory>
 #include <stdexcept>
 #include <utility>
 
+#include "base/wrap.h"
 #include "platform/crt.h"
 #include "platform/kestrin.h"
 #include "platform/log.h"
-#include "settings/wrap.h"
-#include "waveform/eventrun.h"
-#include "waveform/pendingevents.h"
-#include "waveform/wordrun.h"
+#include "waveform/store/eventrun.h"
+#include "waveform/store/pendingevents.h"
+#include "waveform/store/wordrun.h"
 
 struct WaveStore::WaveSignal {
     std::string m_name;                          // full name

@@ -1,4 +1,4 @@
-// A process that is started for one answer and does not outlive it. Internal.
+// A process that is started for one answer and does not outlive it.
 #pragma once
 
 #include <sys/types.h>

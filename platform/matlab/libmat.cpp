@@ -1,5 +1,7 @@
 // The bundled libmat: the part of MATLAB's library of MAT-files that a reader of variables needs.
 #include <dlfcn.h>
+#include <memory>
+#include <string>
 
 #include <cstring>
 #include <new>

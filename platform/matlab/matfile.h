@@ -1,4 +1,4 @@
-// A MAT-file of the bundled libmat. Internal.
+// A MAT-file of the bundled libmat.
 #pragma once
 
 #include <chrono>

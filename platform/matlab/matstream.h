@@ -1,4 +1,4 @@
-// How a variable of a MAT-file travels from the helper process to the library. Internal.
+// How a variable of a MAT-file travels from the helper process to the library.
 #pragma once
 
 #include <cstdint>

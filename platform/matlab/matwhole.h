@@ -1,4 +1,4 @@
-// How much of a MAT-file is there. Internal.
+// How much of a MAT-file is there.
 #pragma once
 
 #include <cstddef>

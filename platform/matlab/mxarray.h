@@ -1,4 +1,4 @@
-// What an `mxArray` of the bundled libraries is: libmat makes them, libmx tells about them. Internal.
+// What an `mxArray` of the bundled libraries is: libmat makes them, libmx tells about them.
 #pragma once
 
 #include <cstddef>

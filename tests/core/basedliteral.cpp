@@ -8,7 +8,7 @@
 #include <string>
 
 #include "core/stimulus.h"
-#include "settings/binarynumbers.h"
+#include "settings/number/binarynumbers.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 
 #include "core/fileformulaargsreading.h"
 #include "logcatcher.h"
-#include "gmock/gmock.h"
-#include "gtest/gtest.h"
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace {
 

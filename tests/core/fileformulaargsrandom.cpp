@@ -8,7 +8,7 @@
 #include "core/fileformulaargs.h"
 #include "core/fileformulaargsreading.h"
 #include "logcatcher.h"
-#include "gtest/gtest.h"
+#include <gtest/gtest.h>
 
 namespace {
 

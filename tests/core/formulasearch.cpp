@@ -4,7 +4,7 @@
 #include <climits>
 #include <random>
 
-#include "support.h"
+#include "core/support.h"
 
 namespace {
 

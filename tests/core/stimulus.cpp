@@ -5,8 +5,8 @@
 
 #include <cstdint>
 
+#include "core/support.h"
 #include "slots.h"
-#include "support.h"
 
 namespace {
 

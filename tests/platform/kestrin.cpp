@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/typesamples.h"
+#include "platform/types/typesamples.h"
 
 using Kestrin::KTypeInfo;
 using testing::IsNull;

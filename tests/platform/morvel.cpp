@@ -7,7 +7,7 @@
 #include <set>
 
 #include "logcatcher.h"
-#include "platform/streamfiles.h"
+#include "platform/stream/streamfiles.h"
 #include "slots.h"
 
 namespace {

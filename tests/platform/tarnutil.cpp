@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/platform/vcdsupport.h"
+#include "tests/platform/vcd/vcdsupport.h"
 #include "tests/slots.h"
 
 namespace {

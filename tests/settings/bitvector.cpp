@@ -7,8 +7,8 @@
 #include <string>
 #include <utility>
 
-#include "settings/binarynumbers.h"
 #include "settings/bitvectors.h"
+#include "settings/number/binarynumbers.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <random>
 #include <string>
 
-#include "settings/binarynumbers.h"
 #include "settings/bitvectors.h"
+#include "settings/number/binarynumbers.h"
 
 namespace {
 

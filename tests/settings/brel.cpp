@@ -14,8 +14,8 @@
 
 #include "core/stimulus.h"
 #include "core/support.h"
-#include "settings/brelparser.h"
-#include "settings/brelsupport.h"
+#include "settings/brel/brelparser.h"
+#include "settings/brel/brelsupport.h"
 #include "slots.h"
 
 namespace {

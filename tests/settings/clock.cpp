@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "settings/timeunits.h"
-#include "gtest/gtest.h"
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include <string>
 
 #include "settings/stiparser.h"
-#include "gtest/gtest.h"
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <random>
 #include <string>
 
-#include "settings/binarynumbers.h"
+#include "settings/number/binarynumbers.h"
 
 namespace {
 

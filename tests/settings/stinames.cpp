@@ -2,7 +2,7 @@
 #include <climits>
 
 #include "settings/stiparser.h"
-#include "gtest/gtest.h"
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <random>
 #include <string>
 
-#include "settings/wrap.h"
+#include "base/wrap.h"
 
 using tesk::ChangeTime;
 using tesk::ChangeTime2;

@@ -2,7 +2,7 @@
 // nothing leads to them.
 #include <gtest/gtest.h>
 
-#include "signaltools.h"
+#include "signal/signaltools.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // Owners of references for tests of the signal model.
 #pragma once
 
-#include "signal/component.h"
 #include "signal/signal.h"
+#include "signal/tree/component.h"
 
 /// The number of references to an object that is alive.
 inline unsigned ReferencesTo(IUnknown &object)

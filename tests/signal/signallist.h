@@ -2,7 +2,7 @@
 #pragma once
 
 #include "signal/fakesignal.h"
-#include "signal/signalsprovider.h"
+#include "signal/tree/signalsprovider.h"
 
 /// A list as a container has it: cleared before it ends.
 class CList : public CSignalsProvider {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "signal/signaltools.h"
-#include "signaldata/counted.h"
+#include "signaldata/model/counted.h"
 #include "signaldata/scalardata.h"
 #include "signaldata/signaldata.h"
 

@@ -6,8 +6,8 @@
 #include <array>
 #include <string>
 
-#include "platform/streamfiles.h"
-#include "runtool.h"
+#include "platform/stream/streamfiles.h"
+#include "tools/runtool.h"
 
 using ::testing::HasSubstr;
 

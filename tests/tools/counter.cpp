@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "runtool.h"
+#include "tools/runtool.h"
 
 using ::testing::HasSubstr;
 

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "runtool.h"
+#include "tools/runtool.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <string>
 
-#include "runtool.h"
+#include "tools/runtool.h"
 
 using ::testing::EndsWith;
 using ::testing::HasSubstr;

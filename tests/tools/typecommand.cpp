@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "runtool.h"
+#include "tools/runtool.h"
 
 using testing::HasSubstr;
 using testing::StartsWith;

@@ -3,7 +3,7 @@
 #include <fstream>
 
 #include "logcatcher.h"
-#include "waveform/replayedfiles.h"
+#include "waveform/replay/replayedfiles.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-#include "waveform/matfiles.h"
+#include "waveform/mat/matfiles.h"
 
 using testing::ElementsAre;
 

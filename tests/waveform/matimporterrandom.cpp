@@ -6,8 +6,8 @@
 
 #include "waveform/fakematlab/installed.h"
 #include "waveform/fakematlab/variable.h"
-#include "waveform/matfiles.h"
-#include "waveform/matnumber.h"
+#include "waveform/mat/matfiles.h"
+#include "waveform/mat/matnumber.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <climits>
 
-#include "waveform/tables.h"
+#include "waveform/table/tables.h"
 
 namespace {
 

@@ -5,10 +5,10 @@
 #include <memory>
 #include <random>
 
+#include "base/wrap.h"
 #include "core/support.h"
 #include "platform/crt.h"
-#include "settings/wrap.h"
-#include "waveform/tables.h"
+#include "waveform/table/tables.h"
 
 namespace {
 

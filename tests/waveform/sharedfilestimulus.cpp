@@ -1,7 +1,7 @@
 // What the stimuli on databases and VCD files tell about themselves.
 
 #include "logcatcher.h"
-#include "waveform/replayedfiles.h"
+#include "waveform/replay/replayedfiles.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "waveform/tarnstimulus.h"
 
-#include "waveform/replayedfiles.h"
+#include "waveform/replay/replayedfiles.h"
 
 namespace {
 

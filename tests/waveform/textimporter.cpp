@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "platform/crt.h"
-#include "waveform/tables.h"
+#include "waveform/table/tables.h"
 
 using testing::ElementsAre;
 using testing::Eq;

@@ -1,8 +1,8 @@
 // Random tables, read by the importer and by a plain model of it.
 #include <random>
 
-#include "waveform/tablemodel.h"
-#include "waveform/tables.h"
+#include "waveform/table/tablemodel.h"
+#include "waveform/table/tables.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "waveform/vcdstimulus.h"
 
-#include "waveform/replayedfiles.h"
+#include "waveform/replay/replayedfiles.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "platform/kestrin.h"
 #include "tests/logcatcher.h"
-#include "tests/platform/vcdsupport.h"
+#include "tests/platform/vcd/vcdsupport.h"
 #include "tests/slots.h"
 
 namespace {

@@ -1,6 +1,6 @@
 // Asking for a name fills the tables of a fresh process.
 #include "settings/stiparser.h"
-#include "gtest/gtest.h"
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,6 +1,6 @@
 // Building from values fills the tables of a fresh process, also when the strength has no name.
 #include "settings/stiparser.h"
-#include "gtest/gtest.h"
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <cstdlib>
 #include <new>
 
-#include "signal/component.h"
 #include "signal/signal.h"
+#include "signal/tree/component.h"
 
 namespace {
 

@@ -1,0 +1,37 @@
+// Reads a plain formula into a CStimulus.
+//
+// formula: chunk { "," chunk }
+// chunk:   item { blanks item }
+// item:    value [ [ "@" ] time ], or "-r" time, or "-cancel" [ "@" ] time
+// time:    number [ blanks ] [ unit ]
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "core/stimulus.h"
+
+class CStimulus::CFormulaReader {
+public:
+    CFormulaReader(CStimulus &stimulus, bool binaryValues, bool rawValues)
+        : m_stimulus(stimulus), m_binaryValues(binaryValues), m_rawValues(rawValues)
+    {}
+
+    /// @return as `CStimulus::Parse`
+    int ReadFormula(std::string_view formula);
+
+private:
+    // The rules take their text off the front of `rest`; results as for `CStimulus::Parse`.
+    int ReadChunk(std::string_view chunk);
+    void ReadRepeat(std::string_view &rest);
+    void ReadCancel(std::string_view &rest);
+    int ReadEvent(std::string_view value, std::string_view &rest);
+    void AddEvent(std::unique_ptr<CSimpleStimulus> event);
+
+    CStimulus &m_stimulus;
+    bool m_binaryValues;
+    bool m_rawValues;
+    std::map<long long, std::size_t> m_places;  // time of an event to its place in the list
+};

@@ -1,0 +1,107 @@
+// The splitting of "/txt" and "/mat" formulas.
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "base/wrap.h"
+#include "core/fileformulaargs.h"
+#include "core/stimulus.h"
+#include "formula/kinds/filesplitter.h"
+#include "formula/kinds/keywords.h"
+#include "formula/kinds/tableformula.h"
+#include "platform/kestrin.h"
+#include "signal/signal.h"
+#include "waveform/table/texttable.h"
+
+namespace {
+
+using CElements = std::vector<SimpleString::CStr>;
+
+enum EKind { Integer = 2, Array = 4, Record = 5, Physical = 6 };
+
+// Whether the elements of a signal are composite, or numbers, which have tables of their own.
+bool HasOwnTables(const Kestrin::KTypeInfo *type)
+{
+    if (type == nullptr || type->GetKind() != Array)
+        return type != nullptr && type->GetKind() == Record;
+    const Kestrin::KTypeInfo *element = type->GetArrayElementKTypeInfo();
+    return element != nullptr && element->GetKind() >= Integer && element->GetKind() <= Physical;
+}
+
+void AppendOption(std::string &text, const char *option, const SimpleString::CStr &argument)
+{
+    text += option;
+    text += argument;
+}
+
+// Deliberate: offset, repeat and cancel time, and the switches that name a default, are not carried over.
+std::string MakeTail(const CFileFormulaArgs &args)
+{
+    std::string tail;
+    if (!args.m_start.IsEmpty())
+        AppendOption(tail, ",", args.m_start);
+    if (!args.m_start.IsEmpty() && !args.m_end.IsEmpty())
+        AppendOption(tail, ",", args.m_end);
+    if ((args.m_flags & CFileFormulaArgs::FLAG_ROW) != 0)
+        tail += " -row";
+    if (!args.m_point.IsEmpty())
+        AppendOption(tail, " -point ", args.m_point);
+    if ((args.m_flags & CFileFormulaArgs::FLAG_TIME_POINTS) != 0)
+        AppendOption(tail, " -time_points ", args.m_timeSource);
+    else if (!args.m_timeSource.IsEmpty())
+        AppendOption(tail, " -time_var ", args.m_timeSource);
+    if (!args.m_interval.IsEmpty())
+        AppendOption(tail, " -interval ", args.m_interval);
+    if ((args.m_flags & CFileFormulaArgs::FLAG_REL) != 0)
+        tail += " -rel";
+    return tail;
+}
+
+// The elements of a signal are numbered from the left bound of the stimulated signal.
+bool AppendNamed(ISignal &signal, const std::string &keyword, const CFileFormulaArgs &args, CElements &elements,
+                 int count)
+{
+    const TReference<ISignalIterator> walk = WalkElements(signal);
+    if (walk == nullptr)
+        return false;
+    int left = 0, right = 0, direction = 0;
+    Kestrin::KTypeInfo(g_TypeDescription).GetArrayDimensionRanges(0, left, right, direction);
+    const std::string head = keyword + " " + static_cast<const char *>(args.m_file) + "," + signal.GetName() + "(";
+    const std::string tail = ")" + MakeTail(args);
+    long long index = left;
+    ISignal *element = nullptr;
+    while (walk->Next(1, &element, nullptr) == S_OK) {
+        elements.emplace_back((head + std::to_string(index) + tail).c_str());
+        index += direction == 1 ? -1 : 1;
+    }
+    return std::cmp_equal(elements.size(), count);
+}
+
+bool AppendLoaded(ISignal &signal, const STableKind &kind, const std::string &keyword, CFileFormulaArgs &args,
+                  CElements &elements, int count, long long startTime)
+{
+    if (WalkElements(signal) == nullptr)
+        return false;
+    const int handle = kind.import(startTime, args, &signal);
+    if (handle == 0 || handle == -1)
+        return false;
+    return AppendElements(signal, keyword + "/internal " + std::to_string(handle) + ",", "", elements, count);
+}
+
+}  // namespace
+
+bool SplitTableFormula(const STableKind &kind, const std::string &keyword, CFileFormulaArgs &args, CElements &elements,
+                       int count, long long startTime)
+{
+    if (&kind == &TxtTables && OpenTextTable(args.m_file) == nullptr)
+        return false;
+    ISignal *created = nullptr;
+    if (CreateSignal(g_SignalTypeDescription, nullptr, &created) < 0)
+        return false;
+    const TReference<ISignal> signal(created);
+    if (!HasOwnTables(signal->GetTypeInfo()))
+        return AppendLoaded(*signal, kind, keyword, args, elements, count, startTime);
+    signal->SetName(args.m_signal.IsEmpty() && g_SignalName != nullptr ? g_SignalName
+                                                                       : static_cast<const char *>(args.m_signal));
+    return AppendNamed(*signal, keyword, args, elements, count);
+}

@@ -1,0 +1,96 @@
+// One block of value changes: its times, and where the changes of each store stand.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "platform/fst/fstlayout.h"
+#include "platform/fst/fstunpack.h"
+
+namespace NTARN {
+
+/// The times of a block, in the file's own ticks; they do not fall. Held in 32 bits each where that is enough.
+class CFstTimes {
+public:
+    CFstTimes() = default;
+    /// @param bytes  `count` distances between times. @throw XFstDamage
+    CFstTimes(CFstBytes bytes, std::uint64_t count);
+
+    std::size_t Count() const { return m_near.empty() ? m_far.size() : m_near.size(); }
+    std::uint64_t At(std::size_t index) const { return m_near.empty() ? m_far[index] : m_first + m_near[index]; }
+    std::size_t Memory() const { return m_near.size() * sizeof m_near[0] + m_far.size() * sizeof m_far[0]; }
+
+private:
+    void Shorten();
+
+    std::uint64_t m_first = 0;
+    std::vector<std::uint32_t> m_near;  // distances from the first time
+    std::vector<std::uint64_t> m_far;   // used instead where one is too long
+};
+
+/// A stretch of a block.
+struct SFstStretch {
+    std::uint64_t position;
+    std::uint64_t size;
+};
+
+/// Which stretch holds the changes of which store.
+class CFstPositions {
+public:
+    CFstPositions() = default;
+    /// @param index    the block's table
+    /// @param kind     the kind of block, which tells the form of the table
+    /// @param chains   the stretch that all chains of changes take
+    /// @throw XFstDamage
+    CFstPositions(CFstBytes index, EFstBlock kind, SFstStretch chains);
+
+    /// Of size 0 if the store has no changes.
+    SFstStretch Find(std::uint32_t store) const;
+    std::size_t Memory() const { return m_entries.size() * sizeof m_entries[0] + m_begins.size() * sizeof m_begins[0]; }
+
+private:
+    struct SEntry {
+        std::uint32_t store;
+        std::uint32_t chain;  // index into m_begins
+    };
+
+    void ReadEntry(CFstBytes &index);
+    void ReadSignedEntry(CFstBytes &index);
+    void AddChain(std::uint64_t distance);
+    void AddAlias(std::uint64_t store);
+    void Skip(std::uint64_t stores);
+    void Add(std::uint64_t chain);
+
+    std::vector<SEntry> m_entries;        // by store; none for a store without changes
+    std::vector<std::uint64_t> m_begins;  // of the chains, in rising order; at last the end of all
+    SFstStretch m_chains = {};
+    std::uint64_t m_store = 0;  // the next one
+    std::uint64_t m_alias = 0;  // the last one, counted from 1
+};
+
+class CFstBlock {
+public:
+    /// @throw XFstDamage
+    CFstBlock(CFstFile &file, const SFstChangeBlock &block);
+
+    const CFstTimes &Times() const { return m_times; }
+    /// The changes of a store, unpacked; empty if it has none here. @throw XFstDamage
+    CFstBuffer Chain(CFstFile &file, std::uint32_t store) const;
+    /// The value of every store at the beginning of the block. @throw XFstDamage
+    CFstBuffer Frame(CFstFile &file) const;
+
+    std::size_t Memory() const { return sizeof *this + m_times.Memory() + m_positions.Memory(); }
+
+private:
+    void ReadHead(CFstFile &file, const SFstChangeBlock &block);
+    void ReadTail(CFstFile &file, const SFstChangeBlock &block);
+
+    CFstTimes m_times;
+    CFstPositions m_positions;
+    SFstStretch m_frame = {};
+    std::uint64_t m_frameSize = 0;  // unpacked
+    SFstStretch m_chains = {};      // in front of them stands the letter of their packer
+    EFstPacker m_packer = EFstPacker::Zlib;
+};
+
+}  // namespace NTARN

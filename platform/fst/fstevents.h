@@ -1,0 +1,64 @@
+// The events of one store, made from its chains of changes.
+#pragma once
+
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include "platform/fst/fstblock.h"
+#include "platform/fst/fstchain.h"
+#include "platform/tarn.h"
+
+namespace NTARN {
+
+/// The events of all elements of a store in one array.
+struct SFstEvents {
+    std::vector<SFileEvent> events;
+    std::vector<std::size_t> begins;  ///< where those of each element begin, and where the last ones end
+};
+
+/// How the file's own times become those that are told.
+struct SFstClock {
+    long long timeZero = 0;
+    long long divisor = 1;  ///< for a file whose ticks are shorter than a femtosecond
+
+    long long Time(std::uint64_t time) const;
+};
+
+/// The value of a store before its first change.
+struct SFstInitial {
+    std::uint64_t time;
+    SFstSpan letters;  ///< empty if it has none
+};
+
+/// Makes the events of a store. It is fed twice with the same changes: first it counts the events, then it stores them,
+/// so that their array has no more room than it needs.
+class CFstEventMaker {
+public:
+    CFstEventMaker(const SFstStore &store, const SFstClock &clock, bool isBigEndian);
+
+    /// Begins a round.
+    void AddInitial(const SFstInitial &initial);
+    /// @throw XFstDamage behind the last change that can be read
+    void AddChain(SFstSpan chain, const CFstTimes &times);
+    /// Between the rounds.
+    void EndCounting();
+    SFstEvents Take() { return std::move(m_made); }
+
+private:
+    void AddValue(long long time, const SFstValue &value);
+    void AddElement(std::size_t element, long long time, std::uint8_t value);
+    void AddEvent(std::size_t element, long long time, std::uint64_t value);
+
+    const SFstStore &m_store;
+    SFstClock m_clock;
+    bool m_isBigEndian;
+
+    bool m_isCounting = true;
+    std::vector<std::size_t> m_next;       // of each element: how many events, then where the next one goes
+    std::vector<std::uint8_t> m_previous;  // of each element of a bus: its last value
+    std::uint64_t m_lastTime = 0;
+    SFstEvents m_made;
+};
+
+}  // namespace NTARN

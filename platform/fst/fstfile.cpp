@@ -1,0 +1,141 @@
+#include "platform/fst/fstfile.h"
+
+#include <cstdint>
+#include <utility>
+#include <zlib.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <optional>
+#include <span>
+
+#include "platform/tarn.h"
+
+namespace NTARN {
+namespace {
+
+constexpr std::uint8_t WrapperType = 254;
+constexpr std::size_t WrapperHeadSize = 1 + 8 + 8;  // type, length, unpacked size
+constexpr std::size_t PartSize = 1 << 16;
+
+// Only regular files: the opening of a pipe would wait.
+void CheckKind(const std::string &path)
+{
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(path, error);
+    if (status.type() == std::filesystem::file_type::not_found)
+        throw XFileDoesNotExist();
+    if (!std::filesystem::is_regular_file(status))
+        throw XFileCorrupted();
+}
+
+bool Seek(std::FILE *file, std::uint64_t position)
+{
+    return fseeko(file, static_cast<off_t>(position), SEEK_SET) == 0;
+}
+
+std::uint64_t SizeOf(std::FILE *file)
+{
+    if (fseeko(file, 0, SEEK_END) != 0)
+        throw XFileCorrupted();
+    const off_t size = ftello(file);
+    if (size < 0)
+        throw XFileCorrupted();
+    return static_cast<std::uint64_t>(size);
+}
+
+// Unpacks gzip from one file into another, in parts.
+class CUnwrapper {
+public:
+    CUnwrapper(std::FILE *from, std::FILE *to) : m_from(from), m_to(to)
+    {
+        if (inflateInit2(&m_stream, MAX_WBITS + 16) != Z_OK)
+            throw std::bad_alloc();
+    }
+    CUnwrapper(const CUnwrapper &) = delete;
+    ~CUnwrapper() { inflateEnd(&m_stream); }
+
+    /// A file that ends too early is unpacked as far as it goes.
+    void Run()
+    {
+        int result = Z_OK;
+        while (result == Z_OK || result == Z_BUF_ERROR) {
+            m_stream.next_in = m_packed;
+            m_stream.avail_in = static_cast<uInt>(std::fread(m_packed, 1, PartSize, m_from));
+            if (m_stream.avail_in == 0)
+                return;
+            result = Inflate();
+        }
+        if (result != Z_STREAM_END)
+            throw XFileCorrupted();
+    }
+
+private:
+    int Inflate()
+    {
+        int result = Z_OK;
+        do {
+            m_stream.next_out = m_unpacked;
+            m_stream.avail_out = PartSize;
+            result = inflate(&m_stream, Z_NO_FLUSH);
+            const std::size_t size = PartSize - m_stream.avail_out;
+            if (std::fwrite(m_unpacked, 1, size, m_to) != size)
+                throw XFstNoRoom();
+        } while (result == Z_OK && m_stream.avail_out == 0);
+        return result;
+    }
+
+    std::FILE *m_from;
+    std::FILE *m_to;
+    z_stream m_stream = {};
+    std::uint8_t m_packed[PartSize];
+    std::uint8_t m_unpacked[PartSize];
+};
+
+}  // namespace
+
+CFstFile::CFstFile(const std::string &path)
+{
+    CheckKind(path);
+    m_file.reset(std::fopen(path.c_str(), "rb"));
+    if (!m_file)
+        throw XFileCorrupted();
+    m_size = SizeOf(m_file.get());
+}
+
+CFstBuffer CFstFile::Read(std::uint64_t position, std::uint64_t size)
+{
+    if (position > m_size || size > m_size - position)
+        throw XFstDamage();
+    CFstBuffer bytes(static_cast<std::size_t>(size));
+    if (!Seek(m_file.get(), position) || std::fread(bytes.data(), 1, bytes.size(), m_file.get()) != bytes.size())
+        throw XFstDamage();
+    return bytes;
+}
+
+void CFstFile::Unwrap()
+{
+    if (m_size == 0 || Read(0, 1)[0] != WrapperType)
+        return;
+    if (m_size < WrapperHeadSize || !Seek(m_file.get(), WrapperHeadSize))
+        throw XFileCorrupted();
+    FilePtr unpacked(std::tmpfile());
+    if (!unpacked)
+        throw XFstNoRoom();
+    std::make_unique<CUnwrapper>(m_file.get(), unpacked.get())->Run();
+    if (std::fflush(unpacked.get()) != 0)
+        throw XFstNoRoom();
+    m_size = SizeOf(unpacked.get());
+    m_file = std::move(unpacked);
+}
+
+CFstBuffer ReadFstSidecar(const std::string &path)
+{
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error))
+        return {};
+    CFstFile file(path);
+    return file.Read(0, file.Size());
+}
+
+}  // namespace NTARN

@@ -1,0 +1,42 @@
+// The bytes of an FST file, read where they are asked for.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "platform/fst/fstbytes.h"
+
+namespace NTARN {
+
+class CFstFile {
+public:
+    /// Opens a file.
+    /// @throw XFileDoesNotExist, or XFileCorrupted if it is no regular file or must not be read
+    explicit CFstFile(const std::string &path);
+    /// Unpacks a file that its writer packed as a whole into a temporary one, which takes its place.
+    /// @throw XFileCorrupted, XFstNoRoom
+    void Unwrap();
+
+    std::uint64_t Size() const { return m_size; }
+    /// @throw XFstDamage if the file does not have all of these bytes, or cannot be read
+    CFstBuffer Read(std::uint64_t position, std::uint64_t size);
+
+private:
+    struct SCloser {
+        void operator()(std::FILE *file) const { std::fclose(file); }
+    };
+    using FilePtr = std::unique_ptr<std::FILE, SCloser>;
+
+    FilePtr m_file;
+    std::uint64_t m_size = 0;
+};
+
+/// Raised where a file that is packed as a whole cannot be unpacked, for want of room for temporary files.
+struct XFstNoRoom {};
+
+/// The bytes of a file beside a waveform file; empty if there is none.
+CFstBuffer ReadFstSidecar(const std::string &path);
+
+}  // namespace NTARN

@@ -1,0 +1,207 @@
+#include "platform/fst/fstreader.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <string_view>
+
+#include "platform/felvarbase.h"
+#include "platform/log.h"
+
+namespace NTARN {
+namespace {
+
+using Kestrin::KTypeInfo;
+
+constexpr int FemtosecondScale = -15;
+
+const char *const BitType = "e#9#std_logicc9 UX01ZWLH-";
+const char *const RealType = "f#4#realrrct-1.79769e+308 1.79769e+308";
+
+long long PowerOfTen(int exponent)
+{
+    long long power = 1;
+    for (; exponent > 0; --exponent)
+        power *= 10;
+    return power;
+}
+
+CFstFile Open(const std::string &path)
+{
+    CFstFile file(path);
+    file.Unwrap();
+    return file;
+}
+
+// A writer that was killed, or was told so, leaves the hierarchy in a file of its own.
+CFstHierarchy OpenHierarchy(CFstFile &file, const SFstLayout &layout, const std::string &path)
+{
+    CFstBuffer bytes = layout.hierarchy ? ReadFstHierarchy(file, *layout.hierarchy) : ReadFstSidecar(path + ".hier");
+    if (bytes.empty() && !layout.hierarchy)
+        throw XFstDamage();
+    CFstHierarchy hierarchy(std::move(bytes), layout.isCut && !layout.hierarchy);
+    if (layout.geometry)
+        CheckFstGeometry(file, *layout.geometry, hierarchy.Stores());
+    return hierarchy;
+}
+
+std::string BusTypeText(int left, int right)
+{
+    const std::string bounds[] = {std::to_string(left), std::to_string(right)};
+    const bool isDown = left >= right;
+    const std::string name = "std_logic_vector(" + bounds[0] + (isDown ? " downto " : " to ") + bounds[1] + ")";
+    return "a#" + std::to_string(name.size()) + "#" + name + "1 ric" + (isDown ? "d" : "t") + bounds[0] + " " +
+           bounds[1] + " " + BitType;
+}
+
+void Warn(const std::string &text)
+{
+    Q71log_PrintFormattedString(2, "KERNEL", "", text.c_str());
+}
+
+}  // namespace
+
+CFstReader::CFstReader(const std::string &path)
+    : m_path(path), m_file(Open(path)), m_layout(ReadFstLayout(m_file)),
+      m_hierarchy(OpenHierarchy(m_file, m_layout, path)), m_variables(m_hierarchy.Variables()),
+      m_stores(m_hierarchy.Stores()), m_clock{m_layout.header.timeZero,
+                                              PowerOfTen(FemtosecondScale - m_layout.header.scale)},
+      m_resolution(PowerOfTen(m_layout.header.scale - FemtosecondScale)), m_values(m_file, m_layout, m_stores, m_clock),
+      m_separator(GetVHDLHierarchySeparator())
+{
+    GiveHandles();
+    WarnOfOpening();
+}
+
+HSignalRange CFstReader::GetChildRange(int handle)
+{
+    const auto [variable, element] = Find(handle);
+    if (variable == nullptr || element >= 0 || Width(*variable) == 1)
+        return {};
+    const int first = m_children[static_cast<std::size_t>(handle - 1)];
+    return {first, first + static_cast<int>(Width(*variable) - 1)};
+}
+
+std::string CFstReader::GetName(int handle)
+{
+    const auto [variable, element] = Find(handle);
+    if (variable == nullptr)
+        return {};
+    if (element < 0)
+        return m_hierarchy.Path(*variable, m_separator);
+    const SFstName &name = variable->name;
+    return "[" + std::to_string(name.left >= name.right ? name.left - element : name.left + element) + "]";
+}
+
+const KTypeInfo &CFstReader::GetType(int handle)
+{
+    static const KTypeInfo none("");
+    static const KTypeInfo bit(BitType);
+    static const KTypeInfo real(RealType);
+    const auto [variable, element] = Find(handle);
+    if (variable == nullptr)
+        return none;
+    if (m_stores[variable->store].kind == SFstStore::EKind::Real)
+        return real;
+    return element >= 0 || Width(*variable) == 1 ? bit : BusType(variable->name);
+}
+
+KEventIterator CFstReader::EventsFrom(int handle, long long time)
+{
+    const auto [events, count] = Events(handle);
+    const SFileEvent *event = std::lower_bound(
+        events, events + count, time, [](const SFileEvent &left, long long right) { return left.time < right; });
+    return {events, count, static_cast<std::size_t>(event - events)};
+}
+
+KEventIterator CFstReader::EventsEnd(int handle)
+{
+    const auto [events, count] = Events(handle);
+    return {events, count, count};
+}
+
+std::string CFstReader::GetFullName(int handle, bool)
+{
+    const auto [variable, element] = Find(handle);
+    if (variable == nullptr)
+        return {};
+    const std::string path = m_hierarchy.Path(*variable, m_separator);
+    return element < 0 ? path : path + GetName(handle);
+}
+
+CFstReader::SPlace CFstReader::Find(int handle) const
+{
+    if (handle < 1)
+        return {nullptr, -1};
+    const auto place = static_cast<std::size_t>(handle - 1);
+    if (place < m_variables.size())
+        return {&m_variables[place], -1};
+    const auto after = std::ranges::upper_bound(m_children, handle);
+    if (after == m_children.begin())
+        return {nullptr, -1};
+    const SFstVariable &variable = m_variables[static_cast<std::size_t>(after - m_children.begin()) - 1];
+    const int element = handle - *(after - 1);
+    return static_cast<std::uint32_t>(element) < Width(variable) ? SPlace{&variable, element} : SPlace{nullptr, -1};
+}
+
+const KTypeInfo &CFstReader::BusType(const SFstName &name)
+{
+    const auto known = m_busTypes.find({name.left, name.right});
+    if (known != m_busTypes.end())
+        return known->second;
+    const KTypeInfo type(BusTypeText(name.left, name.right).c_str());
+    return m_busTypes.emplace(std::pair(name.left, name.right), type).first->second;
+}
+
+// A bus has no events of its own, its elements have.
+std::pair<const SFileEvent *, std::size_t> CFstReader::Events(int handle)
+{
+    const auto [variable, element] = Find(handle);
+    if (variable == nullptr || (element < 0 && Width(*variable) > 1))
+        return {nullptr, 0};
+    const SFstEvents &events = m_values.Events(variable->store);
+    WarnOfDamage();
+    if (events.begins.empty())
+        return {nullptr, 0};
+    const std::size_t *begin = &events.begins[static_cast<std::size_t>(std::max(element, 0))];
+    return {events.events.data() + begin[0], begin[1] - begin[0]};
+}
+
+void CFstReader::GiveHandles()
+{
+    if (m_variables.size() >= std::numeric_limits<int>::max())
+        throw XFstDamage();
+    std::uint64_t next = m_variables.size() + 1;
+    m_roots.reserve(m_variables.size());
+    m_children.reserve(m_variables.size());
+    for (const SFstVariable &variable : m_variables) {
+        m_roots.push_back(static_cast<int>(m_roots.size()) + 1);
+        m_children.push_back(static_cast<int>(next));
+        next += Width(variable) > 1 ? Width(variable) : 0;
+        if (next > std::numeric_limits<int>::max())
+            throw XFstDamage();
+    }
+}
+
+void CFstReader::WarnOfOpening() const
+{
+    if (m_layout.isCut)
+        Warn("Waveform file `" + m_path + "' is cut off: it is read up to time " +
+             std::to_string(m_clock.Time(m_layout.End())) + ".");
+    else if (m_layout.header.blocks > m_layout.changes.size())
+        Warn("Waveform file `" + m_path + "' is damaged: some of its value changes are missing.");
+    if (m_hierarchy.TextCount() > 0)
+        Warn("Waveform file `" + m_path + "': signals of text are left out (" +
+             std::to_string(m_hierarchy.TextCount()) + ").");
+}
+
+void CFstReader::WarnOfDamage()
+{
+    if (m_hasWarned || !m_values.FirstDamage())
+        return;
+    m_hasWarned = true;
+    Warn("Waveform file `" + m_path + "' is damaged: value changes behind time " +
+         std::to_string(m_clock.Time(*m_values.FirstDamage())) + " are left out.");
+}
+
+}  // namespace NTARN

@@ -1,0 +1,198 @@
+// The two readers of event-stream files.
+#include <exception>
+#include <filesystem>
+#include <limits>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/kestrin.h"
+#include "platform/log.h"
+#include "platform/morvel.h"
+#include "platform/stream/morvelevents.h"
+#include "platform/stream/morvelindex.h"
+
+namespace Morvel {
+
+namespace {
+
+void Report(const std::string &file, const char *why)
+{
+    Q71log_PrintFormattedString(1, "KERNEL", "", ("Event stream " + file + " " + why + ".").c_str());
+}
+
+class CMorvelRead final : public IMorvelRead {
+public:
+    explicit CMorvelRead(const char *file) : m_file(file) {}
+
+    int GetSignalCount() override { return m_file.GetTopLevelCount(); }
+
+    int GetChild(int parent, int number) override
+    {
+        const SSignalEntry *signal = m_file.Find(parent);
+        const bool exists = signal != nullptr && number >= 0 && number < signal->childCount;
+        return exists ? signal->firstChild + number : -1;
+    }
+
+    int GetSignal(int number) override { return number >= 0 && number < m_file.GetTopLevelCount() ? number : -1; }
+
+    void GetInfo(int handle, bool *hasChildren, int *childCount, const char **name, int *mode, int *reserved) override
+    {
+        const SSignalEntry *signal = m_file.Find(handle);
+        const int count = signal != nullptr ? signal->childCount : 0;
+        Set(hasChildren, count > 0);
+        Set(childCount, count);
+        Set(name, signal != nullptr ? signal->name : "");
+        Set(mode, 0);
+        Set(reserved, 0);
+    }
+
+    const char *GetTypeText(int handle) override
+    {
+        const SSignalEntry *signal = m_file.Find(handle);
+        return signal != nullptr ? signal->typeText : nullptr;
+    }
+
+    void Release() override { delete this; }
+
+private:
+    template <class T>
+    static void Set(T *target, T value)
+    {
+        if (target != nullptr)
+            *target = value;
+    }
+
+    CIndexedFile m_file;
+};
+
+using EventsPtr = std::shared_ptr<const CStoredEvents>;
+
+class CRawMorvelRead final : public IRawMorvelRead {
+public:
+    explicit CRawMorvelRead(const char *file) : m_name(file), m_file(file) {}
+
+    long long GetResolution() override { return m_file.GetResolution(); }
+    long long GetEndTime() override { return m_file.GetEndTime(); }
+    const KEventsStore *GetEventsStore(int handle) override;
+
+private:
+    std::unique_ptr<const KEventsStore> MakeStore(int handle);
+    EventsPtr Load(int handle);
+    EventsPtr LoadNew(const SSignalEntry &signal);
+    EventsPtr LoadScalar(const SSignalEntry &signal, unsigned valueSize);
+    EventsPtr LoadBus(const SSignalEntry &signal, const Kestrin::KTypeInfo &type);
+
+    std::string m_name;
+    CIndexedFile m_file;
+    std::shared_ptr<CBlockCache> m_cache = std::make_shared<CBlockCache>();
+    std::map<int, std::unique_ptr<const KEventsStore>> m_stores;  // null: there is none
+    std::map<int, EventsPtr> m_events;                            // a scalar shares them with the bus that it is in
+};
+
+const KEventsStore *CRawMorvelRead::GetEventsStore(int handle)
+try {
+    const auto store = m_stores.find(handle);
+    if (store != m_stores.end())
+        return store->second.get();
+    if (m_file.Find(handle) == nullptr)
+        return nullptr;
+    return m_stores.emplace(handle, MakeStore(handle)).first->second.get();
+} catch (const std::bad_alloc &) {
+    return nullptr;
+}
+
+std::unique_ptr<const KEventsStore> CRawMorvelRead::MakeStore(int handle)
+try {
+    EventsPtr events = Load(handle);
+    return events != nullptr ? std::make_unique<KEventsStore>(std::move(events)) : nullptr;
+} catch (const XFault &fault) {
+    Report(m_name, fault.what());
+    return nullptr;
+}
+
+EventsPtr CRawMorvelRead::Load(int handle)
+{
+    const auto known = m_events.find(handle);
+    if (known != m_events.end())
+        return known->second;
+    return m_events.emplace(handle, LoadNew(*m_file.Find(handle))).first->second;
+}
+
+EventsPtr CRawMorvelRead::LoadNew(const SSignalEntry &signal)
+{
+    const Kestrin::KTypeInfo type(signal.typeText);
+    if (signal.childCount > 0)
+        return type.GetKind() == 4 && type.IsSimple() ? LoadBus(signal, type) : nullptr;
+    if (type.IsScalar())
+        return LoadScalar(signal, type.GetScalarSize_OldFormat());
+    if (signal.events > 0)
+        throw XFault("is damaged: a signal has events that its type cannot have");
+    return nullptr;
+}
+
+EventsPtr CRawMorvelRead::LoadScalar(const SSignalEntry &signal, unsigned valueSize)
+{
+    auto events = std::make_shared<CScalarEvents>(m_cache, valueSize, static_cast<std::size_t>(signal.events));
+    CByteReader bytes(signal.blocks);
+    while (!bytes.Rest().empty()) {
+        const SBlockEntry entry = TakeBlockEntry(bytes);
+        if (!events->AddBlock(m_file.ReadBlock(entry), entry.first))
+            throw XFault("is damaged: a block is not what the index says");
+    }
+    return events;
+}
+
+EventsPtr CRawMorvelRead::LoadBus(const SSignalEntry &signal, const Kestrin::KTypeInfo &type)
+{
+    const unsigned size = type.GetScalarSize_OldFormat();
+    bool fits = type.GetNbOfElements() == signal.childCount &&
+                signal.childCount <= std::numeric_limits<int>::max() / static_cast<int>(size);
+    std::vector<EventsPtr> elements;
+    for (int i = 0; fits && i < signal.childCount; ++i) {
+        elements.push_back(Load(signal.firstChild + i));
+        fits = elements.back() != nullptr && elements.back()->GetValueSize() == size;
+    }
+    if (!fits)
+        throw XFault("is damaged: the elements of an array do not fit its type");
+    return std::make_shared<CBusEvents>(std::move(elements));
+}
+
+bool IsMissing(const char *file)
+{
+    std::error_code error;
+    return file == nullptr || std::filesystem::status(file, error).type() == std::filesystem::file_type::not_found;
+}
+
+template <class Reader>
+Reader *Open(const char *file)
+try {
+    return IsMissing(file) ? nullptr : new Reader(file);
+} catch (const XFault &fault) {
+    Report(file, fault.what());
+    return nullptr;
+} catch (const std::exception &) {  // nothing throws out of the library
+    Report(file, "cannot be read: it takes too much memory");
+    return nullptr;
+}
+
+}  // namespace
+
+IMorvelRead *CreateStreamRead(const char *file)
+{
+    return Open<CMorvelRead>(file);
+}
+
+IRawMorvelRead *CreateRawMorvelRead(const char *file)
+{
+    return Open<CRawMorvelRead>(file);
+}
+
+void DeleteRawMorvelRead(IRawMorvelRead *reader)
+{
+    delete reader;
+}
+
+}  // namespace Morvel

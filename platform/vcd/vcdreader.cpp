@@ -1,0 +1,350 @@
+#include "platform/vcd/vcdreader.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include "platform/felvarbase.h"
+#include "platform/log.h"
+#include "platform/vcd/vcdwords.h"
+
+namespace NTARN::NImport {
+
+namespace {
+
+// What a file may claim: a base, and so much for each of its bytes.
+constexpr long long Base = 1LL << 22;
+constexpr long long EventBase = 1LL << 25;  // a wide bus changes all its bits with one letter
+constexpr long long ElementsPerByte = 8;
+constexpr long long EventsPerByte = 16;
+constexpr long long NameBytesPerByte = 64;
+
+constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+
+[[noreturn]] void Refuse(std::string_view word)
+{
+    throw SVcdFault{QuoteVcdWord(word) + " is no value change"};
+}
+
+}  // namespace
+
+CVcdReader::CVcdReader(const std::string &fileName, IDatabaseStreamWriter &writer)
+    : m_writer(writer), m_fileName(fileName), m_values(writer),
+      m_text(fileName, [this](long long bytesRead, long long fileSize) { OnRead(bytesRead, fileSize); })
+{}
+
+void CVcdReader::Run()
+{
+    m_writer.open();
+    m_writer.beginHeader();
+    m_writer.endHeader();
+    m_writer.beginSignals();
+    const std::string_view firstValue = ReadDeclarations();
+    m_writer.endSignals();
+    m_writer.beginEvents();
+    const bool isWhole = !m_writer.acceptsData(0) || ReadValues(firstValue);
+    m_writer.endEvents();
+    m_writer.setEndTime(&m_time);
+    m_writer.setResolution(&m_resolution);
+    m_writer.setFlag(isWhole);
+}
+
+void CVcdReader::OnRead(long long bytesRead, long long fileSize)
+{
+    const long long size = std::max(bytesRead, fileSize);
+    m_values.SetLimits(Base + ElementsPerByte * size, EventBase + EventsPerByte * size);
+    m_mostNameBytes = Base + NameBytesPerByte * size;
+    ReportProgress(bytesRead, fileSize);
+    if (m_writer.isCancelled())
+        throw std::runtime_error(m_fileName + ": the import was cancelled");
+}
+
+std::string CVcdReader::AtLine(const std::string &text) const
+{
+    return m_fileName + ":" + std::to_string(m_text.Line()) + ": " + text;
+}
+
+void CVcdReader::Warn(const std::string &text) const
+{
+    Q71log_PrintFormattedString(2, "VCD", "", AtLine(text).c_str());
+}
+
+// Each oddity is told once.
+bool CVcdReader::IsFirst(EOddity oddity)
+{
+    bool &isKnown = m_isKnown[static_cast<int>(oddity)];
+    return !std::exchange(isKnown, true);
+}
+
+// -- Declarations
+
+// @return the first word behind the declarations; empty if the file ends with them
+std::string_view CVcdReader::ReadDeclarations()
+try {
+    CheckBegin();
+    std::string_view word;
+    while (m_text.NextWord(word)) {
+        if (word.starts_with(ByteOrderMark))
+            word.remove_prefix(ByteOrderMark.size());
+        if (word.empty())
+            continue;
+        if (BeginsValues(word))
+            return word;
+        if (!word.starts_with('$'))
+            throw SVcdFault{(m_hasCommands ? "" : "not a VCD file: ") + QuoteVcdWord(word) +
+                            " stands where a declaration is expected"};
+        ReadCommand(word);
+        if (m_areValues)
+            return m_text.NextWord(word) ? word : std::string_view();
+    }
+    throw SVcdFault{m_hasCommands ? "the file ends inside its declarations" : "not a VCD file: it has no declarations"};
+} catch (const SVcdFault &fault) {
+    throw std::runtime_error(AtLine(fault.text));
+}
+
+// What is no VCD at all is not read any further, however long it may be.
+void CVcdReader::CheckBegin()
+{
+    const char first = m_text.NextByte();
+    if (first == 0 && m_text.IsAtEnd())
+        throw std::runtime_error(m_fileName + ": the file is empty");
+    if (first != '$' && first != ByteOrderMark.front())
+        throw SVcdFault{"not a VCD file: it does not begin with a declaration"};
+}
+
+// Whether a word is the first behind declarations that "$enddefinitions" does not end.
+bool CVcdReader::BeginsValues(std::string_view word) const
+{
+    if (!m_hasCommands || word.size() < 2)
+        return false;
+    const std::string_view rest = word.substr(1);
+    long long time = 0;
+    switch (word.front()) {
+    case '#': return ReadVcdTime(rest, time);
+    case 'b':
+    case 'B': return std::ranges::all_of(rest, [](char c) { return VcdPosition(c, VcdLetters) != NoVcdLetter; });
+    case '$': {
+        const SVcdCommand *const command = FindVcdCommand(word);
+        return command != nullptr && command->command == EVcdCommand::Section;
+    }
+    default: return VcdPosition(word.front(), VcdLetters) != NoVcdLetter && m_values.IsDeclared(rest);
+    }
+}
+
+// -- Commands
+
+void CVcdReader::ReadCommand(std::string_view word)
+{
+    const SVcdCommand *const known = FindVcdCommand(word);
+    if (known == nullptr)
+        return SkipBody(std::string(word));
+    m_hasCommands |= known->command != EVcdCommand::End;
+    switch (known->command) {
+    case EVcdCommand::Skip: return SkipBody(known->name);
+    case EVcdCommand::Timescale: return SetTimescale(ReadBody(known->name));
+    case EVcdCommand::Scope: return OpenScope(ReadBody(known->name));
+    case EVcdCommand::Upscope: return CloseScope(ReadBody(known->name));
+    case EVcdCommand::Variable: return Declare(ReadBody(known->name));
+    case EVcdCommand::EndDefinitions: m_areValues = true; return SkipBody(known->name);
+    case EVcdCommand::Section: m_openSection = known->name; return;
+    case EVcdCommand::End: m_openSection = {}; return;
+    case EVcdCommand::Close: return ReadTime(ReadBody(known->name));
+    }
+}
+
+// @param command  not from the buffer, which moves
+void CVcdReader::SkipBody(std::string_view command)
+{
+    std::string_view word;
+    while (m_text.NextWord(word)) {
+        if (word == "$end")
+            return;
+    }
+    throw SVcdFault{"the file ends inside " + QuoteVcdWord(command)};
+}
+
+// @return the words up to "$end", with a blank behind each
+std::string_view CVcdReader::ReadBody(std::string_view command)
+{
+    m_body.clear();
+    std::string_view word;
+    while (m_text.NextWord(word)) {
+        if (word == "$end")
+            return m_body;
+        m_body.append(word).append(" ");
+    }
+    throw SVcdFault{"the file ends inside " + QuoteVcdWord(command)};
+}
+
+// Among the values it comes too late.
+void CVcdReader::SetTimescale(std::string_view body)
+{
+    if (!m_areValues)
+        m_resolution = ReadVcdTimescale(body);
+}
+
+// A scope's type, then its name. A scope without a name is no level of the path.
+void CVcdReader::OpenScope(std::string_view body)
+{
+    m_scopeEnds.push_back(m_scope.size());
+    TakeVcdWord(body);
+    std::string_view name = TakeVcdWord(body);
+    if (name.empty())
+        return;
+    for (; !name.empty(); name = TakeVcdWord(body))
+        m_scope.append(name).append(" ");
+    m_scope.back() = GetVHDLHierarchySeparator();
+}
+
+// One that is not open is not missed.
+void CVcdReader::CloseScope(std::string_view)
+{
+    if (m_scopeEnds.empty())
+        return;
+    m_scope.resize(m_scopeEnds.back());
+    m_scopeEnds.pop_back();
+}
+
+void CVcdReader::Declare(std::string_view body)
+{
+    const SVcdVariable variable = ReadVcdVariable(body);
+    m_nameBytes += static_cast<long long>(m_scope.size() + variable.name.size());
+    if (m_nameBytes > m_mostNameBytes)
+        throw SVcdFault{"the names up to here have more than " + std::to_string(m_mostNameBytes) +
+                        " bytes, too many for a file of this size"};
+    m_values.Declare(variable, m_scope + variable.name);
+    if (variable.kind == EVcdKind::String && IsFirst(EOddity::Strings))
+        Warn("variables of kind string are left out");
+    if (variable.kind == EVcdKind::Empty && IsFirst(EOddity::Empty))
+        Warn("variables of width 0 are left out");
+}
+
+// -- Values
+
+// @return whether nothing is missing
+bool CVcdReader::ReadValues(std::string_view word)
+try {
+    m_areValues = true;
+    if (!word.empty())
+        ReadWord(word);
+    while (m_text.NextWord(word))
+        ReadWord(word);
+    if (!m_openSection.empty())
+        throw SVcdFault{"the file ends inside " + QuoteVcdWord(m_openSection)};
+    return true;
+} catch (const SVcdFault &fault) {
+    Warn(fault.text + "; the file is read up to " + VcdTimeText(m_time, m_resolution));
+    return false;
+}
+
+void CVcdReader::ReadWord(std::string_view word)
+{
+    const std::uint8_t position = VcdPosition(word.front(), VcdLetters);
+    if (position != NoVcdLetter)
+        return ReadBit(word, position);
+    switch (word.front()) {
+    case '#': return ReadTime(word);
+    case '$': return ReadCommand(word);
+    case 'b':
+    case 'B': return ReadBits(word);
+    case 'r':
+    case 'R': return ReadReal(word);
+    case 's':
+    case 'S': return SkipString();
+    case 'p': return ReadPort(word);
+    default: Refuse(word);
+    }
+}
+
+// #time. It ends a section that has no "$end".
+void CVcdReader::ReadTime(std::string_view word)
+{
+    const std::string_view digits = TakeVcdWord(word);
+    long long time = 0;
+    if (digits.size() < 2 || digits.front() != '#' || !ReadVcdTime(digits.substr(1), time))
+        throw SVcdFault{QuoteVcdWord(digits) + " is no time"};
+    m_openSection = {};
+    if (time < m_time && m_text.IsAtEnd())
+        throw SVcdFault{"the file ends inside a time"};
+    if (time < m_time && IsFirst(EOddity::Backward))
+        Warn("the time goes back from " + std::to_string(m_time) + " to " + std::to_string(time) +
+             "; it stays where it was until it is reached again");
+    m_time = std::max(m_time, time);
+    m_values.SetTime(m_time);
+}
+
+// A letter and a code, in one word.
+void CVcdReader::ReadBit(std::string_view word, std::uint8_t position)
+{
+    if (word.size() < 2)
+        Refuse(word);
+    const std::string_view code = word.substr(1);
+    Judge(m_values.SetBit(code, position), code);
+}
+
+// The word behind `value`, which stays readable. A value that the file cuts off has none.
+std::string_view CVcdReader::NextOf(std::string_view &value)
+{
+    std::string_view word;
+    if (!m_text.NextWord(word, value))
+        throw SVcdFault{"the file ends inside a value"};
+    return word;
+}
+
+void CVcdReader::ReadBits(std::string_view word)
+{
+    const std::string_view code = NextOf(word);
+    SetBits(word, VcdLetters, code);
+}
+
+// The value is followed by a strength for 0 and one for 1 of each bit.
+void CVcdReader::ReadPort(std::string_view word)
+{
+    NextOf(word);
+    NextOf(word);
+    const std::string_view code = NextOf(word);
+    SetBits(word, VcdPortLetters, code);
+}
+
+// The value's letters stand behind the first of `word`.
+void CVcdReader::SetBits(std::string_view word, const CVcdLetters &positions, std::string_view code)
+{
+    const std::string_view letters = word.substr(1);
+    if (letters.empty())
+        Refuse(word);
+    if (!m_bits.Read(letters, positions))
+        Refuse(word);
+    Judge(m_values.SetBits(code, m_bits), code);
+}
+
+void CVcdReader::ReadReal(std::string_view word)
+{
+    const std::string_view code = NextOf(word);
+    double value = 0;
+    if (!ReadVcdReal(word.substr(1), value))
+        Refuse(word);
+    Judge(m_values.SetReal(code, value), code);
+}
+
+// A text may have blanks, and its code is the last word of the line.
+void CVcdReader::SkipString()
+{
+    if (IsFirst(EOddity::Strings))
+        Warn("values of kind string are left out");
+    m_text.SkipLine();
+}
+
+void CVcdReader::Judge(EVcdOutcome outcome, std::string_view code)
+{
+    if (outcome == EVcdOutcome::Taken)
+        return;
+    if (outcome == EVcdOutcome::UnknownCode && m_text.IsAtEnd())
+        throw SVcdFault{"the file ends inside a value"};
+    if (outcome == EVcdOutcome::UnknownCode && IsFirst(EOddity::UnknownCode))
+        Warn("no variable has the identifier code " + QuoteVcdWord(code) + "; values without one are left out");
+    if (outcome == EVcdOutcome::WrongKind && IsFirst(EOddity::WrongKind))
+        Warn("a value that does not fit the kind of the variable " + QuoteVcdWord(code) +
+             " is left out, as are others like it");
+}
+
+}  // namespace NTARN::NImport

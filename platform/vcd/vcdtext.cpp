@@ -1,0 +1,103 @@
+#include "platform/vcd/vcdtext.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t BufferSize = std::size_t{1} << 18;
+constexpr std::size_t Sentinels = 2 + NTARN::NImport::VcdGroup;
+
+std::string SystemMessage(int error)
+{
+    return std::generic_category().message(error);
+}
+
+}  // namespace
+
+namespace NTARN::NImport {
+
+CVcdText::CVcdText(const std::string &fileName, FOnRead onRead)
+    : m_file(std::fopen(fileName.c_str(), "rb")), m_fileName(fileName), m_onRead(std::move(onRead)),
+      m_buffer(BufferSize + Sentinels)
+{
+    if (m_file == nullptr)
+        throw std::runtime_error(fileName + ": cannot open the file: " + SystemMessage(errno));
+    std::setvbuf(m_file.get(), nullptr, _IONBF, 0);
+    std::error_code error;
+    if (std::filesystem::is_regular_file(fileName, error))
+        m_fileSize = static_cast<long long>(std::filesystem::file_size(fileName, error));
+    if (error)
+        m_fileSize = 0;
+    m_buffer[0] = ' ';
+    m_next = m_end = m_buffer.data();
+}
+
+char CVcdText::NextByte()
+{
+    std::string_view none;
+    return SkipBlanks(none) ? *m_next : '\0';
+}
+
+void CVcdText::SkipLine()
+{
+    std::string_view none;
+    for (;;) {
+        const auto *const lineEnd =
+            static_cast<const char *>(std::memchr(m_next, '\n', static_cast<std::size_t>(m_end - m_next)));
+        m_next = lineEnd != nullptr ? lineEnd : m_end;
+        const char *begin = m_end;
+        if (lineEnd != nullptr || !Refill(begin, none))
+            return;
+    }
+}
+
+// The word that begins at `begin` reaches the end of the buffer: reads on until it ends.
+void CVcdText::CompleteWord(const char *&begin, std::string_view &kept)
+{
+    while (m_next == m_end && Refill(begin, kept)) {
+        while (!IsVcdBlank(*m_next))
+            ++m_next;
+    }
+}
+
+// Reads more behind what stands from `begin`, or from `kept`, to the end; both move along.
+// @return false at the end of the file
+bool CVcdText::Refill(const char *&begin, std::string_view &kept)
+{
+    if (m_atEnd)
+        return false;
+    const char *const keep = kept.empty() ? begin : kept.data();
+    const auto length = static_cast<std::size_t>(m_end - keep);
+    const std::ptrdiff_t word = begin - keep;
+    std::memmove(m_buffer.data(), keep, length);
+    if (length > m_buffer.size() / 2)
+        m_buffer.resize(2 * m_buffer.size());
+    char *const front = m_buffer.data();
+    const std::size_t added = Read(front + length, m_buffer.size() - Sentinels - length);
+    if (!kept.empty())
+        kept = {front, kept.size()};
+    begin = front + word;
+    m_next = front + length;
+    m_end = m_next + added;
+    front[length + added] = ' ';
+    front[length + added + 1] = 0;
+    m_atEnd = added == 0;
+    return !m_atEnd;
+}
+
+std::size_t CVcdText::Read(char *to, std::size_t room)
+{
+    const std::size_t added = std::fread(to, 1, room, m_file.get());
+    if (added == 0 && std::ferror(m_file.get()) != 0)
+        throw std::runtime_error(m_fileName + ": cannot read the file: " + SystemMessage(errno));
+    m_bytesRead += static_cast<long long>(added);
+    m_onRead(m_bytesRead, m_fileSize);
+    return added;
+}
+
+}  // namespace NTARN::NImport

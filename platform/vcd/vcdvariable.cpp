@@ -1,0 +1,221 @@
+#include "platform/vcd/vcdvariable.h"
+
+#include <algorithm>
+#include <charconv>
+#include <climits>
+#include <cstdlib>
+#include <iterator>
+
+#include "platform/vcd/vcdtext.h"
+#include "platform/vcd/vcdwords.h"
+
+namespace NTARN::NImport {
+
+namespace {
+
+// -- Variables
+
+constexpr std::string_view RealTypes[] = {"real", "realtime", "shortreal", "real_parameter"};
+
+struct SRange {
+    int left = 0;
+    int right = 0;
+
+    long long Length() const { return std::llabs(static_cast<long long>(left) - right) + 1; }
+};
+
+// The whole of `text` is a number.
+template <class T>
+bool ReadNumber(std::string_view text, T &number)
+{
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size();
+}
+
+// [left:right]
+bool ReadRange(std::string_view text, SRange &range)
+{
+    const std::size_t colon = text.find(':');
+    return text.size() >= 2 && text.front() == '[' && text.back() == ']' && colon != std::string_view::npos &&
+           ReadNumber(text.substr(1, colon - 1), range.left) &&
+           ReadNumber(text.substr(colon + 1, text.size() - colon - 2), range.right);
+}
+
+// Takes a range off the end of `name`, but none of its first `escaped` bytes.
+bool DropRange(std::string_view &name, std::size_t escaped, SRange &range)
+{
+    const std::size_t bracket = name.rfind('[');
+    if (bracket == std::string_view::npos || bracket < escaped || !ReadRange(name.substr(bracket), range))
+        return false;
+    name.remove_suffix(name.size() - bracket);
+    return true;
+}
+
+struct SReference {
+    std::string text;         // name and what is in brackets behind it
+    std::size_t escaped = 0;  // length of an escaped name
+};
+
+// Joins the words of a reference. What is in brackets stands without blanks.
+SReference ReadReference(std::string_view rest)
+{
+    SReference reference;
+    bool isOpen = false;
+    for (std::string_view word = TakeVcdWord(rest); !word.empty(); word = TakeVcdWord(rest)) {
+        if (!reference.text.empty() && !isOpen && word.front() != '[')
+            reference.text += ' ';
+        const bool isEscaped = reference.text.empty() && word.front() == '\\';
+        reference.text += word;
+        if (isEscaped)
+            reference.escaped = word.size();
+        else if (const std::size_t bracket = word.find_last_of("[]"); bracket != std::string_view::npos)
+            isOpen = word[bracket] == '[';
+    }
+    return reference;
+}
+
+// Whether ranges behind the name, which are taken off it, have lengths that multiply to `width`.
+bool DropPackedRanges(std::string_view &name, std::size_t escaped, long long width)
+{
+    SRange range;
+    long long product = 1;
+    while (product < width && DropRange(name, escaped, range))
+        product = range.Length() <= width / product ? product * range.Length() : LLONG_MAX;
+    return product == width;
+}
+
+// Gives the variable its name and its range.
+void SetReference(SVcdVariable &variable, const SReference &reference)
+{
+    SRange range{static_cast<int>(variable.width) - 1, 0};
+    std::string_view name = reference.text;
+    SRange written;
+    if (DropRange(name, reference.escaped, written)) {
+        std::string_view packed = reference.text;
+        if (variable.kind == EVcdKind::Bus && written.Length() == variable.width)
+            range = written;
+        else if (variable.kind == EVcdKind::Bus && DropPackedRanges(packed, reference.escaped, variable.width))
+            name = packed;
+    }
+    variable.name = name;
+    variable.left = range.left;
+    variable.right = range.right;
+}
+
+// The width of a variable is a number, that of a port may be a range instead.
+std::uint32_t ReadWidth(std::string_view text, std::string &range)
+{
+    constexpr long long Widest = INT_MAX;
+    SRange bounds;
+    long long width = 0;
+    if (ReadRange(text, bounds)) {
+        range = text;
+        width = bounds.Length();
+    } else if (!ReadNumber(text, width) || width < 0) {
+        throw SVcdFault{"a variable has the width " + QuoteVcdWord(text) + ", which is no number up to 2147483647"};
+    }
+    if (width > Widest)
+        throw SVcdFault{"a variable is wider than 2147483647 bits"};
+    return static_cast<std::uint32_t>(width);
+}
+
+EVcdKind KindOf(std::string_view type, std::uint32_t width)
+{
+    if (type == "string")
+        return EVcdKind::String;
+    if (std::ranges::find(RealTypes, type) != std::end(RealTypes))
+        return EVcdKind::Real;
+    if (width == 0)
+        return EVcdKind::Empty;
+    return width == 1 ? EVcdKind::Bit : EVcdKind::Bus;
+}
+
+// -- Times
+
+struct SUnit {
+    std::string_view name;
+    long long femtoseconds;
+};
+
+constexpr SUnit Units[] = {{"fs", 1},          {"ps", 1000},          {"ns", 1000000},
+                           {"us", 1000000000}, {"ms", 1000000000000}, {"s", 1000000000000000}};
+
+// `femtoseconds` and `zeros` zeros behind it.
+std::string ScaledText(std::string femtoseconds, std::size_t zeros)
+{
+    std::size_t unit = 0;
+    femtoseconds.append(zeros, '0');
+    for (; unit + 1 < std::size(Units) && femtoseconds.ends_with("000"); ++unit)
+        femtoseconds.resize(femtoseconds.size() - 3);
+    return femtoseconds.append(" ").append(Units[unit].name);
+}
+
+}  // namespace
+
+SVcdVariable ReadVcdVariable(std::string_view body)
+{
+    SVcdVariable variable;
+    const std::string_view type = TakeVcdWord(body);
+    std::string_view width = TakeVcdWord(body);
+    if (type == "real" && width == "parameter")
+        width = TakeVcdWord(body);
+    variable.code = TakeVcdWord(body);
+    if (variable.code.empty())
+        throw SVcdFault{"a variable without a width or an identifier code"};
+    std::string range;
+    variable.width = type == "event" ? 1 : ReadWidth(width, range);
+    variable.kind = KindOf(type, variable.width);
+    if (variable.kind == EVcdKind::Real)
+        variable.width = 1;
+    SReference reference = ReadReference(body);
+    if (reference.text.empty())
+        throw SVcdFault{"a variable without a name"};
+    reference.text += range;
+    SetReference(variable, reference);
+    return variable;
+}
+
+std::string VcdTypeText(const SVcdVariable &variable)
+{
+    const std::string element = "e#9#std_logicc9 UX01ZWLH-";
+    if (variable.kind == EVcdKind::Real)
+        return "f#4#realrrct-1.79769e+308 1.79769e+308";
+    if (variable.kind != EVcdKind::Bus)
+        return element;
+    const bool isUpward = variable.left < variable.right;
+    const std::string left = std::to_string(variable.left);
+    const std::string right = std::to_string(variable.right);
+    const std::string name = "std_logic_vector(" + left + (isUpward ? " to " : " downto ") + right + ")";
+    return "a#" + std::to_string(name.size()) + "#" + name + "1 ric" + (isUpward ? "t" : "d") + left + " " + right +
+           " " + element;
+}
+
+long long ReadVcdTimescale(std::string_view body)
+{
+    std::string text;
+    for (std::string_view word = TakeVcdWord(body); !word.empty(); word = TakeVcdWord(body))
+        text += word;
+    const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
+    long long number = 1;
+    const std::string_view unit = std::string_view(text).substr(digits);
+    const auto found = std::ranges::find(Units, unit, &SUnit::name);
+    const bool isNumber = digits == 0 || ReadNumber(std::string_view(text).substr(0, digits), number);
+    if (found == std::end(Units) || !isNumber || number == 0 || number > LLONG_MAX / found->femtoseconds)
+        throw SVcdFault{"unknown timescale " + QuoteVcdWord(text) + "; use 1, 10 or 100 of s, ms, us, ns, ps or fs"};
+    return number * found->femtoseconds;
+}
+
+std::string VcdTimeText(long long ticks, long long resolution)
+{
+    if (ticks == 0)
+        return "0 s";
+    std::size_t zeros = 0;
+    for (; resolution % 10 == 0; resolution /= 10)
+        ++zeros;
+    // Only with numbers other than 1, 10 and 100: of what does not fit the leading digits count.
+    for (; ticks > LLONG_MAX / resolution; ++zeros)
+        (ticks > resolution ? ticks : resolution) /= 10;
+    return ScaledText(std::to_string(ticks * resolution), zeros);
+}
+
+}  // namespace NTARN::NImport

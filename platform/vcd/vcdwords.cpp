@@ -1,0 +1,105 @@
+#include "platform/vcd/vcdwords.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <iterator>
+#include <limits>
+
+#include "platform/vcd/vcdtext.h"
+
+namespace NTARN::NImport {
+
+namespace {
+
+constexpr SVcdCommand Commands[] = {
+    {"$comment", EVcdCommand::Skip},
+    {"$date", EVcdCommand::Skip},
+    {"$version", EVcdCommand::Skip},
+    {"$timescale", EVcdCommand::Timescale},
+    {"$scope", EVcdCommand::Scope},
+    {"$upscope", EVcdCommand::Upscope},
+    {"$var", EVcdCommand::Variable},
+    {"$enddefinitions", EVcdCommand::EndDefinitions},
+    {"$dumpvars", EVcdCommand::Section},
+    {"$dumpall", EVcdCommand::Section},
+    {"$dumpon", EVcdCommand::Section},
+    {"$dumpoff", EVcdCommand::Section},
+    {"$dumpports", EVcdCommand::Section},
+    {"$dumpportsall", EVcdCommand::Section},
+    {"$dumpportson", EVcdCommand::Section},
+    {"$dumpportsoff", EVcdCommand::Section},
+    {"$end", EVcdCommand::End},
+    {"$vcdclose", EVcdCommand::Close},
+};
+
+// Letters that have one position.
+struct SLevel {
+    std::string_view letters;
+    std::uint8_t position;
+};
+
+template <std::size_t Count>
+constexpr CVcdLetters MakeLetters(const SLevel (&levels)[Count])
+{
+    CVcdLetters positions{};
+    positions.fill(NoVcdLetter);
+    for (const SLevel &level : levels) {
+        for (const char letter : level.letters)
+            positions[static_cast<unsigned char>(letter)] = level.position;
+    }
+    return positions;
+}
+
+}  // namespace
+
+constexpr CVcdLetters VcdLetters =
+    MakeLetters({{"Uu", 0}, {"Xx", 1}, {"0", 2}, {"1", 3}, {"Zz", 4}, {"Ww", 5}, {"Ll", 6}, {"Hh", 7}, {"-?", 8}});
+constexpr CVcdLetters VcdPortLetters = MakeLetters({{"NX?AaBbCc", 1}, {"DdLl0", 2}, {"UuHh1", 3}, {"ZTFf", 4}});
+
+std::string_view TakeVcdWord(std::string_view &rest)
+{
+    const auto begin = std::ranges::find_if_not(rest, IsVcdBlank);
+    const auto end = std::find_if(begin, rest.end(), IsVcdBlank);
+    const std::string_view word(begin, end);
+    rest = {end, rest.end()};
+    return word;
+}
+
+std::string QuoteVcdWord(std::string_view word)
+{
+    constexpr std::size_t Longest = 40;
+    std::string text = "\"";
+    for (const char c : word.substr(0, Longest))
+        text += std::isprint(static_cast<unsigned char>(c)) != 0 ? c : '?';
+    return text.append(word.size() > Longest ? "..." : "").append("\"");
+}
+
+const SVcdCommand *FindVcdCommand(std::string_view name)
+{
+    const auto found = std::ranges::find(Commands, name, &SVcdCommand::name);
+    return found != std::end(Commands) ? found : nullptr;
+}
+
+bool ReadVcdReal(std::string_view text, double &value)
+{
+    if (text.starts_with('+'))
+        text.remove_prefix(1);
+    const char *const textEnd = text.data() + text.size();
+    const auto [end, error] = std::from_chars(text.data(), textEnd, value);
+    if (error == std::errc::result_out_of_range) {
+        const bool isSmall = text.find("e-") != text.npos || text.find("E-") != text.npos;
+        value = isSmall ? 0 : std::numeric_limits<double>::infinity();
+        value = text.front() == '-' ? -value : value;
+        return end == textEnd;
+    }
+    return error == std::errc() && end == textEnd;
+}
+
+bool ReadVcdTime(std::string_view text, long long &time)
+{
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), time);
+    return error == std::errc() && end == text.data() + text.size() && time >= 0 && text.front() != '-';
+}
+
+}  // namespace NTARN::NImport

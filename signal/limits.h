@@ -1,8 +1,0 @@
-// How much a type description, a stream, a list or a database can make the signal model build. Internal.
-#pragma once
-
-/// Signals below one signal.
-inline constexpr long long MaxSignals = 1LL << 24;
-
-/// Signals inside one another that are loaded from outside. Type descriptions have a smaller limit of their own.
-inline constexpr int MaxNesting = 256;

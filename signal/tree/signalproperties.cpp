@@ -1,0 +1,206 @@
+// The property table of a signal and what is kept in it: display settings, stimulator, hot key.
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include "base/wrap.h"
+#include "core/stimulus.h"
+#include "signal/tree/signalimp.h"
+#include "signal/tree/signalwalk.h"
+
+namespace {
+
+constexpr const char *Mode = "Mode";
+constexpr const char *Color = "Color";
+constexpr const char *DisplayMode = "Display Mode";
+constexpr const char *StimulatorType = "Stimulator Type";
+constexpr const char *StimulatorStrength = "Stimulator Strength";
+constexpr const char *StimulatorFormula = "Stimulator Formula";
+constexpr const char *StimulatorClock = "Stimulator Clock";
+constexpr const char *HotKey = "Hot-Key";
+constexpr const char *Handle = "Handle";
+
+// Types of a stimulator.
+enum EStimulator { FormulaStimulator = 1, HotKeyStimulator = 2, ClockStimulator = 3 };
+
+// Gives a stimulus up at the end of its scope.
+struct SDestroyer {
+    void operator()(IStimulus *stimulus) const { stimulus->Destroy(); }
+};
+
+}  // namespace
+
+int CSignalImp::GetNumber(const char *name, int byDefault)
+{
+    const char *text = GetProperty(name);
+    return text != nullptr ? tesk::ReadInt(text) : byDefault;
+}
+
+void CSignalImp::SetNumber(const char *name, int number)
+{
+    SetText(name, std::to_string(number).c_str());
+}
+
+void CSignalImp::SetText(const char *name, const SimpleString::CStr &text)
+{
+    if (const auto entry = m_properties.find(name); entry != m_properties.end())
+        entry->second = text;
+    else
+        m_properties.emplace(name, text);
+}
+
+void CSignalImp::RemoveProperty(const char *name)
+{
+    if (const auto entry = m_properties.find(name); entry != m_properties.end())
+        m_properties.erase(entry);
+}
+
+void CSignalImp::SetProperty(const char *name, const char *value)
+{
+    if (name == nullptr)
+        return;
+    const SimpleString::CStr text(value);
+    SetText(name, text);
+    // Deliberate: other than the table, these four go by letter case.
+    if (std::strcmp(name, Handle) == 0)
+        m_handle = tesk::ReadInt(text);
+    else if (std::strcmp(name, "MaxTime") == 0)
+        m_maxTime = _atoi64(text);
+    else if (std::strcmp(name, "VBus") == 0)
+        SetFlag(VBus, tesk::ReadInt(text) != 0);
+    else if (std::strcmp(name, "Name") == 0)
+        m_name = text;
+}
+
+void CSignalImp::SetHandle(int handle)
+{
+    m_handle = handle;
+    if (handle == -1)
+        RemoveProperty(Handle);
+    else if (GetNumber(Handle, -1) != handle)
+        SetNumber(Handle, handle);
+}
+
+int CSignalImp::GetMode()
+{
+    constexpr int ModeOfRoot = 6;
+    if (GetProperty(Mode) != nullptr || GetParent() == nullptr)
+        return GetNumber(Mode, ModeOfRoot);
+    return GetParent()->GetMode();
+}
+
+void CSignalImp::SetMode(int mode)
+{
+    SetNumber(Mode, mode);
+}
+
+int CSignalImp::GetColor()
+{
+    return GetNumber(Color, 0);
+}
+
+void CSignalImp::SetColor(int color)
+{
+    SetNumber(Color, color);
+}
+
+int CSignalImp::GetDisplayMode()
+{
+    return GetNumber(DisplayMode, 0);
+}
+
+long CSignalImp::SetDisplayMode(int mode)
+{
+    if (mode == 0 && m_stdType == 0)
+        return E_INVALIDARG;
+    SetNumber(DisplayMode, mode);
+    return S_OK;
+}
+
+int CSignalImp::GetDisplayRadix()
+{
+    constexpr int Radices[] = {1, 2, 8, 10, 16};
+    const int mode = GetDisplayMode();
+    return mode >= 0 && mode < static_cast<int>(std::size(Radices)) ? Radices[mode] : Radices[0];
+}
+
+long CSignalImp::GetStimulator(int *type, int *strength, char *formula, unsigned size)
+{
+    if (type != nullptr)
+        *type = GetNumber(StimulatorType, -1);
+    if (strength != nullptr)
+        *strength = GetNumber(StimulatorStrength, -1);
+    if (formula == nullptr)
+        return S_OK;
+    const char *stored = GetProperty(StimulatorFormula);
+    const char *text = stored != nullptr ? stored : "";
+    const std::size_t room = std::strlen(text) + 1;
+    if (room > size)
+        return E_OUTOFMEMORY;
+    std::memcpy(formula, text, room);
+    return S_OK;
+}
+
+void CSignalImp::SetStimulator(int type, int strength, const char *formula)
+{
+    const SimpleString::CStr kept(formula);  // it may be the text of a property that goes
+    RemoveProperty(HotKey);
+    if (type == -1 || kept.IsEmpty()) {
+        // Deliberate: "Stimulator Clock" stays.
+        RemoveProperty(StimulatorFormula);
+        RemoveProperty(StimulatorType);
+        RemoveProperty(StimulatorStrength);
+        return;
+    }
+    if (type >= 0 && type <= FormulaStimulator) {
+        SetFormula(type, strength, kept);
+    } else if (type == HotKeyStimulator) {
+        SetHotKey(static_cast<signed char>(kept[0]));
+    } else if (type == ClockStimulator) {
+        SetText(StimulatorClock, kept);
+        SetNumber(StimulatorType, ClockStimulator);
+        SetNumber(StimulatorStrength, strength);
+    }
+}
+
+// What is kept is the parser's text, never the caller's. A formula that cannot be parsed leaves the old one in place.
+void CSignalImp::SetFormula(int type, int strength, const char *formula)
+{
+    const std::unique_ptr<IStimulus, SDestroyer> stimulus(IStimulus::Create(formula, 0, 1000, nullptr, false, false));
+    if (stimulus == nullptr)
+        return;
+    SimpleString::CStr canonical;
+    stimulus->GetFormula(canonical);
+    if (canonical.IsEmpty())
+        RemoveProperty(StimulatorFormula);
+    else
+        SetText(StimulatorFormula, canonical);
+    SetNumber(StimulatorType, type);
+    if (strength == -1)
+        RemoveProperty(StimulatorStrength);
+    else
+        SetNumber(StimulatorStrength, strength);
+}
+
+int CSignalImp::GetHotKey()
+{
+    return GetNumber(HotKey, 0);
+}
+
+void CSignalImp::SetHotKey(int key)
+{
+    if (key == 0)
+        RemoveProperty(HotKey);
+    else
+        SetNumber(HotKey, key);
+    SetNumber(StimulatorType, HotKeyStimulator);  // deliberate: for a key of 0 too
+    RemoveProperty(StimulatorFormula);
+    RemoveProperty(StimulatorClock);
+    ForEachChild(*this, [key](ISignal &child) { child.SetHotKey(key); });
+}
+
+void CSignalImp::SetValueTextOption(bool on)
+{
+    SetFlag(ValueTextOption, on);
+    ForEachChild(*this, [on](ISignal &child) { child.SetValueTextOption(on); });
+}

@@ -1,0 +1,65 @@
+// tesk convert: a waveform file in another format.
+#include <map>
+#include <memory>
+#include <string>
+
+#include "tools/commands/commands.h"
+#include "tools/files/waveoutput.h"
+#include "tools/output.h"
+#include "tools/quote.h"
+
+namespace {
+
+struct SConvertOptions {
+    std::string input;
+    std::string output;
+    std::string format;
+};
+
+const std::map<std::string, EWaveKind> Formats = {{"stream", EWaveKind::Stream}, {"vcd", EWaveKind::Vcd}};
+
+// The format asked for, else that which the name of the file stands for.
+EWaveKind OutputKind(const SConvertOptions &options)
+{
+    if (!options.format.empty())
+        return Formats.at(options.format);
+    if (options.output == "-")
+        return EWaveKind::Vcd;
+    const EWaveKind kind = KindOfName(options.output);
+    if (kind == EWaveKind::Fst)
+        throw CRefusal(OneLine(options.output) +
+                       ": its name tells no format that can be written; end it in .zyn for an event "
+                       "stream or in .vcd, or use --format");
+    return kind;
+}
+
+int Convert(const SConvertOptions &options)
+{
+    const EWaveKind kind = OutputKind(options);
+    const bool toStream = kind == EWaveKind::Stream;
+    if (toStream && options.output == "-")
+        throw CRefusal("standard output takes a VCD only; give an event stream a file");
+    if (toStream && KindOfFile(options.input) == EWaveKind::Stream)
+        throw CRefusal(OneLine(options.input) + ": is an event stream already; it can be converted to VCD");
+    const std::unique_ptr<IWaveFile> file = OpenWaveFile(options.input);
+    if (toStream)
+        WriteEventStream(options.output, *file);
+    else
+        WriteOutput(options.output == "-" ? "" : options.output, [&](std::ostream &out) { WriteWaveDump(out, *file); });
+    return 0;
+}
+
+}  // namespace
+
+void AddConvertCommand(CCommandLine &commandLine)
+{
+    CCommand command = commandLine.Add("convert", "Make an event stream or a VCD of a waveform file");
+    const auto options = std::make_shared<SConvertOptions>();
+    command.Argument("input", options->input, "VCD, FST or event stream; its contents tell what it is");
+    command.Argument("output", options->output, "What to write, whole or not at all; \"-\" is standard output");
+    command.Choice("--format", options->format, {"stream", "vcd"},
+                   "Default: by the name of the output, .zyn or .tmp for a stream, .vcd; vcd on standard output");
+    command.Footer("From an event stream one signal is read without the others. Viewers read VCD.\n"
+                   "Example: tesk convert waves.fst waves.zyn");
+    command.Action([options] { return Convert(*options); });
+}

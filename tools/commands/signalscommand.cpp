@@ -1,0 +1,139 @@
+// tesk signals: what is in a waveform file.
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <map>
+
+#include "tools/commands/commands.h"
+#include "tools/files/signalwalk.h"
+#include "tools/output.h"
+#include "tools/quote.h"
+#include "tools/timetext.h"
+
+namespace {
+
+struct SSignalsOptions {
+    std::string file;
+    std::string format;
+    std::string output;
+};
+
+struct SChanges {
+    long long changes = 0;
+    long long first = 0;  // file ticks; of a signal without changes nothing
+    long long last = 0;
+};
+
+struct SSignalRow : SChanges {
+    const SFileSignal *signal;
+};
+
+struct SListing {
+    std::string file;
+    long long resolution;
+    long long endTime;
+    std::vector<SSignalRow> rows;
+};
+
+SChanges CountChanges(IWaveFile &file, const SFileSignal &signal)
+{
+    SChanges changes;
+    CSignalWalk walk(file, signal);
+    for (; walk.Next(); ++changes.changes) {
+        changes.first = changes.changes == 0 ? walk.GetTime() : changes.first;
+        changes.last = walk.GetTime();
+    }
+    return changes;
+}
+
+// Signals that share their events are walked once: a clock may have as many names as a design has modules.
+std::vector<SSignalRow> ListRows(IWaveFile &file)
+{
+    std::vector<SSignalRow> rows;
+    std::map<std::vector<long long>, SChanges> counted;
+    for (const SFileSignal &signal : file.GetSignals()) {
+        const auto [changes, isNew] = counted.try_emplace(IdentifyEvents(file, signal));
+        if (isNew)
+            changes->second = CountChanges(file, signal);
+        rows.push_back({changes->second, &signal});
+    }
+    return rows;
+}
+
+std::string FirstTime(const SListing &listing, const SSignalRow &row)
+{
+    return row.changes > 0 ? FileTimeText(row.first, listing.resolution) : "";
+}
+
+std::string LastTime(const SListing &listing, const SSignalRow &row)
+{
+    return row.changes > 0 ? FileTimeText(row.last, listing.resolution) : "";
+}
+
+void WriteTable(std::ostream &out, const SListing &listing)
+{
+    std::vector<std::vector<std::string>> lines = {{"signal", "type", "changes", "first", "last"}};
+    for (const SSignalRow &row : listing.rows)
+        lines.push_back({Printable(row.signal->path), Printable(row.signal->type.GetTypeIdentifier()),
+                         std::to_string(row.changes), FirstTime(listing, row), LastTime(listing, row)});
+    WriteColumns(out, lines, 2);
+}
+
+void WriteCsv(std::ostream &out, const SListing &listing)
+{
+    out << "signal,type,changes,first,last\n";
+    for (const SSignalRow &row : listing.rows)
+        out << CsvField(row.signal->path) << ',' << CsvField(row.signal->type.GetTypeIdentifier()) << ',' << row.changes
+            << ',' << FirstTime(listing, row) << ',' << LastTime(listing, row) << '\n';
+}
+
+void WriteJson(std::ostream &out, const SListing &listing)
+{
+    nlohmann::ordered_json document = {{"file", listing.file},
+                                       {"resolution_fs", listing.resolution},
+                                       {"end_ticks", listing.endTime},
+                                       {"signals", nlohmann::json::array()}};
+    for (const SSignalRow &row : listing.rows) {
+        nlohmann::ordered_json signal = {{"signal", row.signal->path},
+                                         {"type", row.signal->type.GetTypeIdentifier()},
+                                         {"description", row.signal->type.GetTypeInfoString()},
+                                         {"changes", row.changes}};
+        signal["first_ticks"] = row.changes > 0 ? nlohmann::ordered_json(row.first) : nullptr;
+        signal["last_ticks"] = row.changes > 0 ? nlohmann::ordered_json(row.last) : nullptr;
+        document["signals"].push_back(std::move(signal));
+    }
+    out << document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+}
+
+const std::map<std::string, void (*)(std::ostream &out, const SListing &listing)> Writers = {
+    {"table", WriteTable}, {"csv", WriteCsv}, {"json", WriteJson}};
+
+int ListSignals(const SSignalsOptions &options)
+{
+    const std::string format = !options.format.empty() ? options.format : IsTerminal() ? "table" : "csv";
+    const std::unique_ptr<IWaveFile> file = OpenWaveFile(options.file);
+    const SListing listing{options.file, file->GetResolution(), file->GetEndTime(), ListRows(*file)};
+    WriteOutput(options.output, [&](std::ostream &out) { Writers.at(format)(out, listing); });
+    return 0;
+}
+
+}  // namespace
+
+void AddSignalsCommand(CCommandLine &commandLine)
+{
+    CCommand command = commandLine.Add("signals", "List the signals of a VCD, FST or event-stream file");
+    const auto options = std::make_shared<SSignalsOptions>();
+    command.Argument("file", options->file, "The file; its contents tell what it is");
+    command.Choice("--format", options->format, {"table", "csv", "json"},
+                   "Default: table on a terminal, csv elsewhere");
+    command.Option("-o,--output", options->output, "FILE", "Write to a file, whole or not at all");
+    command.Footer("A signal has one change for each time at which the file gives it, or an element of it, a value.\n"
+                   "Times are in the unit of the file. The names are those that a formula takes:\n"
+                   "  tesk signals waves.vcd\n"
+                   "  tesk play \"/custom waves.vcd,tb.clk\"\n"
+                   "Example: tesk signals waves.vcd --format table");
+    command.Action([options] { return ListSignals(*options); });
+}

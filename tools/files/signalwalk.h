@@ -1,0 +1,52 @@
+// A walk over the changes of a whole signal, merged from those of its elements.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <queue>
+#include <utility>
+#include <vector>
+
+#include "tools/files/wavefile.h"
+
+/// What signals have in common if they share the events of all their elements. @throw CRefusal if they cannot be read
+std::vector<long long> IdentifyEvents(IWaveFile &file, const SFileSignal &signal);
+
+class CSignalWalk {
+public:
+    /// @param file  must outlive the walk. @throw CRefusal if the events cannot be read
+    CSignalWalk(IWaveFile &file, const SFileSignal &signal);
+
+    /// Goes to the next time at which an element has an event. @return false at the end
+    bool Next();
+    /// File ticks.
+    long long GetTime() const { return m_time; }
+    /// The raw value of each element now; none of one that has no event yet.
+    const std::vector<std::optional<std::uint64_t>> &GetValues() const { return m_values; }
+
+private:
+    struct SElement {
+        std::unique_ptr<IElementWalk> walk;
+        std::uint64_t nextValue = 0;
+    };
+    struct SNextEvent {
+        long long time;
+        std::size_t element;
+    };
+    // Of neighbouring elements, those that have one, in any order. Often many come at once: to look through them all is
+    // then quickest.
+    using CGroup = std::vector<SNextEvent>;
+    using CNextGroup = std::pair<long long, std::size_t>;  // time and place in m_groups
+
+    void Push(std::size_t group);
+    void Take(CGroup &group);
+    bool Fetch(SNextEvent &event);
+
+    std::vector<SElement> m_elements;
+    std::vector<std::optional<std::uint64_t>> m_values;
+    std::vector<CGroup> m_groups;
+    std::priority_queue<CNextGroup, std::vector<CNextGroup>, std::greater<>> m_next;
+    long long m_time = -1;
+};

@@ -1,0 +1,90 @@
+#include "tools/play/walk.h"
+
+#include <algorithm>
+#include <limits>
+#include <string>
+
+#include "tools/commandline.h"
+
+namespace {
+
+constexpr std::size_t MostChanges = 10'000'000;  // held at a time; an end may be far away
+
+bool HasOwnEnd(const IStimulus &stimulus)
+{
+    SimpleString::CStr cancel;
+    if (stimulus.GetCancelString(cancel))
+        return true;
+    const bool isPlain = dynamic_cast<const CStimulus *>(&stimulus) != nullptr;
+    return (isPlain || stimulus.IsCustom()) && stimulus.GetRepeatRateInSimUnits() == 0;
+}
+
+// The next change later than `time`, -1 if there is none. Where the stimulus answers with a time that is not later,
+// which a file finer than the simulator's tick can bring about, time goes on by one tick.
+long long NextTime(IStimulus &stimulus, long long time)
+{
+    const long long next = stimulus.GetNextEventTime(time);
+    if (next == -1 || next > time)
+        return next;
+    return time == std::numeric_limits<long long>::max() ? -1 : time + 1;
+}
+
+std::optional<std::string> ValueAt(IStimulus &stimulus, long long time)
+{
+    SimpleString::CStr value;
+    if (!stimulus.GetValue(time, value))
+        return std::nullopt;
+    return std::string(value, static_cast<std::size_t>(value.GetLength()));
+}
+
+// The smallest time that is one; -1 if none is.
+long long Earliest(const std::vector<long long> &times)
+{
+    long long earliest = -1;
+    for (const long long time : times) {
+        if (time != -1 && (earliest == -1 || time < earliest))
+            earliest = time;
+    }
+    return earliest;
+}
+
+[[noreturn]] void RefuseLength()
+{
+    throw CRefusal("more than " + std::to_string(MostChanges) + " changes; give an earlier end with --until");
+}
+
+}  // namespace
+
+std::vector<std::vector<SChange>> Walk(const std::vector<StimulusPtr> &stimuli, long long begin,
+                                       std::optional<long long> until)
+{
+    const bool isCut = !until && !std::ranges::all_of(stimuli, HasOwnEnd, &StimulusPtr::operator*);
+    std::vector<std::vector<SChange>> changes(stimuli.size());
+    std::vector<long long> next;
+    for (std::size_t i = 0; i < stimuli.size(); ++i) {
+        next.push_back(NextTime(*stimuli[i], -1));
+        const bool isSilent = next[i] == -1 || next[i] > begin;  // until there, or for ever
+        const std::optional<std::string> value = isSilent ? ValueAt(*stimuli[i], begin) : std::nullopt;
+        if (value && !value->empty())
+            changes[i].push_back({begin, value});
+    }
+
+    std::size_t held = 0;
+    for (std::size_t times = 0; !isCut || times < DefaultChanges; ++times) {
+        const long long time = Earliest(next);
+        if (time == -1 || (until && time > *until))
+            break;
+        for (std::size_t i = 0; i < stimuli.size(); ++i) {
+            if (next[i] != time)
+                continue;
+            changes[i].push_back({time, ValueAt(*stimuli[i], time)});
+            if (++held > MostChanges)
+                RefuseLength();
+        }
+        for (std::size_t i = 0; i < stimuli.size(); ++i) {
+            if (next[i] == time)
+                next[i] = NextTime(*stimuli[i], time);
+        }
+    }
+    return changes;
+}

@@ -1,0 +1,25 @@
+// The formats in which a waveform is written.
+#pragma once
+
+#include <ostream>
+
+#include "tools/writers/waveform.h"
+
+/// Aligned columns for a reader.
+void WriteTable(std::ostream &out, const SWaveform &waveform);
+
+/// `ticks,time,value`, with a column for each trace if there are several; quoted as in RFC 4180.
+void WriteCsv(std::ostream &out, const SWaveform &waveform);
+
+/// One object: the formula, the resolution and the changes. Bytes that are no UTF-8 become U+FFFD.
+void WriteJson(std::ostream &out, const SWaveform &waveform);
+
+/// A value change dump (IEEE 1364-2005, clause 18): bits and vectors as 4-state wires, integers and reals as such, any
+/// other text as the string variables that viewers know.
+void WriteVcd(std::ostream &out, const SWaveform &waveform);
+
+/// A picture. @param width  of the drawing, in pixels
+void WriteSvg(std::ostream &out, const SWaveform &waveform, int width);
+
+/// The same with block characters. @param width  in columns
+void WriteWave(std::ostream &out, const SWaveform &waveform, int width);

@@ -1,0 +1,103 @@
+// The formats table, CSV and JSON.
+#include "tools/writers/writers.h"
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <map>
+
+#include "tools/output.h"
+#include "tools/quote.h"
+#include "tools/timetext.h"
+
+namespace {
+
+// At a time the change of each trace, or null where it has none.
+using CRows = std::map<long long, std::vector<const SChange *>>;
+
+CRows RowsByTime(const SWaveform &waveform)
+{
+    CRows rows;
+    for (std::size_t i = 0; i < waveform.traces.size(); ++i) {
+        for (const SChange &change : waveform.traces[i].changes) {
+            auto &row = rows[change.ticks];
+            row.resize(waveform.traces.size());
+            row[i] = &change;
+        }
+    }
+    return rows;
+}
+
+std::string ColumnName(const STrace &trace)
+{
+    return trace.name.empty() ? "value" : trace.name;
+}
+
+// Several traces: a column each, the last value standing until the next.
+std::vector<std::string> FillDown(const std::vector<const SChange *> &row, std::vector<std::string> previous)
+{
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        if (row[i] != nullptr)
+            previous[i] = row[i]->value.value_or("");
+    }
+    return previous;
+}
+
+nlohmann::json ChangesJson(const STrace &trace, long long resolution)
+{
+    auto changes = nlohmann::json::array();
+    for (const SChange &change : trace.changes) {
+        nlohmann::json value;
+        if (change.value)
+            value = *change.value;
+        changes.push_back({{"ticks", change.ticks}, {"time", TickText(change.ticks, resolution)}, {"value", value}});
+    }
+    return changes;
+}
+
+}  // namespace
+
+void WriteCsv(std::ostream &out, const SWaveform &waveform)
+{
+    out << "ticks,time";
+    for (const STrace &trace : waveform.traces)
+        out << ',' << CsvField(ColumnName(trace));
+    out << '\n';
+    std::vector<std::string> values(waveform.traces.size());
+    for (const auto &[ticks, row] : RowsByTime(waveform)) {
+        values = FillDown(row, std::move(values));
+        out << ticks << ',' << TickText(ticks, waveform.resolution);
+        for (const std::string &value : values)
+            out << ',' << CsvField(value);
+        out << '\n';
+    }
+}
+
+void WriteTable(std::ostream &out, const SWaveform &waveform)
+{
+    std::vector<std::vector<std::string>> lines = {{"time"}};
+    for (const STrace &trace : waveform.traces)
+        lines.front().push_back(ColumnName(trace));
+    std::vector<std::string> values(waveform.traces.size());
+    for (const auto &[ticks, row] : RowsByTime(waveform)) {
+        values = FillDown(row, std::move(values));
+        lines.push_back({TickText(ticks, waveform.resolution)});
+        for (const std::string &value : values)
+            lines.back().push_back(value.empty() ? "(none)" : value);
+    }
+    WriteColumns(out, lines, 0);
+}
+
+void WriteJson(std::ostream &out, const SWaveform &waveform)
+{
+    nlohmann::ordered_json document = {{"formula", waveform.formula}, {"resolution_fs", waveform.resolution}};
+    if (waveform.traces.size() == 1 && waveform.traces.front().name.empty()) {
+        document["changes"] = ChangesJson(waveform.traces.front(), waveform.resolution);
+    } else {
+        for (const STrace &trace : waveform.traces)
+            document["signals"].push_back({{"name", trace.name}, {"changes", ChangesJson(trace, waveform.resolution)}});
+    }
+    out << document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+}
