@@ -78,7 +78,7 @@ WaveStore *NewStore(long long count)
 
 void WriteStream(const std::string &file, long long count)
 {
-    Morvel::IMorvelWrite *writer = Morvel::CreateStreamWrite(file.c_str(), 1000);
+    const Morvel::StreamWritePtr writer(Morvel::CreateStreamWrite(file.c_str(), 1000));
     const int signal = writer->AddSignal(-1, "s", StdLogic);
     for (long long i = 0; i < count; ++i) {
         const unsigned char value = static_cast<unsigned char>(ValueOf(i));
@@ -86,7 +86,6 @@ void WriteStream(const std::string &file, long long count)
     }
     writer->SetEndTime(count * TicksPerChange);
     writer->Finish();
-    writer->Release();
 }
 
 IStimulus *CreateStream(long long count)

@@ -8,7 +8,7 @@ namespace {
 // One item is a draw, asked for as a simulator does: the time of the next change, then the value there.
 void BM_Draw(benchmark::State &state, const char *formula)
 {
-    IStimulus *stimulus = IStimulus::Create(formula, 0, 1000, nullptr, false, false);
+    const tesk::StimulusPtr stimulus(IStimulus::Create(formula, 0, 1000, nullptr, false, false));
     SimpleString::CStr value;
     long long time = 0;
     for (auto _ : state) {
@@ -17,7 +17,6 @@ void BM_Draw(benchmark::State &state, const char *formula)
         benchmark::DoNotOptimize(value);
     }
     state.SetItemsProcessed(state.iterations());
-    stimulus->Destroy();
 }
 BENCHMARK_CAPTURE(BM_Draw, full_range, "\\RANDOM\\8\\5\\1ns");
 BENCHMARK_CAPTURE(BM_Draw, uniform, "\\RANDOM\\1\\5\\0\\1000\\1ns");

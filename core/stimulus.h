@@ -30,8 +30,8 @@ TESK_API extern SimpleString::CStr g_SignalTypeDescription;
 
 /// Says what value a signal has at a time and when it changes next.
 ///
-/// Times are ticks: whole steps of `g_simRes`. A stimulus belongs to the caller of `Create`, who ends it with `Destroy`
-/// and never deletes it. The order of the virtual operations is part of the binary interface.
+/// Times are ticks: whole steps of `g_simRes`. A stimulus belongs to the caller of `Create`, who ends it with `Destroy`,
+/// as `tesk::StimulusPtr` does, and never deletes it. The order of the virtual operations is part of the binary interface.
 class TESK_API IStimulus {
 public:
     /// Gives the object up.
@@ -93,6 +93,16 @@ protected:
     IStimulus &operator=(const IStimulus &) = default;
     ~IStimulus() = default;
 };
+
+namespace tesk {
+
+struct SDestroyStimulus {
+    void operator()(IStimulus *stimulus) const { stimulus->Destroy(); }
+};
+/// Owns a stimulus.
+using StimulusPtr = std::unique_ptr<IStimulus, SDestroyStimulus>;
+
+}  // namespace tesk
 
 /// One event of a formula: a value and the time at which it begins. Owned by its stimulus or iterator.
 class TESK_API ISimpleStimulus {

@@ -1,6 +1,5 @@
 // Drives an 8-bit bus with one formula, the way a simulator kernel does: one stimulus for each wire.
 #include <cstdio>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -12,11 +11,6 @@ const char *const BusType = "a#28#std_logic_vector(7 downto 0)1 ricd7 0 e#9#std_
 constexpr int Wires = 8;
 constexpr long long Resolution = 1000;  // femtoseconds per tick: times are picoseconds
 
-struct SDestroyStimulus {
-    void operator()(IStimulus *stimulus) const { stimulus->Destroy(); }
-};
-using StimulusPtr = std::unique_ptr<IStimulus, SDestroyStimulus>;
-
 // Messages of the library go where the host shows messages.
 void ShowMessage(void *, int level, const char *category, const char *text)
 {
@@ -24,10 +18,10 @@ void ShowMessage(void *, int level, const char *category, const char *text)
 }
 
 // One stimulus for each wire, the leftmost first; none if the formula cannot be used.
-std::vector<StimulusPtr> CreateWires(const char *formula)
+std::vector<tesk::StimulusPtr> CreateWires(const char *formula)
 {
     std::vector<SimpleString::CStr> formulas;
-    std::vector<StimulusPtr> wires;
+    std::vector<tesk::StimulusPtr> wires;
     CFormulaParser parser;
     parser.SetSimRes(Resolution);
     IStimulus::SetupAdditionalInfo("bus", BusType);
@@ -42,10 +36,10 @@ std::vector<StimulusPtr> CreateWires(const char *formula)
 }
 
 // The time of the next change of any wire, -1 if there is none.
-long long NextChange(const std::vector<StimulusPtr> &wires, long long time)
+long long NextChange(const std::vector<tesk::StimulusPtr> &wires, long long time)
 {
     long long next = -1;
-    for (const StimulusPtr &wire : wires) {
+    for (const tesk::StimulusPtr &wire : wires) {
         const long long change = wire->GetNextEventTime(time);
         if (change != -1 && (next == -1 || change < next))
             next = change;
@@ -54,10 +48,10 @@ long long NextChange(const std::vector<StimulusPtr> &wires, long long time)
 }
 
 // What the wires drive, "Z" for one that is silent.
-std::string Value(const std::vector<StimulusPtr> &wires, long long time)
+std::string Value(const std::vector<tesk::StimulusPtr> &wires, long long time)
 {
     std::string value;
-    for (const StimulusPtr &wire : wires) {
+    for (const tesk::StimulusPtr &wire : wires) {
         SimpleString::CStr bit;
         value += wire->GetValue(time, bit) ? static_cast<const char *>(bit) : "Z";
     }
@@ -70,7 +64,7 @@ int main()
 {
     Q71log_SetSink(ShowMessage, nullptr);
     {
-        const std::vector<StimulusPtr> wires = CreateWires("x\"0F\" 10ns, x\"F0\" 20ns -r 20ns -cancel 45ns");
+        const std::vector<tesk::StimulusPtr> wires = CreateWires("x\"0F\" 10ns, x\"F0\" 20ns -r 20ns -cancel 45ns");
         for (long long time = NextChange(wires, -1); time != -1; time = NextChange(wires, time))
             std::printf("%lld ps: %s\n", time, Value(wires, time).c_str());
     }

@@ -48,12 +48,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const std::string formula(reinterpret_cast<const char *>(data + 2), size - 2);
     const long long resolution = data[0] % 4 == 0 ? 1 : data[0] * 100LL;
     const long long start = data[1] % 2 == 0 ? 0 : (LLONG_MAX >> (data[1] % 64));
-    IStimulus *stimulus = IStimulus::Create(formula.c_str(), start, resolution, nullptr, false, false);
+    const tesk::StimulusPtr stimulus(IStimulus::Create(formula.c_str(), start, resolution, nullptr, false, false));
     if (stimulus == nullptr)
         return 0;
     stimulus->CheckSettings(nullptr);
     Walk(*stimulus);
     WriteAndReadBack(*stimulus);
-    stimulus->Destroy();
     return 0;
 }

@@ -70,15 +70,12 @@ void ReadFile(const std::string &bytes)
 {
     static const std::string path = "/tmp/tesk-fuzz-stream-" + std::to_string(getpid());
     std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    Morvel::IMorvelRead *stream = Morvel::CreateStreamRead(path.c_str());
-    Morvel::IRawMorvelRead *raw = Morvel::CreateRawMorvelRead(path.c_str());
+    const Morvel::StreamReadPtr stream(Morvel::CreateStreamRead(path.c_str()));
+    const Morvel::RawStreamReadPtr raw(Morvel::CreateRawMorvelRead(path.c_str()));
     if ((stream == nullptr) != (raw == nullptr))
         std::abort();
     for (int i = 0; stream != nullptr && i < stream->GetSignalCount(); ++i)
         WalkSignal(*stream, *raw, stream->GetSignal(i), 1);
-    if (stream != nullptr)
-        stream->Release();
-    Morvel::DeleteRawMorvelRead(raw);
     unlink(path.c_str());
 }
 

@@ -127,4 +127,14 @@ TESK_API void DeleteRawMorvelRead(IRawMorvelRead *reader);
 /// @return null, with one line in the log, if nothing can be written there
 TESK_API IMorvelWrite *CreateStreamWrite(const char *file, long long resolution);
 
+struct SEndStream {
+    void operator()(IMorvelRead *reader) const { reader->Release(); }
+    void operator()(IRawMorvelRead *reader) const { DeleteRawMorvelRead(reader); }
+    void operator()(IMorvelWrite *writer) const { writer->Release(); }
+};
+// Each owns what one of the operations above has opened.
+using StreamReadPtr = std::unique_ptr<IMorvelRead, SEndStream>;
+using RawStreamReadPtr = std::unique_ptr<IRawMorvelRead, SEndStream>;
+using StreamWritePtr = std::unique_ptr<IMorvelWrite, SEndStream>;
+
 }  // namespace Morvel

@@ -16,11 +16,6 @@ namespace {
 
 constexpr long long LastTime = std::numeric_limits<long long>::max();
 
-struct SStreamDeleter {
-    void operator()(Morvel::IMorvelRead *stream) const { stream->Release(); }
-    void operator()(Morvel::IRawMorvelRead *stream) const { Morvel::DeleteRawMorvelRead(stream); }
-};
-
 // An event-stream file. It is closed again in any case: the stimulus keeps a copy of the events.
 class CStreamFile final : public IWaveformFile {
 public:
@@ -60,8 +55,8 @@ public:
 
 private:
     std::unique_ptr<Morvel::KEventsStore> &m_store;
-    std::unique_ptr<Morvel::IMorvelRead, SStreamDeleter> m_stream;
-    std::unique_ptr<Morvel::IRawMorvelRead, SStreamDeleter> m_rawStream;
+    Morvel::StreamReadPtr m_stream;
+    Morvel::RawStreamReadPtr m_rawStream;
 };
 
 int FindStreamHandle(Morvel::IMorvelRead &stream, const char *name, int parent, const std::string &parentName,

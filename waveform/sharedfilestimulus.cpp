@@ -6,6 +6,7 @@
 #include <string>
 
 #include "base/wrap.h"
+#include "core/kinds/keywords.h"
 #include "signal/signal.h"
 #include "waveform/replay/rawvalue.h"
 #include "waveform/replay/scaledtime.h"
@@ -58,8 +59,9 @@ template <typename TReader>
 void TSharedFileStimulus<TReader>::GetFormula(SimpleString::CStr &formula)
 {
     const char *name = m_signal != nullptr ? m_signal->GetName() : "";
-    std::string text = "\"/custom " + std::string(m_fileName != nullptr ? m_fileName : "") + "," + name + "," +
-                       TimeText(m_start) + "," + TimeText(m_end) + "\"";
+    std::string text = '"' + std::string(tesk::CustomKeyword) + ' ' +
+                       std::string(m_fileName != nullptr ? m_fileName : "") + "," + name + "," + TimeText(m_start) +
+                       "," + TimeText(m_end) + "\"";
     if (m_offset.m_ticks != 0)
         text += " @" + TimeText(m_offset);
     if (m_repeat.m_ticks != 0)

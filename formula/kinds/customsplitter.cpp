@@ -1,10 +1,9 @@
 // The splitting of "/custom" formulas.
-#include <memory>
 #include <string>
-#include <vector>
 
 #include "core/fileformulaargs.h"
 #include "formula/kinds/filesplitter.h"
+#include "formula/kinds/kinds.h"
 #include "platform/log.h"
 #include "platform/morvel.h"
 #include "settings/timeunits.h"
@@ -14,9 +13,9 @@
 #include "waveform/tarnstimulus.h"
 #include "waveform/wavestore.h"
 
-namespace {
+namespace tesk {
 
-using CElements = std::vector<SimpleString::CStr>;
+namespace {
 
 std::string Text(const SimpleString::CStr &text)
 {
@@ -56,28 +55,26 @@ std::string MakeTail(const CFileFormulaArgs &args)
 
 // Names the elements of a signal of the file's type. `type` is a description or a type object.
 template <typename Type>
-bool AppendElementsOf(const Type &type, const CFileFormulaArgs &args, CElements &elements, int count)
+bool AppendElementsOf(const Type &type, const SFormulaKind &kind, const CFileFormulaArgs &args,
+                      const SSplitting &splitting)
 {
     ISignal *created = nullptr;
     if (CreateSignal(type, nullptr, &created) < 0)
         return false;
     const TReference<ISignal> signal(created);
     signal->SetName(args.m_signal);
-    return AppendElements(*signal, "/custom " + Text(args.m_file) + ",", MakeTail(args), elements, count);
+    return AppendElements(*signal, std::string(kind.keyword) + " " + Text(args.m_file) + ",", MakeTail(args),
+                          splitting);
 }
 
-struct SStreamEnd {
-    void operator()(Morvel::IMorvelRead *stream) const { stream->Release(); }
-};
-
-bool SplitStream(CFileFormulaArgs &args, CElements &elements, int count)
+bool SplitStream(const SFormulaKind &kind, CFileFormulaArgs &args, const SSplitting &splitting)
 {
-    const std::unique_ptr<Morvel::IMorvelRead, SStreamEnd> stream(Morvel::CreateStreamRead(args.m_file));
+    const Morvel::StreamReadPtr stream(Morvel::CreateStreamRead(args.m_file));
     if (stream == nullptr)
         return false;
     const int handle = FindStreamSignalHandle(stream.get(), args.m_signal, -1, nullptr, 0);
     const char *type = handle != -1 ? stream->GetTypeText(handle) : nullptr;
-    return type != nullptr && AppendElementsOf(type, args, elements, count);
+    return type != nullptr && AppendElementsOf(type, kind, args, splitting);
 }
 
 // The kinds of files that are shared.
@@ -106,28 +103,36 @@ const Kestrin::KTypeInfo *FindType(NTARN::IDatabaseReader &reader, const char *s
 
 // A file that is new stays open only if all goes well. Deliberate: one that is open counts no further use.
 template <typename TReader>
-bool SplitShared(CFileFormulaArgs &args, CElements &elements, int count)
+bool SplitShared(const SFormulaKind &kind, CFileFormulaArgs &args, const SSplitting &splitting)
 {
     RenameBrackets(args.m_signal);
     TFileUse<TReader> use;
     TReader *reader =
         use.Find(args.m_file, [](const char *name) { return Open(name, static_cast<TReader *>(nullptr)); });
     const Kestrin::KTypeInfo *type = reader != nullptr ? FindType(*reader, args.m_signal) : nullptr;
-    if (type == nullptr || !AppendElementsOf(*type, args, elements, count))
+    if (type == nullptr || !AppendElementsOf(*type, kind, args, splitting))
         return false;
     use.Keep();
     return true;
 }
 
-}  // namespace
-
-bool SplitCustomFormula(CFileFormulaArgs &args, CElements &elements, int count)
+bool SplitArguments(const SFormulaKind &kind, CFileFormulaArgs &args, const SSplitting &splitting)
 {
     if (!args.m_start.IsEmpty() && !args.m_end.IsEmpty() && !CheckStretch(args))
         return false;
     if (IsNamedLike(args.m_file, ".zyn") || IsNamedLike(args.m_file, ".tmp"))
-        return SplitStream(args, elements, count);
+        return SplitStream(kind, args, splitting);
     if (IsVcdFileName(args.m_file))
-        return SplitShared<WaveStore>(args, elements, count);
-    return SplitShared<NTARN::IDatabaseReader>(args, elements, count);
+        return SplitShared<WaveStore>(kind, args, splitting);
+    return SplitShared<NTARN::IDatabaseReader>(kind, args, splitting);
 }
+
+}  // namespace
+
+int SplitCustomFormula(const SFormulaKind &kind, const SSplitting &splitting)
+{
+    return SplitFileFormula(kind, splitting,
+                            [&](CFileFormulaArgs &args) { return SplitArguments(kind, args, splitting); });
+}
+
+}  // namespace tesk

@@ -1,40 +1,36 @@
-// Splits the formulas that refer to a file, for `CFormulaParser`.
+// What the splitters of the formulas that refer to a file share, and that of "/custom".
 #pragma once
 
+#include <functional>
 #include <string>
-#include <vector>
 
-#include "settings/cstr.h"
 #include "signal/tree/component.h"
 
 class CFileFormulaArgs;
-class CKeywordSearch;
 class ISignal;
 class ISignalIterator;
-struct STableKind;
 
-/// Splits a formula with the keyword of a file. The file is read once, and each element formula refers to what has been
-/// loaded, or names its element in the file.
-/// @param elements  left alone if the arguments are not understood; on any other failure it holds what was made so far
+namespace tesk {
+
+struct SFormulaKind;
+struct SSplitting;
+
+/// Splits a formula by its arguments. The file is read once, and each element formula refers to what has been loaded, or
+/// names its element in the file. The elements are left alone if the arguments are not understood; on any other failure
+/// they hold what was made so far.
+/// @param splitArguments  false on failure; may raise what the readers of files raise
 /// @return 1; 0 failure
-int SplitFileFormula(const CKeywordSearch &search, std::vector<SimpleString::CStr> &elements, int count,
-                     long long startTime);
-
-// The kinds, once the arguments are read. They raise what the readers of files raise.
+int SplitFileFormula(const SFormulaKind &kind, const SSplitting &splitting,
+                     const std::function<bool(CFileFormulaArgs &args)> &splitArguments);
 
 /// "/custom": an element formula names its element in the file.
-bool SplitCustomFormula(CFileFormulaArgs &args, std::vector<SimpleString::CStr> &elements, int count);
-
-/// "/txt" and "/mat": the table is loaded, and an element formula refers to it. Where the elements are composite
-/// themselves, it names its element in the file instead.
-/// @param keyword  of the kind
-bool SplitTableFormula(const STableKind &kind, const std::string &keyword, CFileFormulaArgs &args,
-                       std::vector<SimpleString::CStr> &elements, int count, long long startTime);
+int SplitCustomFormula(const SFormulaKind &kind, const SSplitting &splitting);
 
 /// Begins a walk over the elements of a signal. @return null for one without elements
 TReference<ISignalIterator> WalkElements(ISignal &signal);
 
 /// Appends, for each element of a signal, `head`, its full name and `tail`.
 /// @return false for a signal without elements, if a full name does not fit 260 bytes, and if it makes not `count`
-bool AppendElements(ISignal &signal, const std::string &head, const std::string &tail,
-                    std::vector<SimpleString::CStr> &elements, int count);
+bool AppendElements(ISignal &signal, const std::string &head, const std::string &tail, const SSplitting &splitting);
+
+}  // namespace tesk

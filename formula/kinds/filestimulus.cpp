@@ -3,12 +3,15 @@
 #include <cstring>
 #include <memory>
 
-#include "formula/kinds/keywords.h"
+#include "formula/kinds/keywordsearch.h"
+#include "formula/kinds/kinds.h"
 #include "waveform/openfiles.h"
 #include "waveform/tarnstimulus.h"
 #include "waveform/vcdstimulus.h"
 
 using SimpleString::CStr;
+
+namespace tesk {
 
 namespace {
 
@@ -27,9 +30,9 @@ IStimulus *CreateOn(long long startTime, const char *arguments)
 
 }  // namespace
 
-IStimulus *CreateFileStimulus(const char *formula, const char *behindKeyword, long long startTime)
+IStimulus *CreateFileStimulus(const SFormulaKind &, const SCreation &creation)
 {
-    const CStr arguments = ArgumentsOf(formula, behindKeyword);
+    const CStr arguments = ArgumentsOf(creation.formula, creation.behindKeyword);
     const int comma = arguments.Find(",");
     if (comma < 0)
         return nullptr;
@@ -39,8 +42,10 @@ IStimulus *CreateFileStimulus(const char *formula, const char *behindKeyword, lo
     if (file.IsEmpty() || IsBlank(arguments.Mid(comma + 1)))
         return nullptr;
     if (IsNamedLike(file, ".zyn") || IsNamedLike(file, ".tmp"))
-        return CreateOn<CCustomStimulus>(startTime, arguments);
+        return CreateOn<CCustomStimulus>(creation.startTime, arguments);
     if (IsVcdFileName(file))
-        return CreateOn<CVcdStimulus>(startTime, arguments);
-    return CreateOn<CTarnStimulus>(startTime, arguments);
+        return CreateOn<CVcdStimulus>(creation.startTime, arguments);
+    return CreateOn<CTarnStimulus>(creation.startTime, arguments);
 }
+
+}  // namespace tesk

@@ -3,8 +3,12 @@
 
 class IStimulus;
 
-/// @param formula        the whole formula
-/// @param behindKeyword  what stands behind its keyword
-/// @param startTime      ticks; when the stimulator is applied
+namespace tesk {
+
+struct SCreation;
+struct SFormulaKind;
+
 /// @return null if the formula cannot be used
-IStimulus *CreateFileStimulus(const char *formula, const char *behindKeyword, long long startTime);
+IStimulus *CreateFileStimulus(const SFormulaKind &kind, const SCreation &creation);
+
+}  // namespace tesk

@@ -7,15 +7,14 @@
 #include "core/fileformulaargs.h"
 #include "core/stimulus.h"
 #include "formula/kinds/filesplitter.h"
-#include "formula/kinds/keywords.h"
+#include "formula/kinds/kinds.h"
 #include "formula/kinds/tableformula.h"
 #include "platform/kestrin.h"
 #include "signal/signal.h"
-#include "waveform/table/texttable.h"
+
+namespace tesk {
 
 namespace {
-
-using CElements = std::vector<SimpleString::CStr>;
 
 enum EKind { Integer = 2, Array = 4, Record = 5, Physical = 6 };
 
@@ -58,50 +57,69 @@ std::string MakeTail(const CFileFormulaArgs &args)
 }
 
 // The elements of a signal are numbered from the left bound of the stimulated signal.
-bool AppendNamed(ISignal &signal, const std::string &keyword, const CFileFormulaArgs &args, CElements &elements,
-                 int count)
+bool AppendNamed(ISignal &signal, const SFormulaKind &kind, const CFileFormulaArgs &args, const SSplitting &splitting)
 {
     const TReference<ISignalIterator> walk = WalkElements(signal);
     if (walk == nullptr)
         return false;
     int left = 0, right = 0, direction = 0;
     Kestrin::KTypeInfo(g_TypeDescription).GetArrayDimensionRanges(0, left, right, direction);
-    const std::string head = keyword + " " + static_cast<const char *>(args.m_file) + "," + signal.GetName() + "(";
+    const std::string head =
+        std::string(kind.keyword) + " " + static_cast<const char *>(args.m_file) + "," + signal.GetName() + "(";
     const std::string tail = ")" + MakeTail(args);
     long long index = left;
     ISignal *element = nullptr;
     while (walk->Next(1, &element, nullptr) == S_OK) {
-        elements.emplace_back((head + std::to_string(index) + tail).c_str());
+        splitting.elements.emplace_back((head + std::to_string(index) + tail).c_str());
         index += direction == 1 ? -1 : 1;
     }
-    return std::cmp_equal(elements.size(), count);
+    return std::cmp_equal(splitting.elements.size(), splitting.count);
 }
 
-bool AppendLoaded(ISignal &signal, const STableKind &kind, const std::string &keyword, CFileFormulaArgs &args,
-                  CElements &elements, int count, long long startTime)
+bool AppendLoaded(ISignal &signal, const STableKind &table, const SFormulaKind &kind, CFileFormulaArgs &args,
+                  const SSplitting &splitting)
 {
     if (WalkElements(signal) == nullptr)
         return false;
-    const int handle = kind.import(startTime, args, &signal);
+    const int handle = table.import(splitting.startTime, args, &signal);
     if (handle == 0 || handle == -1)
         return false;
-    return AppendElements(signal, keyword + "/internal " + std::to_string(handle) + ",", "", elements, count);
+    return AppendElements(signal, std::string(kind.keyword) + "/internal " + std::to_string(handle) + ",", "",
+                          splitting);
 }
 
-}  // namespace
-
-bool SplitTableFormula(const STableKind &kind, const std::string &keyword, CFileFormulaArgs &args, CElements &elements,
-                       int count, long long startTime)
+bool SplitArguments(const STableKind &table, const SFormulaKind &kind, CFileFormulaArgs &args,
+                    const SSplitting &splitting)
 {
-    if (&kind == &TxtTables && OpenTextTable(args.m_file) == nullptr)
+    if (table.canOpen != nullptr && !table.canOpen(args.m_file))
         return false;
     ISignal *created = nullptr;
     if (CreateSignal(g_SignalTypeDescription, nullptr, &created) < 0)
         return false;
     const TReference<ISignal> signal(created);
     if (!HasOwnTables(signal->GetTypeInfo()))
-        return AppendLoaded(*signal, kind, keyword, args, elements, count, startTime);
+        return AppendLoaded(*signal, table, kind, args, splitting);
     signal->SetName(args.m_signal.IsEmpty() && g_SignalName != nullptr ? g_SignalName
                                                                        : static_cast<const char *>(args.m_signal));
-    return AppendNamed(*signal, keyword, args, elements, count);
+    return AppendNamed(*signal, kind, args, splitting);
 }
+
+int SplitTableFormula(const STableKind &table, const SFormulaKind &kind, const SSplitting &splitting)
+{
+    return SplitFileFormula(kind, splitting,
+                            [&](CFileFormulaArgs &args) { return SplitArguments(table, kind, args, splitting); });
+}
+
+}  // namespace
+
+int SplitTxtFormula(const SFormulaKind &kind, const SSplitting &splitting)
+{
+    return SplitTableFormula(TxtTables, kind, splitting);
+}
+
+int SplitMatFormula(const SFormulaKind &kind, const SSplitting &splitting)
+{
+    return SplitTableFormula(MatTables, kind, splitting);
+}
+
+}  // namespace tesk

@@ -1,6 +1,5 @@
 // The property table of a signal and what is kept in it: display settings, stimulator, hot key.
 #include <cstring>
-#include <memory>
 #include <string>
 
 #include "base/wrap.h"
@@ -22,11 +21,6 @@ constexpr const char *Handle = "Handle";
 
 // Types of a stimulator.
 enum EStimulator { FormulaStimulator = 1, HotKeyStimulator = 2, ClockStimulator = 3 };
-
-// Gives a stimulus up at the end of its scope.
-struct SDestroyer {
-    void operator()(IStimulus *stimulus) const { stimulus->Destroy(); }
-};
 
 }  // namespace
 
@@ -166,7 +160,7 @@ void CSignalImp::SetStimulator(int type, int strength, const char *formula)
 // What is kept is the parser's text, never the caller's. A formula that cannot be parsed leaves the old one in place.
 void CSignalImp::SetFormula(int type, int strength, const char *formula)
 {
-    const std::unique_ptr<IStimulus, SDestroyer> stimulus(IStimulus::Create(formula, 0, 1000, nullptr, false, false));
+    const tesk::StimulusPtr stimulus(IStimulus::Create(formula, 0, 1000, nullptr, false, false));
     if (stimulus == nullptr)
         return;
     SimpleString::CStr canonical;

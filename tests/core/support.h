@@ -1,17 +1,13 @@
 // What the tests of stimuli share.
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "core/stimulus.h"
 
-struct SDestroy {
-    void operator()(IStimulus *stimulus) const { stimulus->Destroy(); }
-};
-using StimulusPtr = std::unique_ptr<IStimulus, SDestroy>;
+using tesk::StimulusPtr;
 
 /// The stimulus of a formula, null if it cannot be used. Times are picoseconds unless told otherwise.
 inline StimulusPtr Create(const std::string &formula, long long startTime = 0, long long resolution = 1000)

@@ -40,7 +40,7 @@ int Check(const SCheckOptions &options)
     if (!options.type.empty())
         IStimulus::SetupAdditionalInfo(SignalName, ReadTypeArgument(options.type).c_str());
     const CSimulationRun run;
-    const StimulusPtr stimulus = CreateStimulus(options.formula, start, resolution);
+    const tesk::StimulusPtr stimulus = CreateStimulus(options.formula, start, resolution);
     long long time = 0;
     const int result = stimulus->CheckSettings(&time);  // first: writing the formula moves the events
     SimpleString::CStr canonical;

@@ -1,7 +1,6 @@
 // Event streams out of other waveform files.
 #include <array>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -14,10 +13,6 @@
 #include "tools/quote.h"
 
 namespace {
-
-struct SWriterEnder {
-    void operator()(Morvel::IMorvelWrite *writer) const { writer->Release(); }
-};
 
 // Calls a step of the writer, which logs why it fails.
 template <class Function>
@@ -99,7 +94,7 @@ void AddSignal(Morvel::IMorvelWrite &writer, CScalars &scalars, IWaveFile &file,
 void WriteEventStream(const std::string &path, IWaveFile &file)
 {
     const CDraft draft(path);  // the writer's own, by its name
-    std::unique_ptr<Morvel::IMorvelWrite, SWriterEnder> writer;
+    Morvel::StreamWritePtr writer;
     WriteOrRefuse(path, [&] {
         writer.reset(Morvel::CreateStreamWrite(draft.Place().c_str(), file.GetResolution()));
         return writer != nullptr;

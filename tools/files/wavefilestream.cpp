@@ -11,13 +11,6 @@
 
 namespace {
 
-struct SReaderEnder {
-    void operator()(Morvel::IMorvelRead *reader) const { reader->Release(); }
-    void operator()(Morvel::IRawMorvelRead *reader) const { Morvel::DeleteRawMorvelRead(reader); }
-};
-using StreamPtr = std::unique_ptr<Morvel::IMorvelRead, SReaderEnder>;
-using RawStreamPtr = std::unique_ptr<Morvel::IRawMorvelRead, SReaderEnder>;
-
 // Takes many events at a time: a reader keeps only so many blocks unpacked, and a merge goes round all signals.
 class CStreamWalk final : public IElementWalk {
 public:
@@ -72,7 +65,8 @@ private:
 
 class CStreamFile final : public IWaveFile {
 public:
-    CStreamFile(StreamPtr stream, RawStreamPtr raw) : m_stream(std::move(stream)), m_raw(std::move(raw))
+    CStreamFile(Morvel::StreamReadPtr stream, Morvel::RawStreamReadPtr raw)
+        : m_stream(std::move(stream)), m_raw(std::move(raw))
     {
         for (int i = 0; i < m_stream->GetSignalCount(); ++i)
             AddSignals("", m_stream->GetSignal(i));
@@ -107,8 +101,8 @@ private:
             AddSignals(path, m_stream->GetChild(handle, i));
     }
 
-    StreamPtr m_stream;
-    RawStreamPtr m_raw;
+    Morvel::StreamReadPtr m_stream;
+    Morvel::RawStreamReadPtr m_raw;
     std::vector<SFileSignal> m_signals;
 };
 
@@ -116,7 +110,7 @@ private:
 
 std::unique_ptr<IWaveFile> OpenStreamFile(const std::string &path)
 {
-    StreamPtr stream(Morvel::CreateStreamRead(path.c_str()));
-    RawStreamPtr raw(stream != nullptr ? Morvel::CreateRawMorvelRead(path.c_str()) : nullptr);
+    Morvel::StreamReadPtr stream(Morvel::CreateStreamRead(path.c_str()));
+    Morvel::RawStreamReadPtr raw(stream != nullptr ? Morvel::CreateRawMorvelRead(path.c_str()) : nullptr);
     return raw != nullptr ? std::make_unique<CStreamFile>(std::move(stream), std::move(raw)) : nullptr;
 }

@@ -9,55 +9,31 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <string_view>
 
 #include "core/fileformulaargs.h"
 #include "core/stimulus.h"
-#include "formula/kinds/keywords.h"
+#include "formula/kinds/keywordsearch.h"
+#include "formula/kinds/kinds.h"
 #include "tools/files/wavefile.h"
 #include "tools/loglines.h"
+#include "tools/play/kindtexts.h"
 #include "tools/quote.h"
 #include "tools/timetext.h"
 
 namespace {
 
-// What there is to say of each kind of file formula.
-struct SFileKind {
-    std::string_view keyword;
-    bool (*parse)(const char *text, CFileFormulaArgs &args);
-    const char *extension;  // added to a file name that does not exist as it stands
-    const char *form;       // how it is written
-    const char *advice;     // where the library did not say what is wrong
-};
-
-constexpr SFileKind Kinds[] = {
-    {CustomKeyword, ParseCustomArgs, "", "/custom FILE,SIGNAL[,START[,END]] [[@]OFFSET] [-r TIME] [-cancel [@]TIME]",
-     "the file is no waveform file, has no such signal, or ends before the stretch does; \"tesk signals FILE\" lists "
-     "its "
-     "signals and times"},
-    {TxtKeyword, ParseTxtArgs, ".txt",
-     "/txt FILE,COLUMN[,START[,END]] [-row] [-rel] [-time_points COLUMN] [-interval TIME]",
-     "no column of it can be played on a signal of this type, or a time cannot be read"},
-    {MatKeyword, ParseMatArgs, ".mat",
-     "/mat FILE,VARIABLE [-row] [-rel] [-time_points LANE | -time_var VARIABLE] [-interval TIME] [-point BITS]",
-     "the file is no MAT-file, or the variable is no matrix of doubles with a lane for this signal"},
-};
-
-const SFileKind *FindKind(const CKeywordSearch &search)
+// The arguments of a formula of a kind that refers to a file. @return false if they cannot be read
+bool ParseArguments(const std::string &formula, const tesk::SFormulaKind &kind, CFileFormulaArgs &args)
 {
-    for (const SFileKind &kind : Kinds) {
-        if (search.Has(kind.keyword))
-            return &kind;
-    }
-    return nullptr;
+    const tesk::CKeywordSearch search(formula.c_str());
+    return kind.parseArguments(tesk::ArgumentsOf(formula.c_str(), search.Behind(kind.keyword)), args);
 }
 
-std::string WithoutClosingQuote(const std::string &formula, const char *rest)
+// The kind of a formula that refers to a file; null for any other formula.
+const tesk::SFormulaKind *FindFileKind(const std::string &formula)
 {
-    std::string text = rest;
-    if (formula.starts_with('"') && text.ends_with('"'))
-        text.pop_back();
-    return text;
+    const tesk::SFormulaKind *kind = tesk::FindKindToCreate(tesk::CKeywordSearch(formula.c_str()));
+    return kind != nullptr && kind->RefersToFile() ? kind : nullptr;
 }
 
 // Why the file cannot be read; empty if it can. It is not opened: that of a pipe would wait for its writer.
@@ -122,20 +98,20 @@ std::string ExplainReplay(const CFileFormulaArgs &args)
 
 bool IsFileFormula(const std::string &formula)
 {
-    return CKeywordSearch(formula.c_str()).HasFileKeyword();
+    return FindFileKind(formula) != nullptr;
 }
 
 bool NeedsType(const std::string &formula)
 {
-    return IsFileFormula(formula) && !CKeywordSearch(formula.c_str()).Has(CustomKeyword);
+    const tesk::SFormulaKind *kind = FindFileKind(formula);
+    return kind != nullptr && kind->kind != tesk::EFormulaKind::Custom;
 }
 
 std::string FindReplayedType(const std::string &formula)
 {
-    const CKeywordSearch search(formula.c_str());
+    const tesk::SFormulaKind *kind = FindFileKind(formula);
     CFileFormulaArgs args;
-    if (!search.Has(CustomKeyword) ||
-        !ParseCustomArgs(WithoutClosingQuote(formula, search.Behind(CustomKeyword)).c_str(), args))
+    if (kind == nullptr || kind->kind != tesk::EFormulaKind::Custom || !ParseArguments(formula, *kind, args))
         return {};
     const auto file = OpenQuietly(args);
     const SFileSignal *signal = file != nullptr ? FindSignal(*file, args) : nullptr;
@@ -144,20 +120,19 @@ std::string FindReplayedType(const std::string &formula)
 
 std::string ExplainFileFormula(const std::string &formula, const std::string &error)
 {
-    const CKeywordSearch search(formula.c_str());
-    const SFileKind *kind = FindKind(search);
+    const tesk::SFormulaKind *kind = FindFileKind(formula);
     if (kind == nullptr)
         return {};
+    const SKindText &text = TextOf(kind->kind);
     CFileFormulaArgs args;
-    const std::string rest = WithoutClosingQuote(formula, search.Behind(kind->keyword));
-    if (!kind->parse(rest.c_str(), args))
+    if (!ParseArguments(formula, *kind, args))
         return "what stands behind " + std::string(kind->keyword) + " cannot be read" +
-               (error.empty() ? "" : " (" + error + ")") + "; write " + kind->form;
+               (error.empty() ? "" : " (" + error + ")") + "; write " + std::string(kind->keyword) + ' ' + text.form;
     const std::string file(args.m_file);
-    const std::string fault = FindFileFault(file, kind->extension);
+    const std::string fault = FindFileFault(file, text.extension);
     if (!fault.empty())
         return fault;
     if (!error.empty())
         return error.find(file) != std::string::npos ? error : file + ": " + error;
-    return kind->keyword == CustomKeyword ? ExplainReplay(args) : kind->advice;
+    return kind->kind == tesk::EFormulaKind::Custom ? ExplainReplay(args) : text.advice;
 }

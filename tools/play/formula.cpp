@@ -6,9 +6,11 @@
 
 #include "core/formulaparser.h"
 #include "core/tokenizer.h"
-#include "formula/kinds/keywords.h"
+#include "formula/kinds/keywordsearch.h"
+#include "formula/kinds/kinds.h"
 #include "tools/loglines.h"
 #include "tools/play/fileformula.h"
+#include "tools/play/kindtexts.h"
 #include "tools/quote.h"
 
 namespace {
@@ -61,29 +63,13 @@ std::string Advice(long long count, bool isBitVector)
            " characters, or aggregates such as \"(1, 0, 1) 5ns\" where the elements are no bits";
 }
 
-struct SAdvice {
-    std::string_view keyword;
-    const char *text;
-};
-
-// What would do where a keyword names the kind of formula.
-constexpr SAdvice KeywordAdvice[] = {
-    {CounterKeyword, "no counter in it; \"tesk counter\" writes one, and one that is not binary needs --count"},
-    {RandomKeyword, "no random settings in it; \"tesk random\" writes them, with \\RANDOM in capitals"},
-    {BrelKeyword, "no event in it; write values and times behind /brel, such as (H10 L10)4"},
-};
-
 // Why a formula cannot be used, and what would do.
 // @param error  what the library logged
 std::string Explain(const std::string &formula, long long start, const std::string &error)
 {
-    const CKeywordSearch search(formula.c_str());
-    if (search.HasFileKeyword())
-        return ExplainFileFormula(formula, error);
-    for (const SAdvice &advice : KeywordAdvice) {
-        if (search.Has(advice.keyword))
-            return advice.text;
-    }
+    const tesk::SFormulaKind *kind = tesk::FindKindToCreate(tesk::CKeywordSearch(formula.c_str()));
+    if (kind != nullptr)
+        return kind->RefersToFile() ? ExplainFileFormula(formula, error) : TextOf(kind->kind).advice;
     const std::string fault = FindFault(formula, start);
     return (fault.empty() ? "no event in it" : fault) +
            "; write VALUE TIME parts with commas between, such as \"1 10ns, 0 20ns -r 30ns\"";
@@ -100,12 +86,12 @@ std::string ExplainSplit(const std::string &formula, long long count, std::size_
 
 }  // namespace
 
-StimulusPtr CreateStimulus(const std::string &formula, long long start, long long resolution)
+tesk::StimulusPtr CreateStimulus(const std::string &formula, long long start, long long resolution)
 {
     const CLogLines log;
     IStimulus *stimulus = IStimulus::Create(formula.c_str(), start, resolution, nullptr, false, false);
     if (stimulus != nullptr)
-        return StimulusPtr(stimulus);
+        return tesk::StimulusPtr(stimulus);
     throw CRefusal("formula " + Quote(formula) + ": " + Explain(formula, start, log.LastError()));
 }
 

@@ -16,7 +16,7 @@ public:
 };
 
 /// Makes the stimulus. @throw CRefusal that tells what of the formula cannot be used and what would do
-StimulusPtr CreateStimulus(const std::string &formula, long long start, long long resolution);
+tesk::StimulusPtr CreateStimulus(const std::string &formula, long long start, long long resolution);
 
 /// Splits a formula of any kind into one for each of `count` elements; a warning tells of lost bits.
 /// @param isBitVector  a value is a bit string, otherwise an aggregate

@@ -29,7 +29,7 @@ private:
 
     CSimulationRun m_run;  // first: ends behind the stimuli
     std::vector<SNode> m_nodes;
-    std::vector<StimulusPtr> m_stimuli;  // of the nodes without elements
+    std::vector<tesk::StimulusPtr> m_stimuli;  // of the nodes without elements
     long long m_start;
     long long m_resolution;
 };

@@ -55,10 +55,10 @@ long long Earliest(const std::vector<long long> &times)
 
 }  // namespace
 
-std::vector<std::vector<SChange>> Walk(const std::vector<StimulusPtr> &stimuli, long long begin,
+std::vector<std::vector<SChange>> Walk(const std::vector<tesk::StimulusPtr> &stimuli, long long begin,
                                        std::optional<long long> until)
 {
-    const bool isCut = !until && !std::ranges::all_of(stimuli, HasOwnEnd, &StimulusPtr::operator*);
+    const bool isCut = !until && !std::ranges::all_of(stimuli, HasOwnEnd, &tesk::StimulusPtr::operator*);
     std::vector<std::vector<SChange>> changes(stimuli.size());
     std::vector<long long> next;
     for (std::size_t i = 0; i < stimuli.size(); ++i) {

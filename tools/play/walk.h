@@ -1,17 +1,11 @@
 // Walks a stimulus from change to change.
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <vector>
 
 #include "core/stimulus.h"
 #include "tools/writers/waveform.h"
-
-struct SDestroyStimulus {
-    void operator()(IStimulus *stimulus) const { stimulus->Destroy(); }
-};
-using StimulusPtr = std::unique_ptr<IStimulus, SDestroyStimulus>;
 
 /// Changes shown of a stimulus that has no end of its own and for which none was asked.
 constexpr std::size_t DefaultChanges = 40;
@@ -23,5 +17,5 @@ constexpr std::size_t DefaultChanges = 40;
 /// @param begin  ticks; when the stimulators are applied
 /// @return for each stimulus its changes
 /// @throw CRefusal if there are more changes than a walk may hold
-std::vector<std::vector<SChange>> Walk(const std::vector<StimulusPtr> &stimuli, long long begin,
+std::vector<std::vector<SChange>> Walk(const std::vector<tesk::StimulusPtr> &stimuli, long long begin,
                                        std::optional<long long> until);

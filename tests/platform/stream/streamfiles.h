@@ -28,14 +28,9 @@ struct STreeNode {
     bool operator==(const STreeNode &) const = default;
 };
 
-struct SStreamReadEnder {
-    void operator()(Morvel::IMorvelRead *reader) const { reader->Release(); }
-    void operator()(Morvel::IRawMorvelRead *reader) const { Morvel::DeleteRawMorvelRead(reader); }
-    void operator()(Morvel::IMorvelWrite *writer) const { writer->Release(); }
-};
-using StreamPtr = std::unique_ptr<Morvel::IMorvelRead, SStreamReadEnder>;
-using RawStreamPtr = std::unique_ptr<Morvel::IRawMorvelRead, SStreamReadEnder>;
-using StreamWriterPtr = std::unique_ptr<Morvel::IMorvelWrite, SStreamReadEnder>;
+using StreamPtr = Morvel::StreamReadPtr;
+using RawStreamPtr = Morvel::RawStreamReadPtr;
+using StreamWriterPtr = Morvel::StreamWritePtr;
 
 /// A folder of its own that goes with the object.
 class CStreamFolder {

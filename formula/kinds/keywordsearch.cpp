@@ -1,6 +1,9 @@
-#include "formula/kinds/keywords.h"
+#include "formula/kinds/keywordsearch.h"
 
 #include <algorithm>
+#include <cstddef>
+
+namespace tesk {
 
 SimpleString::CStr ArgumentsOf(const char *formula, const char *behindKeyword)
 {
@@ -21,3 +24,5 @@ const char *CKeywordSearch::Behind(std::string_view keyword) const
     const std::size_t at = m_lower.find(keyword);
     return at == std::string::npos ? nullptr : m_formula + at + keyword.size();
 }
+
+}  // namespace tesk
