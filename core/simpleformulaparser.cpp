@@ -2,11 +2,19 @@
 
 #include <algorithm>
 
+#include "base/limits.h"
 #include "core/stimulus.h"
 #include "core/tokenizer.h"
 #include "platform/crt.h"
 #include "settings/decconverter.h"
 #include "settings/longnumber.h"
+
+// What became of a chunk; the numbers are what `Run` gives.
+enum class CSimpleFormulaParser::ESplit {
+    Refused = 0,
+    Whole = 1,
+    Lossy = -1,  // a value was too long and lost its leading bits
+};
 
 struct CSimpleFormulaParser::SValue {
     std::string text;            // a character for each element, or an aggregate without its brackets
@@ -17,7 +25,6 @@ struct CSimpleFormulaParser::SValue {
 
 namespace {
 
-constexpr int MostElements = 1 << 24;
 constexpr std::size_t ConverterBits = 64;
 
 // Characters of a value that is too long which may be dropped.
@@ -100,7 +107,7 @@ SimpleString::CStr ToCStr(const std::string &text)
 int CSimpleFormulaParser::Run(const char *formula, std::vector<SimpleString::CStr> &elements, int width,
                               bool isBitVector, long long, long long startTime)
 {
-    if (formula == nullptr || *formula == 0 || width < 0 || width > MostElements)
+    if (formula == nullptr || *formula == 0 || !tesk::IsElementCount(width))
         return 0;
     m_width = width;
     m_isBitVector = isBitVector;
@@ -110,13 +117,12 @@ int CSimpleFormulaParser::Run(const char *formula, std::vector<SimpleString::CSt
 
     std::vector<std::string> texts(Width());
     const bool isCharacterType = IsCharacterType();
-    bool failed = false;
-    bool lossy = false;
+    ESplit whole = ESplit::Whole;
     for (std::string_view rest = text; !rest.empty();) {
         const std::string chunk = TakeChunk(rest, ",", SplitOpen, SplitClose, TokenBlanks, EJoin::BetweenTokens);
-        const int result = splitToken(chunk, isCharacterType, texts);
-        failed = failed || result == 0;
-        lossy = lossy || result == -1;
+        const ESplit split = splitToken(chunk, isCharacterType, texts);
+        if (split == ESplit::Refused || whole == ESplit::Whole)
+            whole = split;
     }
     elements.clear();
     elements.reserve(texts.size());
@@ -124,11 +130,11 @@ int CSimpleFormulaParser::Run(const char *formula, std::vector<SimpleString::CSt
         FinishElement(element, isBitVector);
         elements.push_back(ToCStr(element));
     }
-    return failed ? 0 : lossy ? -1 : 1;
+    return static_cast<int>(whole);
 }
 
-int CSimpleFormulaParser::splitToken(std::string_view chunk, bool isCharacterType,
-                                     std::vector<std::string> &elements) const
+CSimpleFormulaParser::ESplit CSimpleFormulaParser::splitToken(std::string_view chunk, bool isCharacterType,
+                                                              std::vector<std::string> &elements) const
 {
     std::string token(TakeWord(chunk));
     if (!m_isBitVector)
@@ -136,11 +142,11 @@ int CSimpleFormulaParser::splitToken(std::string_view chunk, bool isCharacterTyp
     SValue value;
     value.text = StripGroup(token, ValueOpen, ValueClose);
     if (value.text.empty())
-        return 0;
+        return ESplit::Refused;
     value.quoted = token.front() == '"';
     const bool isSwitch = IsSwitch(value.text);
     if (!isSwitch && !FitValue(isCharacterType, value))
-        return 0;
+        return ESplit::Refused;
     const std::string_view time = TakeWord(chunk);
 
     if (isSwitch) {
@@ -151,7 +157,7 @@ int CSimpleFormulaParser::splitToken(std::string_view chunk, bool isCharacterTyp
     } else {
         AppendSubValues(value.text, time, elements);
     }
-    return value.lossy ? -1 : 1;
+    return value.lossy ? ESplit::Lossy : ESplit::Whole;
 }
 
 // Makes the value as long as there are elements. @return false if it is too long and may not be cut

@@ -26,10 +26,11 @@ public:
             long long simRes, long long startTime);
 
 private:
+    enum class ESplit;
     struct SValue;
 
     std::size_t Width() const { return static_cast<std::size_t>(m_width); }
-    int splitToken(std::string_view chunk, bool isCharacterType, std::vector<std::string> &elements) const;
+    ESplit splitToken(std::string_view chunk, bool isCharacterType, std::vector<std::string> &elements) const;
     bool FitValue(bool isCharacterType, SValue &value) const;
     void FitLongNumber(SValue &value) const;
     bool FitNumber(SValue &value) const;

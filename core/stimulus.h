@@ -230,8 +230,9 @@ private:
     const CSimpleStimulus *FindEvent(long long time) const;
     static long long Nearer(long long absolute, long long relative);
     long long NextAbsoluteTime(long long from) const;
-    long long NextRelativeTime(long long from);
-    long long FirstOfNextPeriod();
+    long long NextTime(long long from, bool useAbsolute) const;
+    long long NextRelativeTime(long long from, bool wraps) const;
+    long long FirstOfNextPeriod() const;
     void AppendEventText(CSimpleStimulus &event, std::string &text);
 
     std::vector<std::unique_ptr<CSimpleStimulus>> m_events;  // in the order of the formula

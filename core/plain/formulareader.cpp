@@ -57,27 +57,31 @@ STimeValue ReadTime(std::string_view numberToken, std::string_view &rest)
 
 }  // namespace
 
-int CStimulus::CFormulaReader::ReadFormula(std::string_view formula)
+// Of two parts that were both read.
+CStimulus::CFormulaReader::EReading CStimulus::CFormulaReader::Join(EReading left, EReading right)
 {
-    bool wide = false;
+    return left == EReading::Wide ? left : right;
+}
+
+CStimulus::CFormulaReader::EReading CStimulus::CFormulaReader::ReadFormula(std::string_view formula)
+{
+    EReading whole = EReading::Narrow;
     while (!formula.empty()) {
         const std::string chunk =
             TakeChunk(formula, ",", ParserOpen, ParserClose, TokenBlanks, EJoin::BehindEveryToken);
-        const int result = ReadChunk(chunk);
-        if (result == 0)
-            return 0;
-        wide = wide || result == -1;
+        const EReading reading = ReadChunk(chunk);
+        if (reading == EReading::Refused)
+            return reading;
+        whole = Join(whole, reading);
     }
-    if (m_stimulus.m_events.empty())
-        return 0;
-    return wide ? -1 : 1;
+    return m_stimulus.m_events.empty() ? EReading::Refused : whole;
 }
 
-int CStimulus::CFormulaReader::ReadChunk(std::string_view chunk)
+CStimulus::CFormulaReader::EReading CStimulus::CFormulaReader::ReadChunk(std::string_view chunk)
 {
     if (chunk.empty())
-        return 0;
-    bool wide = false;
+        return EReading::Refused;
+    EReading whole = EReading::Narrow;
     while (!chunk.empty()) {
         const std::string_view token = TakeWord(chunk);
         if (token.empty())
@@ -87,13 +91,13 @@ int CStimulus::CFormulaReader::ReadChunk(std::string_view chunk)
         } else if (IsSwitch(token, "-cancel")) {
             ReadCancel(chunk);
         } else {
-            const int result = ReadEvent(token, chunk);
-            if (result == 0)
-                return 0;
-            wide = wide || result == -1;
+            const EReading reading = ReadEvent(token, chunk);
+            if (reading == EReading::Refused)
+                return reading;
+            whole = Join(whole, reading);
         }
     }
-    return wide ? -1 : 1;
+    return whole;
 }
 
 void CStimulus::CFormulaReader::ReadRepeat(std::string_view &rest)
@@ -118,7 +122,7 @@ void CStimulus::CFormulaReader::ReadCancel(std::string_view &rest)
     m_stimulus.m_cancel = time;
 }
 
-int CStimulus::CFormulaReader::ReadEvent(std::string_view value, std::string_view &rest)
+CStimulus::CFormulaReader::EReading CStimulus::CFormulaReader::ReadEvent(std::string_view value, std::string_view &rest)
 {
     std::string_view number = TakeWord(rest);
     if (IsSwitch(number, "-cancel")) {
@@ -138,11 +142,11 @@ int CStimulus::CFormulaReader::ReadEvent(std::string_view value, std::string_vie
     auto event = std::make_unique<CSimpleStimulus>();
     const SimpleString::CStr text(value.data(), static_cast<unsigned>(value.size()));
     if (!event->Init(text, time, m_stimulus.m_width, absolute, m_binaryValues, m_rawValues))
-        return 0;
+        return EReading::Refused;
     event->SetFlag(CSimpleStimulus::HasTime, hasTime);
     const bool wide = m_binaryValues && event->m_value.GetLength() > 1;
     AddEvent(std::move(event));
-    return wide ? -1 : 1;
+    return wide ? EReading::Wide : EReading::Narrow;
 }
 
 // Of two events at one time the later one wins, in the earlier one's place.

@@ -31,10 +31,10 @@ int CStimulus::Parse(const char *formula, long long startTime, tesk::CSimpleScal
 {
     m_startTime = startTime;
     CFormulaReader reader(*this, binaryValues, rawValues);
-    const int result = reader.ReadFormula(formula != nullptr ? formula : "");
+    const CFormulaReader::EReading reading = reader.ReadFormula(formula != nullptr ? formula : "");
     MoveRelativeEventsToOffset();
     BuildIndex();
-    return result;
+    return static_cast<int>(reading);
 }
 
 // The time of the first relative event becomes the offset, from which the relative events count from now on.
@@ -142,15 +142,20 @@ bool CStimulus::GetBinary8BytesValue(long long time, long long &value) const
 
 long long CStimulus::GetNextEventTime(long long time)
 {
-    if (m_events.empty() || IsCancelledAt(time))
-        return -1;
-    const long long from = WrapAdd(time, 1);
-    if (from < Base())
-        return GetNextEventTime(WrapSubtract(Base(), 1));
+    return NextTime(WrapAdd(time, 1), (m_flags & UseAbsolute) != 0);
+}
 
-    const bool useAbsolute = (m_flags & UseAbsolute) != 0;
+// The time of the first change at or after `from`, -1 if there is none.
+// @param useAbsolute  false for the relative events of one period alone
+long long CStimulus::NextTime(long long from, bool useAbsolute) const
+{
+    if (m_events.empty() || IsCancelledAt(WrapSubtract(from, 1)))
+        return -1;
+    if (from < Base())
+        return NextTime(Base(), useAbsolute);
+
     const long long absolute = useAbsolute ? NextAbsoluteTime(from) : -1;
-    const long long relative = NextRelativeTime(from);
+    const long long relative = NextRelativeTime(from, useAbsolute);
     const long long next = Nearer(absolute, relative);
     // The cancel time is one last change.
     if (useAbsolute && m_cancel.m_ticks != 0 && (next == -1 || next >= m_cancel.m_ticks))
@@ -175,7 +180,8 @@ long long CStimulus::NextAbsoluteTime(long long from) const
 }
 
 // The time, at or after `from`, of the next relative event, -1 if there is none.
-long long CStimulus::NextRelativeTime(long long from)
+// @param wraps  whether the first event of the next period counts too
+long long CStimulus::NextRelativeTime(long long from, bool wraps) const
 {
     const long long period = m_repeat.m_ticks;
     long long cycles = 0;
@@ -185,23 +191,22 @@ long long CStimulus::NextRelativeTime(long long from)
         position = WrapModulo(position, period);
     }
     const SIndexEntry *entry = FindNearest(m_relativeIndex, position, EDirection::Forward);
+    if (entry == nullptr && !wraps)
+        return -1;
     const long long relative = entry != nullptr ? entry->time : FirstOfNextPeriod();
     if (relative == -1)
         return -1;
     return WrapAdd(relative, WrapAdd(Base(), WrapMultiply(period, cycles)));
 }
 
-// The first relative event of the period behind the one that has run out, counted from the start of the latter.
-long long CStimulus::FirstOfNextPeriod()
+// The first relative event of the period behind the one that has run out, counted from the start of the latter; -1 if
+// there is none.
+long long CStimulus::FirstOfNextPeriod() const
 {
-    if (m_repeat.m_ticks == 0 || (m_flags & UseAbsolute) == 0)
+    if (m_repeat.m_ticks == 0)
         return -1;
-    m_flags &= ~UseAbsolute;  // for this call: the wrap must see relative events only
-    const long long first = GetNextEventTime(WrapSubtract(Base(), 1));
-    m_flags |= UseAbsolute;
-    if (first == -1)
-        return -1;
-    return WrapSubtract(WrapAdd(m_repeat.m_ticks, first), Base());
+    const long long first = NextTime(Base(), false);
+    return first == -1 ? -1 : WrapSubtract(WrapAdd(m_repeat.m_ticks, first), Base());
 }
 
 bool CStimulus::IsFinishedAt(long long time)

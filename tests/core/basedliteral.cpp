@@ -88,6 +88,13 @@ TEST(BasedLiteral, IsNotEveryWord)
         EXPECT_EQ(Convert(text), std::nullopt) << (text != nullptr ? text : "null");
 }
 
+TEST(BasedLiteral, HasNoRadixInFrontOfAQuotedMark)
+{
+    EXPECT_EQ(Convert("x\"1#F\""), "1#F");
+    EXPECT_EQ(Convert("16'#'", 2), "16'#'");
+    EXPECT_EQ(Convert("16'#'#F"), "1111");
+}
+
 TEST(BasedLiteral, ReadsAWordInTheDefaultRadix)
 {
     const struct {

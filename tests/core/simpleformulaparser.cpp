@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "base/limits.h"
 #include "core/stimulus.h"
 
 using ::testing::ElementsAre;
@@ -217,6 +218,15 @@ TEST(Split, AnswersForAnyWidth)
     for (const int width : {-1, -2, INT_MIN, INT_MAX, (1 << 24) + 1})
         EXPECT_EQ(Split("1 0ns", width, BitVector), (SSplit{0, {"old"}})) << width;
     EXPECT_EQ(Split("1 0ns", 100000, BitVector).elements.back(), "1 0ns");
+}
+
+// To split for so many takes a gigabyte: only the question is asked here.
+TEST(Split, IsMeantForUpTo2To24Elements)
+{
+    EXPECT_TRUE(tesk::IsElementCount(0));
+    EXPECT_TRUE(tesk::IsElementCount(1 << 24));
+    EXPECT_FALSE(tesk::IsElementCount((1 << 24) + 1));
+    EXPECT_FALSE(tesk::IsElementCount(-1));
 }
 
 TEST(Split, WritesTimesInTheUnitsThatHoldThem)

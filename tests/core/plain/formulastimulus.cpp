@@ -106,6 +106,16 @@ TEST(NextEventTime, LooksAtEventsBeforeTheFirstOnlyInTheNextPeriod)
     EXPECT_THAT(Changes("1 5ns, 0 2ns -r 10ns", 3), ElementsAre(5000, 15000, 25000));
 }
 
+TEST(NextEventTime, SeesNothingFurtherAwayThanACountCanTell)
+{
+    constexpr long long Far = 5'000'000'000'000'000'000;
+    const StimulusPtr stimulus = Create("1 @" + std::to_string(Far) + "fs", -Far, 1);
+    ASSERT_NE(stimulus, nullptr);
+    EXPECT_EQ(stimulus->GetNextEventTime(-Far), -1);
+    EXPECT_EQ(stimulus->GetNextEventTime(Far - LLONG_MAX - 2), -1);
+    EXPECT_EQ(stimulus->GetNextEventTime(Far - LLONG_MAX - 1), Far);
+}
+
 TEST(NextEventTime, SurvivesTheEndsOfTime)
 {
     const StimulusPtr stimulus = Create("1 0ns, 0 10ns -r 20ns -cancel 1hr");
