@@ -2,62 +2,19 @@
 
 #include <algorithm>
 #include <limits>
-#include <optional>
 #include <string>
 
 #include "base/wrap.h"
 #include "platform/morvel.h"
 #include "signal/signal.h"
+#include "waveform/files/filekinds.h"
+#include "waveform/files/streamfile.h"
 #include "waveform/replay/namematch.h"
 #include "waveform/replay/rawvalue.h"
-#include "waveform/replay/waveformfile.h"
 
 namespace {
 
 constexpr long long LastTime = std::numeric_limits<long long>::max();
-
-// An event-stream file. It is closed again in any case: the stimulus keeps a copy of the events.
-class CStreamFile final : public IWaveformFile {
-public:
-    explicit CStreamFile(std::unique_ptr<Morvel::KEventsStore> &store) : m_store(store) {}
-
-    bool Open(const SimpleString::CStr &fileName) override
-    {
-        m_stream.reset(Morvel::CreateStreamRead(fileName));
-        if (m_stream != nullptr)
-            m_rawStream.reset(Morvel::CreateRawMorvelRead(fileName));
-        return m_rawStream != nullptr;
-    }
-
-    long long GetResolution() override { return m_rawStream->GetResolution(); }
-    long long GetEndTime() override { return m_rawStream->GetEndTime(); }
-
-    std::optional<int> FindSignal(const char *name) override
-    {
-        const int handle = FindStreamSignalHandle(m_stream.get(), name, -1, nullptr, 0);
-        return handle != -1 ? std::optional(handle) : std::nullopt;
-    }
-
-    long MakeSignal(int handle, ISignal **signal) override
-    {
-        const char *type = m_stream->GetTypeText(handle);
-        return type != nullptr ? CreateSignal(type, nullptr, signal) : E_FAIL;
-    }
-
-    bool Keep(int handle) override
-    {
-        const Morvel::KEventsStore *store = m_rawStream->GetEventsStore(handle);
-        if (store == nullptr)
-            return false;
-        m_store = std::make_unique<Morvel::KEventsStore>(*store);
-        return true;
-    }
-
-private:
-    std::unique_ptr<Morvel::KEventsStore> &m_store;
-    Morvel::StreamReadPtr m_stream;
-    Morvel::RawStreamReadPtr m_rawStream;
-};
 
 int FindStreamHandle(Morvel::IMorvelRead &stream, const char *name, int parent, const std::string &parentName,
                      int childCount, int depth)
@@ -97,8 +54,11 @@ CCustomStimulus::~CCustomStimulus() = default;
 
 bool CCustomStimulus::InitFromFormula(long long now, const char *arguments)
 {
-    CStreamFile file(m_store);
-    return Fill(file, StreamRules, now, arguments);
+    tesk::CStreamUse use;
+    if (!Fill(use, tesk::FileKind(tesk::EFileKind::Stream).rules, now, arguments))
+        return false;
+    m_store = use.TakeEvents();
+    return true;
 }
 
 void CCustomStimulus::Destroy()

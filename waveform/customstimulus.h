@@ -12,8 +12,12 @@
 #include "core/stimulus.h"
 
 class ISignal;
+
+namespace tesk {
+class IFileUse;
 class IWaveformFile;
 struct SWaveformFileRules;
+}  // namespace tesk
 
 namespace Morvel {
 class IMorvelRead;
@@ -96,15 +100,16 @@ protected:
     /// The change at a place of the file, in simulation ticks, unless it lies beyond the stretch or the period.
     SNextChange ChangeAt(long long place) const;
 
-    /// Fills a new object from the arguments of a formula.
+    /// Fills a new object from the arguments of a formula, and keeps the file that they name.
     /// @param now  simulation ticks; when the stimulator is applied
     /// @return false if it cannot be used
-    bool Fill(IWaveformFile &file, const SWaveformFileRules &rules, long long now, const char *arguments);
+    bool Fill(tesk::IFileUse &use, const tesk::SWaveformFileRules &rules, long long now, const char *arguments);
 
 private:
-    bool OpenSignal(IWaveformFile &file, const SWaveformFileRules &rules, const SimpleString::CStr &fileName,
+    bool MakeSignal(tesk::IWaveformFile &file, const tesk::SWaveformFileRules &rules,
                     const SimpleString::CStr &signalName);
-    bool ReadStretch(IWaveformFile &file, const SWaveformFileRules &rules, const char *start, const char *end);
+    bool ReadStretch(tesk::IWaveformFile &file, const tesk::SWaveformFileRules &rules, const char *start,
+                     const char *end);
 };
 
 /// Replays a signal of an event-stream file, of which it keeps the signal's events only. It has no binary values and

@@ -23,16 +23,3 @@ struct SByteOrder {
 
 /// The open files, each under its name as the formula writes it.
 TESK_API extern std::map<SimpleString::CStr, SOpenWaveformFile, SByteOrder> g_OpenWaveformFiles;
-
-/// Whether a file name contains `part`, in that letter case, and does not begin with it. Internal.
-bool IsNamedLike(const char *fileName, const char *part);
-
-/// Whether the file is one that a `WaveStore` holds. Internal.
-bool IsVcdFileName(const char *fileName);
-
-/// Turns "(" and ")" in the name of a signal into the "[" and "]" of the file's own names. Internal.
-void RenameBrackets(SimpleString::CStr &signalName);
-
-/// Ends all readers in the order of their keys and empties the table. Whatever points to a reader must not be used
-/// any more. Internal.
-void CloseOpenWaveformFiles();

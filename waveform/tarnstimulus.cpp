@@ -1,39 +1,19 @@
 #include "waveform/tarnstimulus.h"
 
 #include <limits>
-#include <optional>
 #include <string>
 
 #include "base/wrap.h"
 #include "platform/kestrin.h"
 #include "signal/signal.h"
+#include "waveform/files/databasefile.h"
+#include "waveform/files/filekinds.h"
+#include "waveform/files/fileuse.h"
 #include "waveform/replay/namematch.h"
-#include "waveform/replay/sharedfile.h"
 
 using NTARN::HSignalRange;
 using NTARN::IDatabaseReader;
 using NTARN::KEventIterator;
-
-using CDatabaseFile = TSharedFile<IDatabaseReader>;
-
-template <>
-IDatabaseReader *CDatabaseFile::OpenNew(const char *fileName)
-{
-    return IDatabaseReader::create(fileName, false);
-}
-
-template <>
-std::optional<int> CDatabaseFile::FindSignal(const char *name)
-{
-    const int handle = FindTarnSignalHandle(m_open, name, -1, nullptr, {-1, -1});
-    return handle != -1 ? std::optional(handle) : std::nullopt;
-}
-
-template <>
-const Kestrin::KTypeInfo *CDatabaseFile::TypeOf(int handle) const
-{
-    return &m_open->GetType(handle);
-}
 
 namespace {
 
@@ -87,8 +67,12 @@ int FindTarnSignalHandle(IDatabaseReader *reader, const char *name, int parent, 
 
 bool CTarnStimulus::InitFromFormula(long long now, const char *arguments)
 {
-    CDatabaseFile file(m_reader, m_fileName);
-    return Fill(file, DatabaseRules, now, arguments);
+    tesk::TSharedUse<tesk::CDatabaseFile> use;
+    if (!Fill(use, tesk::FileKind(tesk::EFileKind::Database).rules, now, arguments))
+        return false;
+    m_reader = use.GetReader();
+    m_fileName = use.GetFileName();
+    return true;
 }
 
 // A host's reader may find its file damaged at any time; there is no value then, and no change.

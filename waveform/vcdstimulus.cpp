@@ -1,36 +1,19 @@
 #include "waveform/vcdstimulus.h"
 
-#include <optional>
-
 #include "base/wrap.h"
 #include "signal/signal.h"
-#include "waveform/replay/sharedfile.h"
-
-using CVcdFile = TSharedFile<WaveStore>;
-
-template <>
-WaveStore *CVcdFile::OpenNew(const char *fileName)
-{
-    return ImportVcdFile(fileName);
-}
-
-template <>
-std::optional<int> CVcdFile::FindSignal(const char *name)
-{
-    const long long handle = m_open->FindSignal(name);
-    return handle != 0 ? std::optional(static_cast<int>(handle)) : std::nullopt;
-}
-
-template <>
-const Kestrin::KTypeInfo *CVcdFile::TypeOf(int handle) const
-{
-    return m_open->GetSignalType(handle, false);
-}
+#include "waveform/files/filekinds.h"
+#include "waveform/files/fileuse.h"
+#include "waveform/files/vcdfile.h"
 
 bool CVcdStimulus::InitFromFormula(long long now, const char *arguments)
 {
-    CVcdFile file(m_reader, m_fileName);
-    return Fill(file, VcdRules, now, arguments);
+    tesk::TSharedUse<tesk::CVcdFile> use;
+    if (!Fill(use, tesk::FileKind(tesk::EFileKind::Vcd).rules, now, arguments))
+        return false;
+    m_reader = use.GetReader();
+    m_fileName = use.GetFileName();
+    return true;
 }
 
 bool CVcdStimulus::LookUp(long long time, long long &rawValue) const

@@ -1,17 +1,16 @@
 // The splitting of "/custom" formulas.
+#include <memory>
+#include <optional>
 #include <string>
 
 #include "core/fileformulaargs.h"
 #include "formula/kinds/filesplitter.h"
 #include "formula/kinds/kinds.h"
 #include "platform/log.h"
-#include "platform/morvel.h"
 #include "settings/timeunits.h"
 #include "signal/signal.h"
-#include "waveform/customstimulus.h"
-#include "waveform/replay/fileuse.h"
-#include "waveform/tarnstimulus.h"
-#include "waveform/wavestore.h"
+#include "waveform/files/filekinds.h"
+#include "waveform/files/fileuse.h"
 
 namespace tesk {
 
@@ -53,78 +52,28 @@ std::string MakeTail(const CFileFormulaArgs &args)
     return tail;
 }
 
-// Names the elements of a signal of the file's type. `type` is a description or a type object.
-template <typename Type>
-bool AppendElementsOf(const Type &type, const SFormulaKind &kind, const CFileFormulaArgs &args,
-                      const SSplitting &splitting)
-{
-    ISignal *created = nullptr;
-    if (CreateSignal(type, nullptr, &created) < 0)
-        return false;
-    const TReference<ISignal> signal(created);
-    signal->SetName(args.m_signal);
-    return AppendElements(*signal, std::string(kind.keyword) + " " + Text(args.m_file) + ",", MakeTail(args),
-                          splitting);
-}
-
-bool SplitStream(const SFormulaKind &kind, CFileFormulaArgs &args, const SSplitting &splitting)
-{
-    const Morvel::StreamReadPtr stream(Morvel::CreateStreamRead(args.m_file));
-    if (stream == nullptr)
-        return false;
-    const int handle = FindStreamSignalHandle(stream.get(), args.m_signal, -1, nullptr, 0);
-    const char *type = handle != -1 ? stream->GetTypeText(handle) : nullptr;
-    return type != nullptr && AppendElementsOf(type, kind, args, splitting);
-}
-
-// The kinds of files that are shared.
-
-WaveStore *Open(const char *fileName, WaveStore *)
-{
-    return ImportVcdFile(fileName);
-}
-
-NTARN::IDatabaseReader *Open(const char *fileName, NTARN::IDatabaseReader *)
-{
-    return NTARN::IDatabaseReader::create(fileName, false);
-}
-
-const Kestrin::KTypeInfo *FindType(WaveStore &store, const char *signal)
-{
-    const long long handle = store.FindSignal(signal);
-    return handle != 0 ? store.GetSignalType(handle, true) : nullptr;
-}
-
-const Kestrin::KTypeInfo *FindType(NTARN::IDatabaseReader &reader, const char *signal)
-{
-    const int handle = FindTarnSignalHandle(&reader, signal, -1, nullptr, {});
-    return handle != -1 ? &reader.GetType(handle) : nullptr;
-}
-
-// A file that is new stays open only if all goes well. Deliberate: one that is open counts no further use.
-template <typename TReader>
-bool SplitShared(const SFormulaKind &kind, CFileFormulaArgs &args, const SSplitting &splitting)
-{
-    RenameBrackets(args.m_signal);
-    TFileUse<TReader> use;
-    TReader *reader =
-        use.Find(args.m_file, [](const char *name) { return Open(name, static_cast<TReader *>(nullptr)); });
-    const Kestrin::KTypeInfo *type = reader != nullptr ? FindType(*reader, args.m_signal) : nullptr;
-    if (type == nullptr || !AppendElementsOf(*type, kind, args, splitting))
-        return false;
-    use.Keep();
-    return true;
-}
-
+// The file stays open, where files are shared, only if all goes well. Deliberate: one that is open already counts no
+// further use.
 bool SplitArguments(const SFormulaKind &kind, CFileFormulaArgs &args, const SSplitting &splitting)
 {
     if (!args.m_start.IsEmpty() && !args.m_end.IsEmpty() && !CheckStretch(args))
         return false;
-    if (IsNamedLike(args.m_file, ".zyn") || IsNamedLike(args.m_file, ".tmp"))
-        return SplitStream(kind, args, splitting);
-    if (IsVcdFileName(args.m_file))
-        return SplitShared<WaveStore>(kind, args, splitting);
-    return SplitShared<NTARN::IDatabaseReader>(kind, args, splitting);
+    const SFileKind &fileKind = FileKind(KindOfName(static_cast<const char *>(args.m_file)));
+    if (fileKind.rules.renamesBrackets)
+        RenameBrackets(args.m_signal);
+    const std::unique_ptr<IFileUse> use = fileKind.makeUse();
+    IWaveformFile *file = use->Find(args.m_file);
+    const std::optional<int> handle = file != nullptr ? file->FindSignal(args.m_signal) : std::nullopt;
+    ISignal *created = nullptr;
+    if (!handle || file->MakeSignal(*handle, true, &created) < 0)
+        return false;
+    const TReference<ISignal> signal(created);
+    signal->SetName(args.m_signal);
+    const std::string head = std::string(kind.keyword) + " " + Text(args.m_file) + ",";
+    if (!AppendElements(*signal, head, MakeTail(args), splitting))
+        return false;
+    use->KeepOpen();
+    return true;
 }
 
 }  // namespace

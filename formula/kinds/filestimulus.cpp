@@ -1,13 +1,8 @@
 #include "formula/kinds/filestimulus.h"
 
-#include <cstring>
-#include <memory>
-
 #include "formula/kinds/keywordsearch.h"
 #include "formula/kinds/kinds.h"
-#include "waveform/openfiles.h"
-#include "waveform/tarnstimulus.h"
-#include "waveform/vcdstimulus.h"
+#include "waveform/files/filekinds.h"
 
 using SimpleString::CStr;
 
@@ -19,13 +14,6 @@ bool IsBlank(CStr text)
 {
     text.TrimLeft();
     return text.IsEmpty();
-}
-
-template <typename TStimulus>
-IStimulus *CreateOn(long long startTime, const char *arguments)
-{
-    std::unique_ptr<TStimulus> stimulus = std::make_unique<TStimulus>();
-    return stimulus->InitFromFormula(startTime, arguments) ? stimulus.release() : nullptr;
 }
 
 }  // namespace
@@ -41,11 +29,7 @@ IStimulus *CreateFileStimulus(const SFormulaKind &, const SCreation &creation)
     file.TrimRight();
     if (file.IsEmpty() || IsBlank(arguments.Mid(comma + 1)))
         return nullptr;
-    if (IsNamedLike(file, ".zyn") || IsNamedLike(file, ".tmp"))
-        return CreateOn<CCustomStimulus>(creation.startTime, arguments);
-    if (IsVcdFileName(file))
-        return CreateOn<CVcdStimulus>(creation.startTime, arguments);
-    return CreateOn<CTarnStimulus>(creation.startTime, arguments);
+    return FileKind(KindOfName(static_cast<const char *>(file))).createStimulus(creation.startTime, arguments);
 }
 
 }  // namespace tesk

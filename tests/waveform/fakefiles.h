@@ -9,6 +9,7 @@
 #include "platform/kestrin.h"
 #include "platform/tarn.h"
 #include "signal/signaltools.h"
+#include "waveform/files/filekinds.h"
 #include "waveform/openfiles.h"
 #include "waveform/wavestore.h"
 
@@ -114,5 +115,5 @@ inline void Enter(const char *fileName, void *reader)
 /// Leaves no file open behind a test.
 class WaveformFiles : public testing::Test {
 protected:
-    void TearDown() override { CloseOpenWaveformFiles(); }
+    void TearDown() override { tesk::CloseOpenWaveformFiles(); }
 };

@@ -25,17 +25,6 @@ TEST_F(OpenWaveformFiles, AreToldApartByLetterCaseAndPath)
     EXPECT_EQ(g_OpenWaveformFiles.size(), 4u);
 }
 
-TEST_F(OpenWaveformFiles, HoldAStoreUnderTheNameOfAVcdFile)
-{
-    const struct {
-        const char *name;
-        bool isVcd;
-    } rows[] = {{"a.vcd", true}, {"a.vcd.db", true}, {"/x.vcd/a", true}, {".vcd", false}, {".vcd.vcd", false},
-                {"", false},     {"a.VCD", false},   {"avcd", false},    {"a.vc", false}};
-    for (const auto &row : rows)
-        EXPECT_EQ(IsVcdFileName(row.name), row.isVcd) << row.name;
-}
-
 TEST_F(OpenWaveformFiles, AreAllEndedAndForgottenAtOnce)
 {
     const int ended = CFakeReader::Ended();
@@ -44,10 +33,10 @@ TEST_F(OpenWaveformFiles, AreAllEndedAndForgottenAtOnce)
     Enter("a.vcd", new WaveStore);
     Enter("null.db", nullptr);
     Enter("null.vcd", nullptr);
-    CloseOpenWaveformFiles();
+    tesk::CloseOpenWaveformFiles();
     EXPECT_EQ(CFakeReader::Ended(), ended + 2);
     EXPECT_TRUE(g_OpenWaveformFiles.empty());
-    CloseOpenWaveformFiles();
+    tesk::CloseOpenWaveformFiles();
     EXPECT_TRUE(g_OpenWaveformFiles.empty());
 }
 

@@ -4,9 +4,12 @@
 #include <string>
 
 #include "tools/commands/commands.h"
+#include "tools/files/wavefile.h"
 #include "tools/files/waveoutput.h"
 #include "tools/output.h"
 #include "tools/quote.h"
+
+using tesk::EFileKind;
 
 namespace {
 
@@ -16,17 +19,17 @@ struct SConvertOptions {
     std::string format;
 };
 
-const std::map<std::string, EWaveKind> Formats = {{"stream", EWaveKind::Stream}, {"vcd", EWaveKind::Vcd}};
+const std::map<std::string, EFileKind> Formats = {{"stream", EFileKind::Stream}, {"vcd", EFileKind::Vcd}};
 
 // The format asked for, else that which the name of the file stands for.
-EWaveKind OutputKind(const SConvertOptions &options)
+EFileKind OutputKind(const SConvertOptions &options)
 {
     if (!options.format.empty())
         return Formats.at(options.format);
     if (options.output == "-")
-        return EWaveKind::Vcd;
-    const EWaveKind kind = KindOfName(options.output);
-    if (kind == EWaveKind::Fst)
+        return EFileKind::Vcd;
+    const EFileKind kind = tesk::KindOfName(options.output);
+    if (kind == EFileKind::Database)
         throw CRefusal(OneLine(options.output) +
                        ": its name tells no format that can be written; end it in .zyn for an event "
                        "stream or in .vcd, or use --format");
@@ -35,13 +38,13 @@ EWaveKind OutputKind(const SConvertOptions &options)
 
 int Convert(const SConvertOptions &options)
 {
-    const EWaveKind kind = OutputKind(options);
-    const bool toStream = kind == EWaveKind::Stream;
+    const EFileKind kind = OutputKind(options);
+    const bool toStream = kind == EFileKind::Stream;
     if (toStream && options.output == "-")
         throw CRefusal("standard output takes a VCD only; give an event stream a file");
-    if (toStream && KindOfFile(options.input) == EWaveKind::Stream)
+    if (toStream && KindOfFile(options.input) == EFileKind::Stream)
         throw CRefusal(OneLine(options.input) + ": is an event stream already; it can be converted to VCD");
-    const std::unique_ptr<IWaveFile> file = OpenWaveFile(options.input);
+    const std::unique_ptr<tesk::IWaveformFile> file = OpenWaveFile(options.input);
     if (toStream)
         WriteEventStream(options.output, *file);
     else

@@ -8,10 +8,15 @@
 #include <map>
 
 #include "tools/commands/commands.h"
-#include "tools/files/signalwalk.h"
+#include "tools/files/wavefile.h"
 #include "tools/output.h"
 #include "tools/quote.h"
 #include "tools/timetext.h"
+#include "waveform/files/signalwalk.h"
+
+using tesk::CSignalWalk;
+using tesk::IWaveformFile;
+using tesk::SFileSignal;
 
 namespace {
 
@@ -38,7 +43,7 @@ struct SListing {
     std::vector<SSignalRow> rows;
 };
 
-SChanges CountChanges(IWaveFile &file, const SFileSignal &signal)
+SChanges CountChanges(IWaveformFile &file, const SFileSignal &signal)
 {
     SChanges changes;
     CSignalWalk walk(file, signal);
@@ -50,7 +55,7 @@ SChanges CountChanges(IWaveFile &file, const SFileSignal &signal)
 }
 
 // Signals that share their events are walked once: a clock may have as many names as a design has modules.
-std::vector<SSignalRow> ListRows(IWaveFile &file)
+std::vector<SSignalRow> ListRows(IWaveformFile &file)
 {
     std::vector<SSignalRow> rows;
     std::map<std::vector<long long>, SChanges> counted;
@@ -114,7 +119,7 @@ const std::map<std::string, void (*)(std::ostream &out, const SListing &listing)
 int ListSignals(const SSignalsOptions &options)
 {
     const std::string format = !options.format.empty() ? options.format : IsTerminal() ? "table" : "csv";
-    const std::unique_ptr<IWaveFile> file = OpenWaveFile(options.file);
+    const std::unique_ptr<IWaveformFile> file = OpenWaveFile(options.file);
     const SListing listing{options.file, file->GetResolution(), file->GetEndTime(), ListRows(*file)};
     WriteOutput(options.output, [&](std::ostream &out) { Writers.at(format)(out, listing); });
     return 0;

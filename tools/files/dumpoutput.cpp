@@ -13,10 +13,14 @@
 #include <utility>
 #include <vector>
 
-#include "tools/files/signalwalk.h"
 #include "tools/files/vcdname.h"
 #include "tools/files/vcdtext.h"
 #include "tools/files/waveoutput.h"
+#include "waveform/files/signalwalk.h"
+
+using tesk::CSignalWalk;
+using tesk::IWaveformFile;
+using tesk::SFileSignal;
 
 namespace {
 
@@ -146,19 +150,19 @@ std::string ChangeLine(const SDumpEvents &events)
 // The variables, and what they show: those that share their events share an identifier code too.
 class CDump {
 public:
-    explicit CDump(IWaveFile &file);
+    explicit CDump(IWaveformFile &file);
 
     std::vector<SDumpVariable> variables;
     std::vector<SDumpEvents> events;
 
 private:
-    void Add(IWaveFile &file, const SFileSignal &signal, const SScalarForm &form);
+    void Add(IWaveformFile &file, const SFileSignal &signal, const SScalarForm &form);
 
     // By the type of the scalars, as a vector or not, and the events of all elements.
     std::map<std::tuple<std::string, bool, std::vector<long long>>, std::size_t> m_known;
 };
 
-void CDump::Add(IWaveFile &file, const SFileSignal &signal, const SScalarForm &form)
+void CDump::Add(IWaveformFile &file, const SFileSignal &signal, const SScalarForm &form)
 {
     const bool isScalar = signal.type.IsScalar();
     const char *scalar = isScalar ? signal.type.GetTypeInfoString() : signal.type.GetArrayElementTypeInfo();
@@ -169,7 +173,7 @@ void CDump::Add(IWaveFile &file, const SFileSignal &signal, const SScalarForm &f
 }
 
 // Scalars and vectors of bits are variables; of any other array each element is one.
-CDump::CDump(IWaveFile &file)
+CDump::CDump(IWaveformFile &file)
 {
     for (const SFileSignal &signal : file.GetSignals()) {
         const KTypeInfo *element = signal.type.GetArrayElementKTypeInfo();
@@ -214,7 +218,7 @@ void WriteDeclarations(std::ostream &out, const CDump &dump, const SVcdTimeScale
 
 }  // namespace
 
-void WriteWaveDump(std::ostream &out, IWaveFile &file)
+void WriteWaveDump(std::ostream &out, IWaveformFile &file)
 {
     const SVcdTimeScale scale = VcdTimeScale(file.GetResolution());
     CDump dump(file);

@@ -11,6 +11,11 @@
 #include "tools/loglines.h"
 #include "tools/output.h"
 #include "tools/quote.h"
+#include "waveform/files/waveformfile.h"
+
+using tesk::IElementWalk;
+using tesk::IWaveformFile;
+using tesk::SFileSignal;
 
 namespace {
 
@@ -26,7 +31,7 @@ void WriteOrRefuse(const std::string &path, const Function &step)
 // The scalars of the stream in groups that share their events, so that these are walked once.
 class CScalars {
 public:
-    void Add(IWaveFile &file, long long element, int number)
+    void Add(IWaveformFile &file, long long element, int number)
     {
         const auto [group, isNew] = m_groupOf.try_emplace(file.IdentifyEvents(element), m_groups.size());
         if (isNew)
@@ -34,7 +39,7 @@ public:
         m_groups[group->second].numbers.push_back(number);
     }
 
-    void WriteEvents(Morvel::IMorvelWrite &writer, IWaveFile &file) const
+    void WriteEvents(Morvel::IMorvelWrite &writer, IWaveformFile &file) const
     {
         for (const SGroup &group : m_groups)
             WriteGroup(writer, group.numbers, *file.Walk(group.element));
@@ -65,7 +70,7 @@ void CScalars::WriteGroup(Morvel::IMorvelWrite &writer, const std::vector<int> &
     }
 }
 
-void AddBus(Morvel::IMorvelWrite &writer, CScalars &scalars, IWaveFile &file, const SFileSignal &signal)
+void AddBus(Morvel::IMorvelWrite &writer, CScalars &scalars, IWaveformFile &file, const SFileSignal &signal)
 {
     const int bus = writer.AddSignal(-1, signal.path.c_str(), signal.type.GetTypeInfoString());
     int left = 0;
@@ -79,7 +84,7 @@ void AddBus(Morvel::IMorvelWrite &writer, CScalars &scalars, IWaveFile &file, co
     }
 }
 
-void AddSignal(Morvel::IMorvelWrite &writer, CScalars &scalars, IWaveFile &file, const SFileSignal &signal)
+void AddSignal(Morvel::IMorvelWrite &writer, CScalars &scalars, IWaveformFile &file, const SFileSignal &signal)
 {
     if (!signal.type.IsScalar()) {
         AddBus(writer, scalars, file, signal);
@@ -91,7 +96,7 @@ void AddSignal(Morvel::IMorvelWrite &writer, CScalars &scalars, IWaveFile &file,
 
 }  // namespace
 
-void WriteEventStream(const std::string &path, IWaveFile &file)
+void WriteEventStream(const std::string &path, IWaveformFile &file)
 {
     const CDraft draft(path);  // the writer's own, by its name
     Morvel::StreamWritePtr writer;

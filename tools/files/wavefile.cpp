@@ -4,13 +4,22 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <string_view>
+#include <iostream>
+#include <optional>
 #include <utility>
+#include <vector>
 
 #include "platform/tarn.h"
+#include "platform/tarnutil.h"
 #include "tools/commandline.h"
 #include "tools/loglines.h"
+#include "tools/output.h"
 #include "tools/quote.h"
+
+using tesk::EFileKind;
+using tesk::IElementWalk;
+using tesk::IWaveformFile;
+using tesk::SFileSignal;
 
 namespace {
 
@@ -26,13 +35,19 @@ auto WithErrors(const std::string &path, const Function &function)
 }
 
 // An opened file whose later errors become refusals too.
-class CCheckedFile final : public IWaveFile {
+class CCheckedFile final : public IWaveformFile {
 public:
-    CCheckedFile(std::string path, std::unique_ptr<IWaveFile> file) : m_path(std::move(path)), m_file(std::move(file))
+    CCheckedFile(std::string path, std::unique_ptr<IWaveformFile> file)
+        : m_path(std::move(path)), m_file(std::move(file))
     {}
 
     long long GetResolution() override { return m_file->GetResolution(); }
     long long GetEndTime() override { return m_file->GetEndTime(); }
+    std::optional<int> FindSignal(const char *name) override { return m_file->FindSignal(name); }
+    long MakeSignal(int handle, bool whole, ISignal **signal) override
+    {
+        return m_file->MakeSignal(handle, whole, signal);
+    }
     const std::vector<SFileSignal> &GetSignals() override { return m_file->GetSignals(); }
 
     long long IdentifyEvents(long long element) override
@@ -48,7 +63,39 @@ public:
 
 private:
     std::string m_path;
-    std::unique_ptr<IWaveFile> m_file;
+    std::unique_ptr<IWaveformFile> m_file;
+};
+
+// Tells on a terminal how far an import is, on one line that is wiped at the end.
+class CProgress {
+public:
+    CProgress()
+    {
+        if (IsErrorTerminal())
+            NTARN::NImport::SetProgress(Show, this);
+    }
+    CProgress(const CProgress &) = delete;
+    CProgress &operator=(const CProgress &) = delete;
+    ~CProgress()
+    {
+        NTARN::NImport::SetProgress(nullptr, nullptr);
+        if (m_percent >= 0)
+            std::cerr << "\r\x1B[K" << std::flush;
+    }
+
+private:
+    static void Show(void *context, long long bytesRead, long long fileSize)
+    {
+        auto &shown = static_cast<CProgress *>(context)->m_percent;
+        const int percent =
+            fileSize > 0 ? static_cast<int>(100.0 * static_cast<double>(bytesRead) / static_cast<double>(fileSize)) : 0;
+        if (percent == shown)
+            return;
+        shown = percent;
+        std::cerr << "\rReading: " << percent << " %" << std::flush;
+    }
+
+    int m_percent = -1;
 };
 
 [[noreturn]] void Refuse(const std::string &path, const std::string &why)
@@ -70,12 +117,12 @@ bool IsRegularFile(const std::string &path)
 }
 
 // What comes through a pipe is read once, and from the front to the back: a look at it would take its beginning away.
-EWaveKind KindOfPipe(const std::string &path)
+EFileKind KindOfPipe(const std::string &path)
 {
-    const std::filesystem::path extension = std::filesystem::path(path).extension();
-    if (extension == ".zyn" || extension == ".tmp" || extension == ".fst")
+    const std::string extension = std::filesystem::path(path).extension().string();
+    if (extension == ".fst" || tesk::KindOfName("name" + extension) == EFileKind::Stream)
         Refuse(path, "is no regular file; of the waveform files only a VCD can be read from a pipe");
-    return EWaveKind::Vcd;
+    return EFileKind::Vcd;
 }
 
 std::string Beginning(const std::string &path)
@@ -90,52 +137,24 @@ std::string Beginning(const std::string &path)
     return bytes;
 }
 
-bool BeginsWithFstBlock(std::string_view bytes)
-{
-    constexpr std::string_view Header{"\0\0\0\0\0\0\0\x01\x49", 9};  // block 0 of 329 bytes
-    return bytes.starts_with(Header) || bytes.starts_with('\xFE');   // or the whole file packed
-}
-
-std::unique_ptr<IWaveFile> Open(const std::string &path)
-{
-    switch (KindOfFile(path)) {
-    case EWaveKind::Stream: return OpenStreamFile(path);
-    case EWaveKind::Vcd: return OpenVcdFile(path);
-    default: return OpenFstFile(path);
-    }
-}
-
 }  // namespace
 
-EWaveKind KindOfName(const std::string &path)
-{
-    const auto contains = [&](const char *extension) {
-        const std::size_t position = path.find(extension);
-        return position != std::string::npos && position > 0;
-    };
-    if (contains(".zyn") || contains(".tmp"))
-        return EWaveKind::Stream;
-    return contains(".vcd") ? EWaveKind::Vcd : EWaveKind::Fst;
-}
-
-EWaveKind KindOfFile(const std::string &path)
+EFileKind KindOfFile(const std::string &path)
 {
     if (!IsRegularFile(path))
         return KindOfPipe(path);
-    const std::string bytes = Beginning(path);
-    if (bytes.starts_with("teskevs"))
-        return EWaveKind::Stream;
-    if (BeginsWithFstBlock(bytes))
-        return EWaveKind::Fst;
-    const std::size_t text = bytes.find_first_not_of(" \t\r\n");
-    if (text != std::string::npos && bytes[text] == '$')
-        return EWaveKind::Vcd;
-    return KindOfName(path);
+    return tesk::KindOfContents(Beginning(path)).value_or(tesk::KindOfName(path));
 }
 
-std::unique_ptr<IWaveFile> OpenWaveFile(const std::string &path)
+std::unique_ptr<IWaveformFile> OpenAs(EFileKind kind, const std::string &path)
+{
+    const CProgress progress;
+    return tesk::FileKind(kind).open(path.c_str());
+}
+
+std::unique_ptr<IWaveformFile> OpenWaveFile(const std::string &path)
 try {
-    return std::make_unique<CCheckedFile>(path, WithErrors(path, [&] { return Open(path); }));
+    return std::make_unique<CCheckedFile>(path, WithErrors(path, [&] { return OpenAs(KindOfFile(path), path); }));
 } catch (const NTARN::XFileDoesNotExist &) {
     Refuse(path, "there is no such file");
 } catch (const NTARN::XFileCorrupted &) {

@@ -20,6 +20,9 @@
 #include "tools/quote.h"
 #include "tools/timetext.h"
 
+using tesk::IWaveformFile;
+using tesk::SFileSignal;
+
 namespace {
 
 // The arguments of a formula of a kind that refers to a file. @return false if they cannot be read
@@ -49,29 +52,24 @@ std::string FindFileFault(const std::string &file, const std::string &extension)
 }
 
 // Opens a file as what its name says. What is wrong with it is told when the stimulus is made.
-std::unique_ptr<IWaveFile> OpenQuietly(const CFileFormulaArgs &args)
+std::unique_ptr<IWaveformFile> OpenQuietly(const CFileFormulaArgs &args)
 {
     const std::string path(args.m_file);
     try {
         const CLogLines log(CLogLines::EWarnings::Dropped);
-        switch (KindOfName(path)) {
-        case EWaveKind::Vcd: return OpenVcdFile(path);
-        case EWaveKind::Fst: return OpenFstFile(path);
-        case EWaveKind::Stream: return OpenStreamFile(path);
-        }
+        return OpenAs(tesk::KindOfName(path), path);
     } catch (const std::exception &) {
     }
     return nullptr;
 }
 
 // Looks a whole signal up as the stimuli do: in any letter case, and brackets are square, except in an event stream.
-const SFileSignal *FindSignal(IWaveFile &file, const CFileFormulaArgs &args)
+const SFileSignal *FindSignal(IWaveformFile &file, const CFileFormulaArgs &args)
 {
-    std::string name(args.m_signal);
-    if (KindOfName(std::string(args.m_file)) != EWaveKind::Stream) {
-        std::ranges::replace(name, '(', '[');
-        std::ranges::replace(name, ')', ']');
-    }
+    SimpleString::CStr rewritten = args.m_signal;
+    if (tesk::FileKind(tesk::KindOfName(std::string(args.m_file))).rules.renamesBrackets)
+        tesk::RenameBrackets(rewritten);
+    const std::string name(rewritten);
     const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
     const auto isNamed = [&](const SFileSignal &signal) {
         return std::ranges::equal(signal.path, name, {}, lower, lower);

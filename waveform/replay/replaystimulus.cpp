@@ -3,12 +3,13 @@
 
 #include "base/wrap.h"
 #include "core/fileformulaargs.h"
+#include "platform/log.h"
 #include "platform/tarn.h"
 #include "signal/signal.h"
 #include "waveform/customstimulus.h"
-#include "waveform/openfiles.h"
+#include "waveform/files/filekinds.h"
+#include "waveform/files/fileuse.h"
 #include "waveform/replay/scaledtime.h"
-#include "waveform/replay/waveformfile.h"
 
 using SimpleString::CStr;
 using tesk::WrapAdd;
@@ -54,7 +55,7 @@ CReplayStimulus::SNextChange CReplayStimulus::ChangeAt(long long place) const
 namespace {
 
 // A number that is compared with the end time of the file.
-long long ComparedWithFile(const STimeValue &time, const SWaveformFileRules &rules)
+long long ComparedWithFile(const STimeValue &time, const tesk::SWaveformFileRules &rules)
 {
     return rules.comparesDisplayUnits ? time.GetInDisplayUnit() : time.m_ticks;
 }
@@ -78,18 +79,20 @@ bool ReadPoint(CStr text, long long now, STimeValue &point)
 
 }  // namespace
 
-bool CReplayStimulus::Fill(IWaveformFile &file, const SWaveformFileRules &rules, long long now, const char *arguments)
+bool CReplayStimulus::Fill(tesk::IFileUse &use, const tesk::SWaveformFileRules &rules, long long now,
+                           const char *arguments)
 {
     try {
         CFileFormulaArgs args;
         if (!ParseCustomArgs(arguments, args))
             return false;
         if (rules.renamesBrackets)
-            RenameBrackets(args.m_signal);
-        if (OpenSignal(file, rules, args.m_file, args.m_signal) && ReadStretch(file, rules, args.m_start, args.m_end) &&
-            ReadPoint(args.m_offset, now, m_offset) &&
+            tesk::RenameBrackets(args.m_signal);
+        tesk::IWaveformFile *file = use.Use(args.m_file);
+        if (file != nullptr && MakeSignal(*file, rules, args.m_signal) &&
+            ReadStretch(*file, rules, args.m_start, args.m_end) && ReadPoint(args.m_offset, now, m_offset) &&
             (args.m_cancel.IsEmpty() || ReadPoint(args.m_cancel, now, m_cancel)) &&
-            ParseTimeArgument(args.m_repeat, g_simRes, m_repeat, -1) && file.Keep(m_signal->GetHandle()))
+            ParseTimeArgument(args.m_repeat, g_simRes, m_repeat, -1) && use.KeepSignal(m_signal->GetHandle()))
             return true;
     } catch (const NTARN::XFileCorrupted &) {
         rules.Log("Waveform file corrupted.");
@@ -101,11 +104,9 @@ bool CReplayStimulus::Fill(IWaveformFile &file, const SWaveformFileRules &rules,
     return false;
 }
 
-bool CReplayStimulus::OpenSignal(IWaveformFile &file, const SWaveformFileRules &rules, const CStr &fileName,
+bool CReplayStimulus::MakeSignal(tesk::IWaveformFile &file, const tesk::SWaveformFileRules &rules,
                                  const CStr &signalName)
 {
-    if (!file.Open(fileName))
-        return false;
     m_fileResolution = file.GetResolution();
     const SScaledTime scaled = ScaleResolution(m_fileResolution);
     m_fileScale = scaled.number;
@@ -118,14 +119,14 @@ bool CReplayStimulus::OpenSignal(IWaveformFile &file, const SWaveformFileRules &
         rules.Log(message);
         return false;
     }
-    if (file.MakeSignal(*handle, &m_signal) < 0)
+    if (file.MakeSignal(*handle, false, &m_signal) < 0)
         return false;
     m_signal->SetName(signalName);
     m_signal->SetHandle(*handle);
     return true;
 }
 
-bool CReplayStimulus::ReadStretch(IWaveformFile &file, const SWaveformFileRules &rules, const char *start,
+bool CReplayStimulus::ReadStretch(tesk::IWaveformFile &file, const tesk::SWaveformFileRules &rules, const char *start,
                                   const char *end)
 {
     const int unit = FileUnit();

@@ -42,7 +42,7 @@ protected:
     /// Makes the file, with the signal "s" only.
     static void MakeFile(const SReplay &replay)
     {
-        CloseOpenWaveformFiles();
+        tesk::CloseOpenWaveformFiles();
         if (replay.kind == EFileKind::Stream)
             WriteStream(FileName(replay.kind), {{"s", IntegerType, BytesOf(replay.events), {}}}, replay.fileRes,
                         replay.fileEnd);

@@ -9,15 +9,17 @@
 #include <utility>
 #include <vector>
 
-#include "tools/files/wavefile.h"
+#include "waveform/files/waveformfile.h"
 
-/// What signals have in common if they share the events of all their elements. @throw CRefusal if they cannot be read
-std::vector<long long> IdentifyEvents(IWaveFile &file, const SFileSignal &signal);
+namespace tesk {
+
+/// What signals have in common if they share the events of all their elements.
+std::vector<long long> IdentifyEvents(IWaveformFile &file, const SFileSignal &signal);
 
 class CSignalWalk {
 public:
-    /// @param file  must outlive the walk. @throw CRefusal if the events cannot be read
-    CSignalWalk(IWaveFile &file, const SFileSignal &signal);
+    /// @param file  must outlive the walk
+    CSignalWalk(IWaveformFile &file, const SFileSignal &signal);
 
     /// Goes to the next time at which an element has an event. @return false at the end
     bool Next();
@@ -50,3 +52,5 @@ private:
     std::priority_queue<CNextGroup, std::vector<CNextGroup>, std::greater<>> m_next;
     long long m_time = -1;
 };
+
+}  // namespace tesk

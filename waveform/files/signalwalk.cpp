@@ -1,7 +1,9 @@
-#include "tools/files/signalwalk.h"
+#include "waveform/files/signalwalk.h"
 
 #include <algorithm>
 #include <vector>
+
+namespace tesk {
 
 namespace {
 
@@ -9,7 +11,7 @@ constexpr std::size_t GroupSize = 64;
 
 }  // namespace
 
-std::vector<long long> IdentifyEvents(IWaveFile &file, const SFileSignal &signal)
+std::vector<long long> IdentifyEvents(IWaveformFile &file, const SFileSignal &signal)
 {
     std::vector<long long> events;
     for (long long i = 0; i < signal.elementCount; ++i)
@@ -17,7 +19,7 @@ std::vector<long long> IdentifyEvents(IWaveFile &file, const SFileSignal &signal
     return events;
 }
 
-CSignalWalk::CSignalWalk(IWaveFile &file, const SFileSignal &signal)
+CSignalWalk::CSignalWalk(IWaveformFile &file, const SFileSignal &signal)
 {
     for (std::size_t i = 0; i < static_cast<std::size_t>(signal.elementCount); ++i) {
         m_elements.emplace_back(file.Walk(signal.firstElement + static_cast<long long>(i)));
@@ -75,3 +77,5 @@ bool CSignalWalk::Fetch(SNextEvent &event)
     SElement &element = m_elements[event.element];
     return element.walk->Next(event.time, element.nextValue);
 }
+
+}  // namespace tesk

@@ -1,0 +1,74 @@
+#include "waveform/files/databasefile.h"
+
+#include <cstdint>
+#include <utility>
+
+#include "signal/signal.h"
+#include "waveform/tarnstimulus.h"
+
+namespace tesk {
+
+namespace {
+
+class CDatabaseWalk final : public IElementWalk {
+public:
+    CDatabaseWalk(NTARN::IDatabaseReader &reader, int handle)
+        : m_next(reader.EventsFrom(handle, 0)), m_end(reader.EventsEnd(handle))
+    {}
+
+    bool Next(long long &time, std::uint64_t &value) override
+    {
+        if (m_next == m_end)
+            return false;
+        time = *m_next;
+        for (; !(m_next == m_end) && *m_next == time; ++m_next)
+            value = std::uint64_t{m_next.extValue()} << 32 | m_next.value();
+        return true;
+    }
+
+private:
+    NTARN::KEventIterator m_next;
+    NTARN::KEventIterator m_end;
+};
+
+}  // namespace
+
+CDatabaseFile::CDatabaseFile(std::unique_ptr<Reader> reader) : m_owned(std::move(reader)), m_reader(*m_owned) {}
+
+std::optional<int> CDatabaseFile::FindSignal(const char *name)
+{
+    const int handle = FindTarnSignalHandle(&m_reader, name, -1, nullptr, {});
+    return handle != -1 ? std::optional(handle) : std::nullopt;
+}
+
+long CDatabaseFile::MakeSignal(int handle, bool, ISignal **signal)
+{
+    return CreateSignal(m_reader.GetType(handle), nullptr, signal);
+}
+
+const std::vector<SFileSignal> &CDatabaseFile::GetSignals()
+{
+    if (m_signals)
+        return *m_signals;
+    m_signals.emplace();
+    for (const int *handle = m_reader.RootHandlesBegin(); handle != m_reader.RootHandlesEnd(); ++handle) {
+        const NTARN::HSignalRange children = m_reader.GetChildRange(*handle);
+        const bool isBus = children.first >= 0;
+        m_signals->push_back({m_reader.GetFullName(*handle, false), m_reader.GetType(*handle),
+                              isBus ? children.first : *handle, isBus ? children.last - children.first + 1 : 1});
+    }
+    return *m_signals;
+}
+
+long long CDatabaseFile::IdentifyEvents(long long element)
+{
+    const NTARN::SFileEvent *event = m_reader.EventsFrom(static_cast<int>(element), 0).event();
+    return event != nullptr ? static_cast<long long>(reinterpret_cast<std::intptr_t>(event)) : -element;
+}
+
+std::unique_ptr<IElementWalk> CDatabaseFile::Walk(long long element)
+{
+    return std::make_unique<CDatabaseWalk>(m_reader, static_cast<int>(element));
+}
+
+}  // namespace tesk

@@ -1,0 +1,36 @@
+// Waveform databases.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "platform/tarn.h"
+#include "waveform/files/waveformfile.h"
+
+namespace tesk {
+
+class CDatabaseFile final : public IWaveformFile {
+public:
+    using Reader = NTARN::IDatabaseReader;
+    static Reader *OpenReader(const char *fileName) { return Reader::create(fileName, false); }
+
+    /// @param reader  must outlive the object
+    explicit CDatabaseFile(Reader &reader) : m_reader(reader) {}
+    explicit CDatabaseFile(std::unique_ptr<Reader> reader);
+
+    long long GetResolution() override { return m_reader.GetResolution(); }
+    long long GetEndTime() override { return m_reader.GetEndTime(); }
+    std::optional<int> FindSignal(const char *name) override;
+    long MakeSignal(int handle, bool whole, ISignal **signal) override;
+    const std::vector<SFileSignal> &GetSignals() override;
+    long long IdentifyEvents(long long element) override;
+    std::unique_ptr<IElementWalk> Walk(long long element) override;
+
+private:
+    std::unique_ptr<Reader> m_owned;
+    Reader &m_reader;
+    std::optional<std::vector<SFileSignal>> m_signals;
+};
+
+}  // namespace tesk

@@ -1,0 +1,61 @@
+// Event-stream files.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/morvel.h"
+#include "waveform/files/fileuse.h"
+#include "waveform/files/waveformfile.h"
+
+namespace tesk {
+
+class CStreamFile final : public IWaveformFile {
+public:
+    /// Both sides of a file: its signals, and their events.
+    struct Reader {
+        Morvel::StreamReadPtr signals;
+        Morvel::RawStreamReadPtr events;
+    };
+    static Reader *OpenReader(const char *fileName);
+
+    explicit CStreamFile(std::unique_ptr<Reader> reader) : m_reader(std::move(reader)) {}
+
+    long long GetResolution() override { return m_reader->events->GetResolution(); }
+    long long GetEndTime() override { return m_reader->events->GetEndTime(); }
+    std::optional<int> FindSignal(const char *name) override;
+    long MakeSignal(int handle, bool whole, ISignal **signal) override;
+    const std::vector<SFileSignal> &GetSignals() override;
+    long long IdentifyEvents(long long element) override { return element; }  // the format has no aliases
+    std::unique_ptr<IElementWalk> Walk(long long element) override;
+
+    /// The events of a signal. They belong to the file; null if it has none or they cannot be read.
+    const Morvel::KEventsStore *GetEvents(int handle) { return m_reader->events->GetEventsStore(handle); }
+
+private:
+    void AddSignals(const std::string &parentPath, int handle);
+
+    std::unique_ptr<Reader> m_reader;
+    std::optional<std::vector<SFileSignal>> m_signals;
+};
+
+/// The use of an event stream. It is closed again in any case: a stimulus keeps a copy of the events.
+class CStreamUse final : public IFileUse {
+public:
+    IWaveformFile *Find(const SimpleString::CStr &fileName) override;
+    IWaveformFile *Use(const SimpleString::CStr &fileName) override { return Find(fileName); }
+    void KeepOpen() override {}
+    bool KeepSignal(int handle) override;
+
+    /// What was kept. The caller owns it.
+    std::unique_ptr<Morvel::KEventsStore> TakeEvents() { return std::move(m_kept); }
+
+private:
+    std::unique_ptr<CStreamFile> m_file;
+    std::unique_ptr<Morvel::KEventsStore> m_kept;
+};
+
+}  // namespace tesk
