@@ -4,21 +4,19 @@
 #include <bit>
 #include <charconv>
 #include <cstdint>
-#include <functional>
 #include <map>
-#include <queue>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <tuple>
-#include <utility>
 #include <vector>
 
 #include "tools/files/vcdname.h"
 #include "tools/files/vcdtext.h"
 #include "tools/files/waveoutput.h"
-#include "waveform/files/signalwalk.h"
+#include "waveform/files/filewalk.h"
 
-using tesk::CSignalWalk;
+using tesk::CFileWalk;
 using tesk::IWaveformFile;
 using tesk::SFileSignal;
 
@@ -39,6 +37,8 @@ struct SScalarForm {
     std::string letters;  // of bits, by position
 };
 
+using CValues = std::vector<std::optional<std::uint64_t>>;  // raw, of each element
+
 struct SDumpVariable {
     SVcdName name;
     KTypeInfo type;
@@ -47,9 +47,8 @@ struct SDumpVariable {
 
 struct SDumpEvents {
     SScalarForm form;
-    KTypeInfo type;  // of the first variable that shows them
     std::string code;
-    CSignalWalk walk;
+    SFileSignal signal;  // the first of those that have them
 };
 
 std::string Literal(const KTypeInfo &type, unsigned position)
@@ -102,7 +101,7 @@ SScalarForm FormOf(const KTypeInfo &type)
 std::string Declaration(const SDumpVariable &variable, const SDumpEvents &events)
 {
     const std::string name = events.code + ' ' + variable.name.variable;
-    const std::size_t width = events.walk.GetValues().size();
+    const long long width = events.signal.elementCount;
     switch (events.form.kind) {
     case EDumpKind::Integer: return "integer " + std::to_string(events.form.integerBits) + ' ' + name;
     case EDumpKind::Real: return "real 64 " + name;
@@ -124,27 +123,27 @@ std::string RealText(std::uint64_t value)
     return {text.data(), end};
 }
 
-std::string BitText(const SDumpEvents &events)
+std::string BitText(const SDumpEvents &events, const CValues &values)
 {
     std::string text;
-    for (const auto &value : events.walk.GetValues())
+    for (const auto &value : values)
         text += value && *value < events.form.letters.size() ? events.form.letters[*value] : 'x';
     return text;
 }
 
 // The value now, on a line of its own.
-std::string ChangeLine(const SDumpEvents &events)
+std::string ChangeLine(const SDumpEvents &events, const CValues &values)
 {
-    const std::uint64_t value = events.walk.GetValues().front().value_or(0);
+    const std::uint64_t value = values.front().value_or(0);
     switch (events.form.kind) {
     case EDumpKind::Integer: return 'b' + VcdBits(value, events.form.integerBits) + ' ' + events.code;
     case EDumpKind::Real: return 'r' + RealText(value) + ' ' + events.code;
     case EDumpKind::Text:
-        return 's' + VcdEscapedText(Literal(events.type, static_cast<unsigned>(value))) + ' ' + events.code;
+        return 's' + VcdEscapedText(Literal(events.signal.type, static_cast<unsigned>(value))) + ' ' + events.code;
     default: break;
     }
-    const bool isVector = !events.type.IsScalar();
-    return (isVector ? 'b' + BitText(events) + ' ' : BitText(events)) + events.code;
+    const bool isVector = !events.signal.type.IsScalar();
+    return (isVector ? 'b' + BitText(events, values) + ' ' : BitText(events, values)) + events.code;
 }
 
 // The variables, and what they show: those that share their events share an identifier code too.
@@ -168,7 +167,7 @@ void CDump::Add(IWaveformFile &file, const SFileSignal &signal, const SScalarFor
     const char *scalar = isScalar ? signal.type.GetTypeInfoString() : signal.type.GetArrayElementTypeInfo();
     const auto [known, isNew] = m_known.try_emplace({scalar, isScalar, IdentifyEvents(file, signal)}, events.size());
     if (isNew)
-        events.push_back({form, signal.type, VcdCode(events.size()), CSignalWalk(file, signal)});
+        events.push_back({form, VcdCode(events.size()), signal});
     variables.push_back({SplitVcdName(signal.path), signal.type, known->second});
 }
 
@@ -224,24 +223,17 @@ void WriteWaveDump(std::ostream &out, IWaveformFile &file)
     CDump dump(file);
     WriteDeclarations(out, dump, scale);
 
-    using CNextChange = std::pair<long long, std::size_t>;  // time and events
-    std::priority_queue<CNextChange, std::vector<CNextChange>, std::greater<>> next;
-    const auto fetch = [&](std::size_t index) {
-        if (dump.events[index].walk.Next())
-            next.emplace(dump.events[index].walk.GetTime(), index);
-    };
-    for (std::size_t i = 0; i < dump.events.size(); ++i)
-        fetch(i);
+    std::vector<SFileSignal> signals;
+    for (const SDumpEvents &events : dump.events)
+        signals.push_back(events.signal);
+    CFileWalk walk(file, signals);
     long long stamped = 0;
     out << VcdTimeStamp(0, scale) << '\n';
-    while (!next.empty()) {
-        const auto [time, index] = next.top();
-        next.pop();
-        if (time != stamped)
-            out << VcdTimeStamp(time, scale) << '\n';
-        stamped = time;
-        out << ChangeLine(dump.events[index]) << '\n';
-        fetch(index);
+    while (walk.Next()) {
+        if (walk.GetTime() != stamped)
+            out << VcdTimeStamp(walk.GetTime(), scale) << '\n';
+        stamped = walk.GetTime();
+        out << ChangeLine(dump.events[walk.GetSignal()], walk.GetValues()) << '\n';
     }
     if (file.GetEndTime() > stamped)
         out << VcdTimeStamp(file.GetEndTime(), scale) << '\n';

@@ -11,6 +11,7 @@
 #include "waveform/fakefiles.h"
 #include "waveform/files/databasefile.h"
 #include "waveform/files/filekinds.h"
+#include "waveform/files/filewalk.h"
 #include "waveform/files/signalwalk.h"
 #include "waveform/files/vcdfile.h"
 
@@ -102,4 +103,30 @@ TEST(WaveformFile, MakesTheWholeSignalOrItsFirstElementWhereTheyShareAHandle)
     };
     EXPECT_EQ(typeOf(true), Bus);
     EXPECT_EQ(typeOf(false), StdLogic);
+}
+
+TEST(FileWalk, GoesThroughTheSignalsByTimeAndAtOneTimeInTheirOrder)
+{
+    const CStreamFolder folder;
+    for (const EFileKind kind : {EFileKind::Stream, EFileKind::Vcd, EFileKind::Database}) {
+        SCOPED_TRACE(static_cast<int>(kind));
+        const auto file = MakeFile(kind, folder / "a.zyn");
+        ASSERT_NE(file, nullptr);
+        std::vector<std::string> changes;
+        tesk::CFileWalk walk(*file, file->GetSignals());
+        while (walk.Next())
+            changes.push_back(std::to_string(walk.GetTime()) + " signal " + std::to_string(walk.GetSignal()) + " of " +
+                              std::to_string(walk.GetValues().size()) + ": " +
+                              std::to_string(walk.GetValues().front().value_or(99)));
+        EXPECT_THAT(changes, ElementsAre("0 signal 0 of 2: 2", "0 signal 1 of 1: 2", "10 signal 0 of 2: 2",
+                                         "10 signal 1 of 1: 2", "20 signal 0 of 2: 2", "30 signal 0 of 2: 3",
+                                         "30 signal 1 of 1: 3"));
+        EXPECT_FALSE(walk.Next());
+    }
+}
+
+TEST(FileWalk, OfNoSignalsIsAtItsEnd)
+{
+    const auto file = MakeFile(EFileKind::Vcd, {});
+    EXPECT_FALSE(tesk::CFileWalk(*file, {}).Next());
 }
