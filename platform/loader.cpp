@@ -1,6 +1,8 @@
 #include "platform/loader.h"
 
 #include <dlfcn.h>
+#include <link.h>
+#include <sys/auxv.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -72,41 +74,81 @@ HMODULE Open(const SLibrary &library, const std::string &path)
     return nullptr;
 }
 
+// @param folder  there is none in one that is not absolute
 HMODULE OpenIn(const SLibrary &library, const fs::path &folder)
 {
     const fs::path path = folder / library.fileName;
     std::error_code error;
-    return fs::is_regular_file(path, error) ? Open(library, path.string()) : nullptr;
+    return path.is_absolute() && fs::is_regular_file(path, error) ? Open(library, path.string()) : nullptr;
 }
 
-// The folder of libraries of the MATLAB whose program a shell would start.
+// The folders of a list such as PATH, as they are written; empty ones stand for the current folder.
+std::vector<std::string_view> FoldersIn(const char *variable, const char *separators)
+{
+    const char *list = std::getenv(variable);
+    std::string_view rest = list != nullptr ? list : "";
+    std::vector<std::string_view> folders;
+    if (rest.empty())
+        return folders;
+    std::size_t end = 0;
+    while ((end = rest.find_first_of(separators)) != std::string_view::npos) {
+        folders.push_back(rest.substr(0, end));
+        rest.remove_prefix(end + 1);
+    }
+    folders.push_back(rest);
+    return folders;
+}
+
+// A folder that is not absolute depends on the one that the host happens to be in, and whoever can write there would
+// choose what is loaded.
+bool IsAbsolute(std::string_view folder)
+{
+    return folder.starts_with('/');
+}
+
+// The folder of libraries of the MATLAB whose program a shell would start, or one that LD_LIBRARY_PATH names.
 HMODULE OpenInstalled(const SLibrary &library)
 {
-    const char *list = std::getenv("PATH");
-    std::string_view rest = list != nullptr ? list : "";
-    while (!rest.empty()) {
-        const std::string_view folder = rest.substr(0, rest.find(':'));
-        rest.remove_prefix(std::min(folder.size() + 1, rest.size()));
+    for (const std::string_view folder : FoldersIn("PATH", ":")) {
         std::error_code error;
         const fs::path program = fs::canonical(fs::path(folder) / "matlab", error);  // often a link
-        if (folder.empty() || error || !fs::is_regular_file(program, error))
+        if (!IsAbsolute(folder) || error || !fs::is_regular_file(program, error))
             continue;
         if (HMODULE module = OpenIn(library, program.parent_path() / "glnxa64"))
+            return module;
+    }
+    for (const std::string_view folder : FoldersIn("LD_LIBRARY_PATH", ":;")) {
+        HMODULE module = IsAbsolute(folder) ? OpenIn(library, folder) : nullptr;
+        if (module != nullptr)
             return module;
     }
     return nullptr;
 }
 
+fs::path FolderOfProgram()
+{
+    std::error_code error;
+    const fs::path program = fs::canonical("/proc/self/exe", error);
+    if (!error)
+        return program.parent_path();
+    const auto *name = reinterpret_cast<const char *>(getauxval(AT_EXECFN));  // where there is no /proc
+    const fs::path started = name != nullptr ? name : "";
+    return started.is_absolute() ? started.parent_path() : fs::path();
+}
+
+// The folder of the library, or of the program, that some code is in. Deliberate: a program is never looked for under the
+// name it was started by, which is a word on the command line and may be that of another file in the current folder.
 fs::path FolderOf(const void *code)
 {
     Dl_info place = {};
-    std::error_code error;
-    if (dladdr(code, &place) == 0 || place.dli_fname == nullptr)
+    void *extra = nullptr;
+    if (dladdr1(code, &place, &extra, RTLD_DL_LINKMAP) == 0 || extra == nullptr)
         return {};
-    fs::path file = fs::canonical(place.dli_fname, error);
-    if (error)  // a program that was started by its name alone
-        file = fs::canonical("/proc/self/exe", error);
-    return file.parent_path();
+    const char *name = static_cast<const link_map *>(extra)->l_name;
+    if (name == nullptr || std::string_view(name).find('/') == std::string_view::npos)  // the program has none
+        return FolderOfProgram();
+    std::error_code error;
+    return fs::canonical(name, error).parent_path();
 }
 
 // The bundled libraries have a folder of their own near the library, or the program, that this code is in.
@@ -130,13 +172,22 @@ HMODULE OpenBesideLibmat(const SLibrary &library, HMODULE libmat)
     return nullptr;
 }
 
+// What the system's loader finds by the name alone, last. It would look in the folders of LD_LIBRARY_PATH that are not
+// absolute, too: with one in the list it is not asked.
+HMODULE OpenOfSystem(const SLibrary &library)
+{
+    if (!std::ranges::all_of(FoldersIn("LD_LIBRARY_PATH", ":;"), IsAbsolute))
+        return nullptr;
+    return Open(library, library.fileName);
+}
+
 HMODULE OpenAnywhere(const SLibrary &library)
 {
     if (HMODULE module = OpenInstalled(library))
         return module;
-    if (HMODULE module = Open(library, library.fileName))
+    if (HMODULE module = OpenBundled(library))
         return module;
-    return OpenBundled(library);
+    return OpenOfSystem(library);
 }
 
 }  // namespace
