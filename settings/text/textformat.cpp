@@ -1,5 +1,7 @@
 #include "settings/text/textformat.h"
 
+#include <locale.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -211,8 +213,26 @@ long long FormatInteger(std::string &text, const SItem &item, CArguments &argume
     return NumberBound(32, item);
 }
 
+// While it lives, this thread writes numbers as in the "C" locale. Formulas and saved settings have a decimal point
+// wherever the host sets a comma.
+class CPlainNumbers {
+public:
+    CPlainNumbers()
+    {
+        static const locale_t s_plain = newlocale(LC_ALL_MASK, "C", locale_t{});
+        m_former = uselocale(s_plain);
+    }
+    CPlainNumbers(const CPlainNumbers &) = delete;
+    CPlainNumbers &operator=(const CPlainNumbers &) = delete;
+    ~CPlainNumbers() { uselocale(m_former); }
+
+private:
+    locale_t m_former;
+};
+
 long long FormatReal(std::string &text, const SItem &item, CArguments &arguments)
 {
+    const CPlainNumbers plain;
     const double value = arguments.Take<double>();
     Print(text, item, std::string(1, item.conversion).c_str(), value);
     if (item.conversion == 'E')

@@ -13,7 +13,7 @@ struct SFormattedText {
 
 /// Composes `format`, a null one being empty. It differs from `printf` in this: "I64", "ll" and "q" mark 64-bit
 /// integers, `L`, `F` and `N` are skipped, `%S` is wide and `%hS` narrow text. The bound starts at 128 and adds an
-/// allowance for each item. `arguments` is not consumed.
+/// allowance for each item. Real numbers have a point in every locale. `arguments` is not consumed.
 SFormattedText FormatText(const char *format, va_list arguments);
 
 }  // namespace tesk
