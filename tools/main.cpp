@@ -1,8 +1,10 @@
 // The command-line tool: `tesk COMMAND ...`.
 #include "tools/commands/commands.h"
+#include "tools/output.h"
 
 int main(int argc, char **argv)
 {
+    RemoveDraftsOnSignals();
     CCommandLine commandLine;
     for (const auto add : {AddPlayCommand, AddCheckCommand, AddSplitCommand, AddClockCommand, AddCounterCommand,
                            AddRandomCommand, AddTypeCommand, AddSignalsCommand, AddConvertCommand})

@@ -7,12 +7,12 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <climits>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 
+#include "platform/files/draft.h"
 #include "tools/commandline.h"
 #include "tools/quote.h"
 
@@ -25,54 +25,26 @@ namespace fs = std::filesystem;
     throw CRefusal(OneLine(path) + ": cannot be written: " + std::strerror(error != 0 ? error : EIO));
 }
 
-// What a signal handler may touch is the draft's name, in place before the handler is.
-constexpr std::array EndingSignals = {SIGHUP, SIGINT, SIGTERM};
-std::array<char, PATH_MAX> g_draftPath;
-std::array<struct sigaction, EndingSignals.size()> g_formerActions;
+// All that end a program, but for those by which its own faults show: of these a debugger should see the place.
+constexpr std::array EndingSignals = {SIGHUP,  SIGINT,  SIGQUIT, SIGABRT, SIGALRM, SIGTERM, SIGUSR1,   SIGUSR2,
+                                      SIGPIPE, SIGXCPU, SIGPROF, SIGIO,   SIGPWR,  SIGSYS,  SIGSTKFLT, SIGVTALRM};
 
-extern "C" void RemoveDraftAndEnd(int signal)
+extern "C" void RemoveDraftsAndEnd(int signal)
 {
-    unlink(g_draftPath.data());
+    tesk::RemoveDrafts();
     raise(signal);  // the handler is gone by now: ends the tool as if there had been none
 }
 
-// A signal that is ignored, as under nohup, stays so.
-void CatchSignals(const std::string &draft)
+// Handles a signal that nobody handles or ignores yet.
+void Replace(int signal, void (*handler)(int), int flags)
 {
-    g_draftPath.fill('\0');
-    if (draft.size() < g_draftPath.size())
-        draft.copy(g_draftPath.data(), draft.size());
-    for (std::size_t i = 0; i < EndingSignals.size(); ++i) {
-        struct sigaction action {};
-        action.sa_handler = RemoveDraftAndEnd;
-        action.sa_flags = static_cast<int>(SA_RESETHAND);
-        sigaction(EndingSignals[i], nullptr, &g_formerActions[i]);
-        if (g_formerActions[i].sa_handler != SIG_IGN)
-            sigaction(EndingSignals[i], &action, nullptr);
-    }
-}
-
-void LetSignalsGo()
-{
-    for (std::size_t i = 0; i < EndingSignals.size(); ++i)
-        sigaction(EndingSignals[i], &g_formerActions[i], nullptr);
-}
-
-// Where a file lies that a symbolic link names. It need not be there yet.
-fs::path FollowLinks(fs::path path)
-{
-    constexpr int MostLinks = 40;  // as in the kernel
-    const std::string name = path;
-    std::error_code error;
-    for (int links = 0; fs::is_symlink(path, error); ++links) {
-        if (links == MostLinks)
-            RefuseFile(name, ELOOP);
-        const fs::path target = fs::read_symlink(path, error);
-        if (error)
-            RefuseFile(name, error.value());
-        path = path.parent_path() / target;
-    }
-    return path;
+    struct sigaction former {};
+    struct sigaction action {};
+    action.sa_handler = handler;
+    action.sa_flags = flags;
+    sigfillset(&action.sa_mask);
+    if (sigaction(signal, nullptr, &former) == 0 && former.sa_handler == SIG_DFL)
+        sigaction(signal, &action, nullptr);
 }
 
 void WriteStream(std::ostream &stream, const std::string &name, const std::function<void(std::ostream &)> &write)
@@ -84,36 +56,13 @@ void WriteStream(std::ostream &stream, const std::string &name, const std::funct
         RefuseFile(name, errno);
 }
 
-std::ofstream OpenForWriting(const std::string &path, const std::string &place)
-{
-    errno = 0;
-    std::ofstream file(path, std::ios::binary);
-    if (!file)
-        RefuseFile(place, errno);
-    return file;
-}
-
 }  // namespace
 
-CDraft::CDraft(const std::string &path)
-    : m_place(FollowLinks(path)), m_path(m_place + ".part" + std::to_string(getpid()))
+void RemoveDraftsOnSignals()
 {
-    CatchSignals(m_path);
-}
-
-CDraft::~CDraft()
-{
-    std::error_code ignored;
-    fs::remove(m_path, ignored);
-    LetSignalsGo();
-}
-
-void CDraft::TakeMode() const
-{
-    std::error_code error;
-    const fs::file_status replaced = fs::status(m_place, error);
-    if (fs::is_regular_file(replaced))
-        fs::permissions(m_path, replaced.permissions(), error);
+    for (const int signal : EndingSignals)
+        Replace(signal, RemoveDraftsAndEnd, static_cast<int>(SA_RESETHAND));
+    Replace(SIGXFSZ, SIG_IGN, 0);
 }
 
 void WriteOutput(const std::string &path, const std::function<void(std::ostream &)> &write)
@@ -124,18 +73,19 @@ void WriteOutput(const std::string &path, const std::function<void(std::ostream 
     }
     std::error_code ignored;
     if (fs::exists(path, ignored) && !fs::is_regular_file(path, ignored)) {
-        std::ofstream file = OpenForWriting(path, path);  // a device or a pipe cannot be replaced
+        errno = 0;
+        std::ofstream file(path, std::ios::binary);  // a device or a pipe cannot be replaced
+        if (!file)
+            RefuseFile(path, errno);
         WriteStream(file, path, write);
         return;
     }
-    const CDraft draft(path);
-    std::ofstream file = OpenForWriting(draft.Path(), path);
-    draft.TakeMode();
-    WriteStream(file, path, write);
-    std::error_code error;
-    fs::rename(draft.Path(), draft.Place(), error);
-    if (error)
-        RefuseFile(path, error.value());
+    tesk::CDraft draft(path);
+    if (!draft.IsOpen())
+        RefuseFile(path, draft.Error());
+    write(draft.Stream());
+    if (!draft.Publish())
+        RefuseFile(path, draft.Error());
 }
 
 void WriteColumns(std::ostream &out, const std::vector<std::vector<std::string>> &lines, std::size_t numbers)

@@ -6,25 +6,9 @@
 #include <string>
 #include <vector>
 
-/// The file that is filled next to the place of another one, until it is complete and moved there. What has not been
-/// moved goes with the object, or when a signal ends the tool. There is one at a time.
-class CDraft {
-public:
-    /// @param path  a symbolic link stays one: the place is where it leads. @throw CRefusal if it leads nowhere
-    explicit CDraft(const std::string &path);
-    CDraft(const CDraft &) = delete;
-    ~CDraft();
-
-    const std::string &Place() const { return m_place; }
-    /// ".part" and the process id behind the place.
-    const std::string &Path() const { return m_path; }
-    /// To be called once the draft is there: it gets the access rights of the file that it will replace.
-    void TakeMode() const;
-
-private:
-    std::string m_place;
-    std::string m_path;
-};
+/// Has every signal that ends the tool remove its drafts first (see platform/files/draft.h). One that is ignored, as
+/// under nohup, stays so; that of a file beyond its limit becomes a write that fails, to be told. To be called once, first.
+void RemoveDraftsOnSignals();
 
 /// Lets `write` fill a file, or standard output if `path` is empty. A file is written whole or not at all, as a draft.
 /// @throw CRefusal if it cannot be written

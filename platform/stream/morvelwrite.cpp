@@ -3,18 +3,16 @@
 #include <exception>
 #include <memory>
 #include <string>
-#include <unistd.h>
 #include <zlib.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <new>
 #include <vector>
 
+#include "platform/files/draft.h"
 #include "platform/kestrin.h"
 #include "platform/log.h"
 #include "platform/morvel.h"
@@ -70,7 +68,6 @@ public:
     CMorvelWrite(const char *file, long long resolution);
     CMorvelWrite(const CMorvelWrite &) = delete;
     CMorvelWrite &operator=(const CMorvelWrite &) = delete;
-    ~CMorvelWrite();
 
     int AddSignal(int parent, const char *name, const char *typeText) override;
     bool AddEvent(int signal, long long time, const void *value) override;
@@ -78,7 +75,8 @@ public:
     bool Finish() override;
     void Release() override { delete this; }
 
-    bool IsOpen() const { return m_file.is_open(); }
+    bool IsOpen() const { return m_draft.IsOpen(); }
+    int Error() const { return m_draft.Error(); }
 
 private:
     SType TypeOf(const char *text);
@@ -87,35 +85,22 @@ private:
     std::string MakeIndex() const;
     std::string MakeHeader(std::uint64_t indexOffset, const std::string &index) const;
     void Write(const std::string &bytes);
-    bool Publish();
 
     std::string m_path;
-    std::string m_draft;
-    std::ofstream m_file;
+    tesk::CDraft m_draft;
     long long m_resolution;
     long long m_endTime = 0;
     std::uint64_t m_size = 0;  // of the file so far
     std::map<std::string, SType> m_types;
     std::vector<SSignal> m_signals;
     std::vector<int> m_topLevel;
-    int m_error = 0;  // of the first write that failed
     bool m_outOfMemory = false;
 };
 
 CMorvelWrite::CMorvelWrite(const char *file, long long resolution)
-    : m_path(file), m_draft(m_path + ".part" + std::to_string(getpid())),
-      m_file(m_draft, std::ios::binary | std::ios::trunc), m_resolution(resolution)
+    : m_path(file), m_draft(m_path), m_resolution(resolution)
 {
     Write(std::string(HeaderSize, '\0'));  // told when all else is known
-}
-
-CMorvelWrite::~CMorvelWrite()
-{
-    if (!IsOpen())
-        return;
-    m_file.close();
-    std::error_code ignored;
-    std::filesystem::remove(m_draft, ignored);
 }
 
 SType CMorvelWrite::TypeOf(const char *text)
@@ -178,10 +163,8 @@ void CMorvelWrite::WriteBlock(SSignal &signal)
 
 void CMorvelWrite::Write(const std::string &bytes)
 {
-    m_file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    m_draft.Stream().write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     m_size += bytes.size();
-    if (!m_file && m_error == 0)
-        m_error = errno != 0 ? errno : EIO;
 }
 
 std::string CMorvelWrite::MakeIndex() const
@@ -232,26 +215,8 @@ void CMorvelWrite::WriteRest()
     const std::uint64_t indexOffset = m_size;
     const std::string index = MakeIndex();
     Write(index);
-    m_file.seekp(0);
+    m_draft.Stream().seekp(0);
     Write(MakeHeader(indexOffset, index));
-    m_file.close();
-}
-
-bool CMorvelWrite::Publish()
-{
-    std::error_code error;
-    if (m_error != 0)
-        error = std::error_code(m_error, std::generic_category());
-    else if (!m_file)
-        error = std::make_error_code(std::errc::io_error);
-    else
-        std::filesystem::rename(m_draft, m_path, error);
-    if (!error)
-        return true;
-    Report(m_path, error.message());
-    std::error_code ignored;
-    std::filesystem::remove(m_draft, ignored);
-    return false;
 }
 
 bool CMorvelWrite::Finish()
@@ -261,7 +226,10 @@ try {
     if (m_outOfMemory)
         throw std::bad_alloc();
     WriteRest();
-    return Publish();
+    if (m_draft.Publish())
+        return true;
+    Report(m_path, std::strerror(m_draft.Error()));
+    return false;
 } catch (const std::exception &) {
     Report(m_path, "out of memory");
     return false;
@@ -272,6 +240,8 @@ bool IsInTheWay(const char *file)
 {
     std::error_code error;
     const auto type = std::filesystem::status(file, error).type();
+    if (type == std::filesystem::file_type::none)
+        return false;  // nobody can tell; to write it will
     return type != std::filesystem::file_type::not_found && type != std::filesystem::file_type::regular;
 }
 
@@ -285,11 +255,10 @@ try {
         Report(file, "what is there is no regular file");
         return nullptr;
     }
-    errno = 0;
     auto writer = std::make_unique<CMorvelWrite>(file, resolution);
     if (writer->IsOpen())
         return writer.release();
-    Report(file, std::strerror(errno != 0 ? errno : EIO));
+    Report(file, std::strerror(writer->Error()));
     return nullptr;
 } catch (const std::bad_alloc &) {
     return nullptr;

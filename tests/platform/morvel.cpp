@@ -102,6 +102,22 @@ TEST(EventStream, KeepsEventsThatCameInAnyOrderOfTheSignals)
         EXPECT_EQ(nodes[i].events, expected[i]);
 }
 
+TEST(EventStream, IsThatOfTheLastOfTwoWritersOnOnePlace)
+{
+    const CStreamFolder folder;
+    const std::string path = folder / "two.zyn";
+    const StreamWriterPtr first(Morvel::CreateStreamWrite(path.c_str(), 1));
+    const StreamWriterPtr second(Morvel::CreateStreamWrite(path.c_str(), 1));
+    ASSERT_EQ(first->AddSignal(-1, "a", StdLogic), 0);
+    ASSERT_TRUE(first->AddEvent(0, 5, "\2"));
+    ASSERT_TRUE(first->Finish());
+    ASSERT_EQ(second->AddSignal(-1, "b", StdLogic), 0);
+    EXPECT_EQ(ReadStream(path).at(0).name, "a");
+    EXPECT_TRUE(second->Finish());
+    EXPECT_EQ(ReadStream(path).at(0).name, "b");
+    EXPECT_EQ(folder.FileCount(), 1U);
+}
+
 TEST(EventStream, KeepsResolutionAndEndTime)
 {
     const CStreamFolder folder;

@@ -9,7 +9,6 @@
 #include "tools/commandline.h"
 #include "tools/files/waveoutput.h"
 #include "tools/loglines.h"
-#include "tools/output.h"
 #include "tools/quote.h"
 #include "waveform/files/waveformfile.h"
 
@@ -98,13 +97,11 @@ void AddSignal(Morvel::IMorvelWrite &writer, CScalars &scalars, IWaveformFile &f
 
 void WriteEventStream(const std::string &path, IWaveformFile &file)
 {
-    const CDraft draft(path);  // the writer's own, by its name
     Morvel::StreamWritePtr writer;
     WriteOrRefuse(path, [&] {
-        writer.reset(Morvel::CreateStreamWrite(draft.Place().c_str(), file.GetResolution()));
+        writer.reset(Morvel::CreateStreamWrite(path.c_str(), file.GetResolution()));
         return writer != nullptr;
     });
-    draft.TakeMode();
     CScalars scalars;
     for (const SFileSignal &signal : file.GetSignals())
         AddSignal(*writer, scalars, file, signal);
