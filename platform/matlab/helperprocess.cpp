@@ -64,7 +64,7 @@ private:
 
 CHelperProcess::CHelperProcess(const std::vector<std::string> &command, std::chrono::milliseconds time,
                                std::size_t bytes)
-    : m_deadline(std::chrono::steady_clock::now() + time), m_remaining(bytes)
+    : m_time(time), m_deadline(std::chrono::steady_clock::now() + time), m_remaining(bytes)
 {
     if (!Start(command))
         Fail();
@@ -89,8 +89,10 @@ bool CHelperProcess::Start(const std::vector<std::string> &command)
         arguments.push_back(const_cast<char *>(argument.c_str()));
     arguments.push_back(nullptr);
     int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0)
+    if (pipe2(ends, O_CLOEXEC) != 0) {
+        m_startError = errno;
         return false;
+    }
     m_output = ends[0];
     const CDescriptors descriptors(ends[1]);
     const CSignals signals;
@@ -99,6 +101,7 @@ bool CHelperProcess::Start(const std::vector<std::string> &command)
     close(ends[1]);
     if (error != 0)
         m_process = -1;
+    m_startError = error;
     return error == 0;
 }
 
@@ -136,14 +139,16 @@ std::size_t CHelperProcess::ReadSome(void *buffer, std::size_t size)
 }
 
 // @return false if nothing comes in time; true also at the end of the output
-bool CHelperProcess::WaitForOutput() const
+bool CHelperProcess::WaitForOutput()
 {
     while (true) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(m_deadline - std::chrono::steady_clock::now());
         pollfd output = {m_output, POLLIN, 0};
         const int ready = left.count() > 0 ? poll(&output, 1, static_cast<int>(left.count())) : 0;
-        if (ready != -1 || errno != EINTR)
-            return ready == 1;
+        if (ready == -1 && errno == EINTR)
+            continue;
+        m_isLate = ready == 0;
+        return ready == 1;
     }
 }
 
@@ -151,4 +156,34 @@ bool CHelperProcess::Fail()
 {
     m_remaining = 0;
     return false;
+}
+
+std::string CHelperProcess::Fault()
+{
+    if (m_startError != 0)
+        return std::string("cannot be started: ") + std::strerror(m_startError);
+    if (m_isLate)
+        return "did not answer within " + std::to_string(std::chrono::ceil<std::chrono::seconds>(m_time).count()) +
+               " s";
+    return FaultOfEnd();
+}
+
+// The program has closed its output and is about to end, or goes on for reasons of its own.
+std::string CHelperProcess::FaultOfEnd()
+{
+    constexpr int MostWaits = 100;
+    int status = 0;
+    pid_t ended = 0;
+    for (int i = 0; m_process != -1 && i < MostWaits && ended == 0; ++i) {
+        ended = waitpid(m_process, &status, WNOHANG);
+        if (ended == 0)
+            usleep(1000);
+    }
+    if (ended <= 0)
+        return {};
+    m_process = -1;
+    if (!WIFSIGNALED(status))
+        return {};
+    const int number = WTERMSIG(status);
+    return "was ended by signal " + std::to_string(number) + " (" + strsignal(number) + ")";
 }

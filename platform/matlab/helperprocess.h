@@ -25,16 +25,24 @@ public:
     /// Reads exactly `size` bytes.
     /// @return false if they do not come in time, or are more than may be read; then nothing more can be
     bool Read(void *buffer, std::size_t size);
+    /// What went wrong with the program itself, as words behind its name such as "was ended by signal 9 (Killed)"; empty if it
+    /// ended by itself, or said what was not agreed. To be asked once a read has failed.
+    std::string Fault();
     /// How much may still be read.
     std::size_t GetRemaining() const { return m_remaining; }
 
 private:
     bool Start(const std::vector<std::string> &command);
-    bool WaitForOutput() const;
+    bool WaitForOutput();
     std::size_t ReadSome(void *buffer, std::size_t size);
     bool Fail();
 
+    std::string FaultOfEnd();
+
     pid_t m_process = -1;
+    int m_startError = 0;   // an errno
+    bool m_isLate = false;  // nothing came in time
+    std::chrono::milliseconds m_time;
     int m_output = -1;
     std::chrono::steady_clock::time_point m_deadline;
     std::size_t m_remaining;

@@ -22,6 +22,8 @@ std::string ReaderPath()
     return library.substr(0, library.rfind('/') + 1) + "tesk-matread";
 }
 
+std::string g_fault;  // of the last file
+
 }  // namespace
 
 TESK_MATLAB_API MATFile *matOpen(const char *path, const char *mode)
@@ -29,7 +31,9 @@ try {
     if (path == nullptr || mode == nullptr || std::strcmp(mode, "r") != 0)
         return nullptr;
     auto file = std::make_unique<CMatFile>(ReaderPath(), path);
-    return file->Check() ? file.release() : nullptr;
+    const bool isGood = file->Check();
+    g_fault = file->Fault();
+    return isGood ? file.release() : nullptr;
 } catch (const std::bad_alloc &) {
     return nullptr;
 }
@@ -43,7 +47,18 @@ TESK_MATLAB_API int matClose(MATFile *file)
 // Unlike MATLAB's, the variable belongs to the file: it goes with `matClose`.
 TESK_MATLAB_API mxArray *matGetVariable(MATFile *file, const char *name)
 try {
-    return file != nullptr && name != nullptr ? file->ReadVariable(name) : nullptr;
+    if (file == nullptr || name == nullptr)
+        return nullptr;
+    mxArray *variable = file->ReadVariable(name);
+    g_fault = file->Fault();
+    return variable;
 } catch (const std::bad_alloc &) {
     return nullptr;
+}
+
+// Not MATLAB's: what went wrong with the reading program when a file was last opened or a variable read, in words; empty if
+// nothing did. It stays until the next of these.
+TESK_MATLAB_API const char *matTeskFault()
+{
+    return g_fault.c_str();
 }

@@ -62,6 +62,16 @@ TESK_MATLAB_API bool mxIsStruct(const mxArray *array)
     return array->classId == MatClassStruct;
 }
 
+TESK_MATLAB_API bool mxIsComplex(const mxArray *array)
+{
+    return array->isComplex;
+}
+
+TESK_MATLAB_API bool mxIsSparse(const mxArray *array)
+{
+    return array->isSparse;
+}
+
 TESK_MATLAB_API int mxGetFieldNumber(const mxArray *array, const char *name)
 {
     return FindField(*array, name);

@@ -101,8 +101,10 @@ bool TakeNode(CHelperProcess &from, std::unique_ptr<mxArray> &array, int depth)
     std::int32_t classId = 0;
     if (!Take(from, classId) || !TakeSizes(from, *array))
         return false;
-    array->classId = classId;
-    switch (classId) {
+    array->classId = classId & ClassMask;
+    array->isComplex = (classId & MarkComplex) != 0;
+    array->isSparse = (classId & MarkSparse) != 0;
+    switch (array->classId) {
     case MatClassDouble: return TakeDoubles(from, *array);
     case MatClassStruct: return TakeStructure(from, *array, depth);
     default: return true;
@@ -139,22 +141,36 @@ std::vector<std::string> CMatFile::Command() const
     return {m_reader, std::to_string(m_memory), std::to_string(m_time.count()), m_path};
 }
 
-bool CMatFile::Check() const
+void CMatFile::KeepFault(CHelperProcess &process)
 {
+    const std::string fault = process.Fault();
+    if (!fault.empty())
+        m_fault = m_reader + ' ' + fault;
+}
+
+bool CMatFile::Check()
+{
+    m_fault.clear();
     if (m_memory == 0)
         return false;
     CHelperProcess process(Command(), m_time * WallTimePerProcessorTime, m_memory);
-    return TakeMark(process, StreamBegin) && TakeMark(process, StreamEnd);
+    const bool isGood = TakeMark(process, StreamBegin) && TakeMark(process, StreamEnd);
+    if (!isGood)
+        KeepFault(process);
+    return isGood;
 }
 
 mxArray *CMatFile::ReadVariable(const char *name)
 {
+    m_fault.clear();
     std::vector<std::string> command = Command();
     command.push_back(name);
     CHelperProcess process(command, m_time * WallTimePerProcessorTime, m_memory);
     std::unique_ptr<mxArray> variable;
-    if (!TakeMark(process, StreamBegin) || !TakeNode(process, variable, 0) || !TakeMark(process, StreamEnd))
+    if (!TakeMark(process, StreamBegin) || !TakeNode(process, variable, 0) || !TakeMark(process, StreamEnd)) {
+        KeepFault(process);
         return nullptr;
+    }
     if (variable == nullptr)
         return nullptr;
     return m_variables.emplace_back(std::move(variable)).get();

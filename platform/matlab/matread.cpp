@@ -10,7 +10,10 @@
 #include <cstring>
 
 #include <limits>
+#include <vector>
 
+#include "platform/matlab/mathdf.h"
+#include "platform/matlab/matput.h"
 #include "platform/matlab/matstream.h"
 #include "platform/matlab/matwhole.h"
 #include "platform/matlab/mxarray.h"
@@ -34,49 +37,25 @@ void LimitThisProcess(const char *memory, const char *seconds)
     alarm(static_cast<unsigned>(time) * 3);
 }
 
-// Leaves without a word: a stream without its end is refused.
-[[noreturn]] void GiveUp()
-{
-    _exit(EXIT_FAILURE);
-}
-
-void Put(const void *data, std::size_t size)
-{
-    if (size > 0 && std::fwrite(data, size, 1, stdout) != 1)
-        GiveUp();
-}
-
-template <typename T>
-void Put(const T &value)
-{
-    Put(&value, sizeof value);
-}
-
 std::int32_t ClassOf(const matvar_t &variable)
 {
+    const std::int32_t complex = variable.isComplex != 0 ? MarkComplex : 0;
+    const std::int32_t sparse = variable.class_type == MAT_C_SPARSE ? MarkSparse : 0;
     if (variable.isLogical != 0)
-        return MatClassLogical;
+        return MatClassLogical | sparse;
     switch (variable.class_type) {
-    case MAT_C_SPARSE: return MatClassUnknown;  // MATLAB says double, but there is no column of them to point at
+    case MAT_C_SPARSE:
+        return MatClassUnknown | sparse | complex;  // MATLAB says double, but there is no column of them to point at
     case MAT_C_OBJECT: return MatClassObject;
-    default: return static_cast<std::int32_t>(variable.class_type);
+    default: return static_cast<std::int32_t>(variable.class_type) | complex;
     }
 }
 
-std::size_t PutSizes(const matvar_t &variable)
+std::vector<std::uint64_t> SizesOf(const matvar_t &variable)
 {
-    const std::uint32_t rank = static_cast<std::uint32_t>(variable.rank);
-    if (variable.rank < 0 || rank > MaximumRank || (rank > 0 && variable.dims == nullptr))
+    if (variable.rank < 0 || variable.rank > int(MaximumRank) || (variable.rank > 0 && variable.dims == nullptr))
         GiveUp();
-    Put(rank);
-    std::size_t elements = 1;
-    for (std::uint32_t i = 0; i < rank; ++i) {
-        const std::uint64_t size = variable.dims[i];
-        Put(size);
-        if (__builtin_mul_overflow(elements, size, &elements))
-            GiveUp();
-    }
-    return elements;
+    return {variable.dims, variable.dims + variable.rank};
 }
 
 void PutDoubles(const matvar_t &variable, std::size_t elements)
@@ -103,9 +82,7 @@ void PutStructure(const matvar_t &variable, std::size_t elements, int depth)
     Put(fields);
     for (std::uint32_t i = 0; i < fields; ++i) {
         const char *name = names[i] != nullptr ? names[i] : "";
-        const std::uint32_t length = static_cast<std::uint32_t>(strnlen(name, MaximumNameLength));
-        Put(length);
-        Put(name, length);
+        PutName({name, strnlen(name, MaximumNameLength)});
     }
     std::size_t nodes = 0;
     if (__builtin_mul_overflow(elements, std::size_t(fields), &nodes))
@@ -118,14 +95,13 @@ void PutStructure(const matvar_t &variable, std::size_t elements, int depth)
 
 void PutNode(const matvar_t *variable, int depth)
 {
-    const std::uint8_t isThere = variable != nullptr && depth <= MaximumDepth;
-    Put(isThere);
-    if (isThere == 0)
+    if (variable == nullptr || depth > MaximumDepth) {
+        PutNothing();
         return;
+    }
     const std::int32_t classId = ClassOf(*variable);
-    Put(classId);
-    const std::size_t elements = PutSizes(*variable);
-    if (classId == MatClassDouble)
+    const std::size_t elements = PutBegin(classId, SizesOf(*variable));
+    if ((classId & ClassMask) == MatClassDouble)
         PutDoubles(*variable, elements);
     else if (classId == MatClassStruct)
         PutStructure(*variable, elements, depth);
@@ -157,6 +133,28 @@ matvar_t *ReadVariable(mat_t *file, const char *path, const char *name)
     return nullptr;
 }
 
+// @param name  of a variable; null for a mere look at the file
+void PutOfHdfFile(const char *path, const char *name)
+{
+    Put(StreamBegin);
+    if (name != nullptr)
+        PutHdfVariable(path, name);
+    else
+        PassHdfVariables(path);
+}
+
+void PutOfOlderFile(const char *path, const char *name)
+{
+    mat_t *file = Mat_Open(path, MAT_ACC_RDONLY);
+    if (file == nullptr)
+        GiveUp();
+    Put(StreamBegin);
+    if (name != nullptr)
+        PutNode(ReadVariable(file, path, name), 0);
+    else
+        PassVariables(file);
+}
+
 }  // namespace
 
 int main(int count, char **arguments)
@@ -166,14 +164,12 @@ int main(int count, char **arguments)
         return 2;
     }
     LimitThisProcess(arguments[1], arguments[2]);
-    mat_t *file = Mat_Open(arguments[3], MAT_ACC_RDONLY);
-    if (file == nullptr)
-        GiveUp();
-    Put(StreamBegin);
-    if (count == 5)
-        PutNode(ReadVariable(file, arguments[3], arguments[4]), 0);
+    const char *path = arguments[3];
+    const char *name = count == 5 ? arguments[4] : nullptr;
+    if (IsHdfFile(path))
+        PutOfHdfFile(path, name);
     else
-        PassVariables(file);
+        PutOfOlderFile(path, name);
     Put(StreamEnd);
     if (std::fflush(stdout) != 0)
         GiveUp();

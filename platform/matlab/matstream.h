@@ -8,6 +8,7 @@
 //     stream   = StreamBegin [ node ] StreamEnd     a node if a variable was asked for
 //     node     = u8 0                               nothing there
 //              | u8 1 i32 class u32 rank u64 size... contents
+//                                                   class: an EMatClass, with marks; sizes in MATLAB's order
 //     contents = u64 count double...                of a dense array of doubles: class 6; count is the product of the sizes
 //              | u32 fields { u32 length byte... } node...   of a structure: class 2; all fields of element 0, of 1, ...
 //              |                                    of any other class
@@ -21,3 +22,8 @@ inline constexpr std::uint32_t MaximumRank = 64;
 inline constexpr std::uint32_t MaximumFields = 65536;
 inline constexpr std::uint32_t MaximumNameLength = 4096;
 inline constexpr int MaximumDepth = 64;  ///< structures inside one another; what lies deeper is left out
+
+// Marks beside a class.
+inline constexpr std::int32_t ClassMask = 0xFF;
+inline constexpr std::int32_t MarkComplex = 0x100;  ///< the imaginary parts are left out
+inline constexpr std::int32_t MarkSparse = 0x200;   ///< the numbers are left out

@@ -12,15 +12,20 @@
 /// Class ids, as MATLAB numbers them. All but structures and dense arrays of doubles have no contents here.
 enum EMatClass {
     MatClassUnknown = 0,
+    MatClassCell = 1,
     MatClassStruct = 2,
     MatClassLogical = 3,
+    MatClassChar = 4,
     MatClassDouble = 6,
+    MatClassSingle = 7,
     MatClassObject = 18
 };
 
 /// A variable, or a field of a structure.
 struct mxArray_tag {
     int classId = MatClassUnknown;
+    bool isComplex = false;
+    bool isSparse = false;
     std::vector<std::size_t> sizes;
     std::size_t elements = 0;             ///< the product of the sizes
     std::unique_ptr<double[]> real;       ///< the real parts of doubles, column by column

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 
@@ -17,6 +18,7 @@
 #include "tools/files/wavefile.h"
 #include "tools/loglines.h"
 #include "tools/play/kindtexts.h"
+#include "tools/play/matadvice.h"
 #include "tools/quote.h"
 #include "tools/timetext.h"
 
@@ -130,7 +132,21 @@ std::string ExplainFileFormula(const std::string &formula, const std::string &er
     const std::string fault = FindFileFault(file, text.extension);
     if (!fault.empty())
         return fault;
+    const std::string matFault = kind->kind == tesk::EFormulaKind::Mat ? ExplainMatFormula(args) : "";
+    if (!matFault.empty())
+        return file + ": " + matFault;
     if (!error.empty())
         return error.find(file) != std::string::npos ? error : file + ": " + error;
     return kind->kind == tesk::EFormulaKind::Custom ? ExplainReplay(args) : text.advice;
+}
+
+void WarnOfLoss(const std::string &formula)
+{
+    const tesk::SFormulaKind *kind = FindFileKind(formula);
+    CFileFormulaArgs args;
+    if (kind == nullptr || kind->kind != tesk::EFormulaKind::Mat || !ParseArguments(formula, *kind, args))
+        return;
+    const std::string loss = FindMatLoss(args);
+    if (!loss.empty())
+        std::fprintf(stderr, "tesk: warning: %s: %s\n", OneLine(std::string(args.m_file)).c_str(), loss.c_str());
 }

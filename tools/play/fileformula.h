@@ -18,3 +18,6 @@ std::string FindReplayedType(const std::string &formula);
 /// Why a formula that refers to a file cannot be used, and what would do.
 /// @param error  what the library logged; empty if it said nothing
 std::string ExplainFileFormula(const std::string &formula, const std::string &error);
+
+/// Tells on standard error what a formula that refers to a file, and can be used, leaves out of it.
+void WarnOfLoss(const std::string &formula);

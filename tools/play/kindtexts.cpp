@@ -15,7 +15,7 @@ constexpr SKindText Texts[] = {
      "no column of it can be played on a signal of this type, or a time cannot be read", ".txt"},
     {EFormulaKind::Mat,
      "FILE,VARIABLE [-row] [-rel] [-time_points LANE | -time_var VARIABLE] [-interval TIME] [-point BITS]",
-     "the file is no MAT-file, or the variable is no matrix of doubles with a lane for this signal", ".mat"},
+     "the variable has no lane for this signal, or the times cannot be read", ".mat"},
     {EFormulaKind::Counter, "",
      "no counter in it; \"tesk counter\" writes one, and one that is not binary needs --count", ""},
     {EFormulaKind::Random, "", "no random settings in it; \"tesk random\" writes them, with \\RANDOM in capitals", ""},

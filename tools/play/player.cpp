@@ -42,6 +42,7 @@ void CPlayer::Prepare(const std::string &formula, SPlayedSignal signal)
         throw CRefusal("formula " + Quote(formula) +
                        ": a table is read by the type of the signal; give it with --type, such as --type integer");
     Add(formula, std::move(signal));
+    WarnOfLoss(formula);
 }
 
 // @return the node

@@ -45,6 +45,25 @@ TEST_F(HelperProcess, ReadsMoreThanAPipeHolds)
     EXPECT_EQ(last, 'x');
 }
 
+// What went wrong with a script of which nothing can be read.
+std::string FaultOf(const std::vector<std::string> &command, std::chrono::milliseconds time = 5s)
+{
+    CHelperProcess process(command, time, Plenty);
+    char byte = 0;
+    EXPECT_FALSE(process.Read(&byte, 1));
+    return process.Fault();
+}
+
+TEST_F(HelperProcess, SaysWhatWentWrongWithTheProgram)
+{
+    EXPECT_EQ(FaultOf({"/no/such/program"}), "cannot be started: No such file or directory");
+    EXPECT_EQ(FaultOf({"/etc/passwd"}), "cannot be started: Permission denied");
+    EXPECT_EQ(FaultOf(Shell("kill -9 $$")), "was ended by signal 9 (Killed)");
+    EXPECT_EQ(FaultOf(Shell("sleep 9"), 100ms), "did not answer within 1 s");
+    EXPECT_EQ(FaultOf(Shell("exit 1")), "");
+    EXPECT_EQ(FaultOf(Shell("true")), "");
+}
+
 TEST_F(HelperProcess, RefusesToReadBeyondTheEnd)
 {
     CHelperProcess process(Shell("printf abc"), 5s, Plenty);
