@@ -1,18 +1,27 @@
 #include "tools/loglines.h"
 
 #include <cstdio>
+#include <utility>
 
 #include "platform/log.h"
 #include "tools/quote.h"
 
-CLogLines::CLogLines(EWarnings warnings) : m_warnings(warnings)
+namespace {
+
+CLogLines *g_innermost = nullptr;
+
+}  // namespace
+
+CLogLines::CLogLines(EWarnings warnings, EErrors errors)
+    : m_warnings(warnings), m_errors(errors), m_outer(std::exchange(g_innermost, this))
 {
     Q71log_SetSink(Take, this);
 }
 
 CLogLines::~CLogLines()
 {
-    Q71log_SetSink(nullptr, nullptr);
+    g_innermost = m_outer;
+    Q71log_SetSink(m_outer != nullptr ? Take : nullptr, m_outer);
 }
 
 void CLogLines::Take(void *context, int level, const char *, const char *text)
@@ -21,6 +30,8 @@ void CLogLines::Take(void *context, int level, const char *, const char *text)
     auto &lines = *static_cast<CLogLines *>(context);
     if (level == Error)
         lines.m_lastError = text;
-    else if (lines.m_warnings == EWarnings::Shown)
+    if (level == Error && lines.m_errors == EErrors::Shown)
+        std::fprintf(stderr, "tesk: %s\n", OneLine(text).c_str());
+    else if (level != Error && lines.m_warnings == EWarnings::Shown)
         std::fprintf(stderr, "tesk: warning: %s\n", OneLine(text).c_str());
 }

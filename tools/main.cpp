@@ -1,10 +1,12 @@
 // The command-line tool: `tesk COMMAND ...`.
 #include "tools/commands/commands.h"
+#include "tools/loglines.h"
 #include "tools/output.h"
 
 int main(int argc, char **argv)
 {
     RemoveDraftsOnSignals();
+    const CLogLines log(CLogLines::EWarnings::Shown, CLogLines::EErrors::Shown);
     CCommandLine commandLine;
     for (const auto add : {AddPlayCommand, AddCheckCommand, AddSplitCommand, AddClockCommand, AddCounterCommand,
                            AddRandomCommand, AddTypeCommand, AddSignalsCommand, AddConvertCommand})
