@@ -11,11 +11,10 @@
 namespace NTARN {
 namespace {
 
-// The most unpacked bytes that one packed byte stands for.
+// The most unpacked bytes that one packed byte stands for. No form reaches it: the bytes that begin a run, and those
+// around the whole, stand for fewer.
 constexpr std::uint64_t ZlibReach = 1032;
 constexpr std::uint64_t LzReach = 255;
-// What a few bytes stand for beyond that.
-constexpr std::uint64_t ReachMargin = 300;
 
 std::uint64_t Reach(EFstPacker packer)
 {
@@ -70,7 +69,7 @@ bool UnpackLz4(SFstSpan packed, std::span<std::uint8_t> unpacked)
 
 CFstBuffer FstUnpack(EFstPacker packer, SFstSpan packed, std::uint64_t size)
 {
-    if (size > packed.size() * Reach(packer) + ReachMargin)
+    if (size > packed.size() * Reach(packer))
         throw XFstDamage();
     // One byte more than asked for, so that there is always an address to unpack to.
     CFstBuffer buffer(static_cast<std::size_t>(size) + 1);

@@ -12,6 +12,15 @@
 using Kestrin::KTypeInfo;
 using testing::IsNull;
 
+TEST(TypeInfo, IsNotThatOfTheTextReadBeforeItWhereOnlyTheLengthIsTheSame)
+{
+    const KTypeInfo before("e#3#bitc2 01");
+    const KTypeInfo other("e#3#batc2 10");
+    EXPECT_STREQ(other.GetTypeIdentifier(), "bat");
+    EXPECT_STREQ(other.GetTypeInfoString(), "e#3#batc2 10");
+    EXPECT_STREQ(before.GetTypeIdentifier(), "bit");
+}
+
 TEST(TypeInfo, TellsWhatATypeIs)
 {
     const struct {

@@ -176,6 +176,10 @@ TEST(LoadFromList, GivesUpOnMoreChildrenThanASignalMayHave)  // hostile input
         const TReference<ISignalContainer> container = MakeContainer();
         EXPECT_EQ(container->LoadFromList(&list), E_FAIL);
     }
+    EXPECT_EQ(list.childrenAskedFor, 0);
+    list.rows[1].elements = 1 << 24;
+    EXPECT_EQ(MakeContainer()->LoadFromList(&list), E_FAIL) << "but there are not so many";
+    EXPECT_EQ(list.childrenAskedFor, 2);
     list.rows[1].elements = -5;
     const TReference<ISignalContainer> container = MakeContainer();
     EXPECT_EQ(container->LoadFromList(&list), S_OK);

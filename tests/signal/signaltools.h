@@ -154,6 +154,7 @@ public:
     int GetCount() override { return static_cast<int>(top.size()); }
     int GetChild(int parentHandle, int index) override
     {
+        ++childrenAskedFor;
         const std::vector<int> &children = rows[parentHandle].children;
         return static_cast<std::size_t>(index) < children.size() ? children[static_cast<std::size_t>(index)] : -1;
     }
@@ -191,6 +192,7 @@ public:
 
     std::vector<int> top;
     std::map<int, SListRow> rows;
+    int childrenAskedFor = 0;
 };
 
 /// One signal of a database.

@@ -82,6 +82,12 @@ TEST(ClockCommand, SaysWhatIsWrongWithAnOption)
     }
 }
 
+TEST(ClockCommand, TakesPeriodsOfLessThan9200Seconds)
+{
+    EXPECT_EQ(RunShell("tesk clock --freq 1.087e-4Hz").status, 0);
+    EXPECT_THAT(RunShell("tesk clock --freq 1.0869e-4Hz").err, HasSubstr("a period may have 9.2e18 fs at most"));
+}
+
 TEST(ClockCommand, HasAnExampleInItsHelp)
 {
     const SToolRun run = RunShell("tesk clock --help");

@@ -300,10 +300,10 @@ TEST(Convert, KeepsTheAccessRightsOfWhatItReplaces)
 }
 
 // A short dump that is long when written.
-void WriteShortDump(const std::string &file)
+void WriteShortDump(const std::string &file, int changes = 40000)
 {
     std::string text = "$var wire 16384 ! v $end\n$enddefinitions $end\n";
-    for (int i = 0; i < 40000; ++i)
+    for (int i = 0; i < changes; ++i)
         text += '#' + std::to_string(i) + (i % 2 == 0 ? "\nb0 !\n" : "\nb1 !\n");
     WriteBytesTo(file, text);
 }
@@ -330,6 +330,20 @@ TEST(Convert, RemovesItsDraftWhenASignalEndsIt)
         EXPECT_EQ(EndBySignal(folder, "b.vcd", row.name), std::string(row.status) + "\na.vcd\nb.vcd\n") << row.name;
     EXPECT_EQ(ReadFile(folder / "b.vcd"), "old");
     EXPECT_EQ(EndBySignal(folder, "b.zyn", "TERM"), "143\na.vcd\nb.vcd\n");
+}
+
+TEST(Convert, GoesOnWhereTheSignalThatWouldEndItIsIgnored)  // as under nohup
+{
+    const CTemporaryFolder folder;
+    const std::string place = (folder / "").string();
+    WriteShortDump(place + "a.vcd", 1000);
+    const SToolRun run = RunShell("(trap '' HUP; exec tesk convert " + place + "a.vcd " + place +
+                                  "b.vcd) & child=$!; while [ -z \"$(find " + place +
+                                  " -name 'b.vcd.part*' -size +0)\" ] && kill -0 $child; do :; done; "
+                                  "kill -HUP $child; wait $child; echo $?; ls " +
+                                  place);
+    EXPECT_EQ(run.out, "0\na.vcd\nb.vcd\n") << run.err;
+    EXPECT_THAT(ReadFile(place + "b.vcd"), HasSubstr("#999\n"));
 }
 
 TEST(Convert, SaysThatAFileWouldBeLongerThanItMayBe)
@@ -376,6 +390,10 @@ TEST(Convert, NamesFilesOnOneLine)
               "tesk: " + shown + "/b.vcd: cannot be written: No such file or directory\n");
     EXPECT_EQ(Refusal("tests/data/tb.ghdl.vcd '" + name + "/b.zyn'"),
               "tesk: Event stream " + shown + "/b.zyn cannot be written: No such file or directory.\n");
+    for (const char *letter : {"\xC2\xA0", "\xC3\x80"})  // the first behind the control characters, and one like them
+        EXPECT_EQ(Refusal(std::string("'") + letter + "' out.vcd"),
+                  "tesk: " + std::string(letter) + ": there is no such file\n");
+    EXPECT_EQ(Refusal("'\xC2\x9F' out.vcd"), "tesk: \\xC2\\x9F: there is no such file\n");
     WriteBytesTo(name + ".zyn", "no stream");
     EXPECT_EQ(Refusal("'" + name + ".zyn' out.vcd"), "tesk: Event stream " + shown + ".zyn is no event stream.\n");
     WriteStream(name + ".zyn", {});

@@ -104,6 +104,19 @@ TEST(Play, DrawsBlockCharacters)
               "0ns                 20ns\n");
 }
 
+TEST(Play, DrawsTimesUpToTheLargest)
+{
+    const std::string picture = Play("'1 0fs, 0 9000000000000000000fs' --res 1fs --format svg");
+    EXPECT_THAT(picture, HasSubstr(">0sec</text>"));
+    EXPECT_THAT(picture, HasSubstr(">9000sec</text>"));
+}
+
+TEST(Play, TakesTimesOfLessThan9200Seconds)
+{
+    EXPECT_EQ(Play("1 --until 9199.9sec"), "ticks,time,value\n0,0ps,1\n");
+    EXPECT_THAT(RunShell("tesk play 1 --until 9200sec").err, HasSubstr("a time may have 9.2e18 fs at most"));
+}
+
 TEST(Play, DrawsNoMoreThanFits)
 {
     const std::string wave = Play("\"1 0, 0 1 -r 2\" --until 100ns --format wave --width 40");
@@ -130,6 +143,27 @@ TEST(Play, EndsAfterFortyChangesWhereTheStimulatorDoesNot)
     EXPECT_EQ(Lines(Play("\"1 0ns, 0 1ns -r 2ns\" --until 99ns")), 101);
     EXPECT_EQ(Lines(Play("\"1 0ns, 0 1ns -r 2ns -cancel 100ns\"")), 102);
     EXPECT_EQ(Lines(Play("\"$(seq -f '1 %gns' -s, 1 100)\"")), 101);
+}
+
+TEST(Play, EndsWithTheFileThatItReplays)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "long.vcd").string();
+    std::ofstream dump(file);
+    dump << "$timescale 1ns $end $var wire 1 ! x $end $enddefinitions $end\n";
+    for (int i = 0; i < 60; ++i)
+        dump << '#' << i << ' ' << i % 2 << "!\n";
+    dump.close();
+    EXPECT_EQ(Lines(Play("'/custom " + file + ",x'")), 61);
+}
+
+TEST(Play, ReadsTheTableOfAnElementByTheTypeOfTheElement)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "table.csv").string();
+    std::ofstream(file) << "time,m\n0,25\n10,45\n";
+    EXPECT_EQ(Play("'/txt " + file + ",m' --type 'a#1#a1 rict1 2 i#7#integerrict0 99'"),
+              "ticks,time,value,[1],[2]\n0,0ps,\"(25,25)\",25,25\n1,1ps,\"(45,45)\",45,45\n");
 }
 
 TEST(Play, CountsFromTheStart)

@@ -155,6 +155,20 @@ TEST(FstOpening, OfAWholeFileWithItsHierarchyBesideItWarnsOfNothing)
     EXPECT_THROW(Open(folder / "whole.fst"), NTARN::XFileCorrupted);
 }
 
+TEST(FstOpening, PassesOverALastBlockThatIsLongerThanTheFile)
+{
+    const CTemporaryFolder folder;
+    const CBytes times = CByteWriter().Number(40).Number(99).bytes;
+    for (const std::uint64_t missing : {0, 1}) {
+        CByteWriter file;
+        file.Append(Sample().Bytes()).Byte(8).Number(8 + times.size() + missing).Append(times);
+        WriteBytes(folder / "long.fst", file.bytes);
+        const CLogCatcher log;
+        EXPECT_EQ(Open(folder / "long.fst")->GetEndTime(), missing == 0 ? 99 : 40);
+        EXPECT_EQ(log.Messages().size(), missing);
+    }
+}
+
 TEST(FstOpening, PassesOverABlockThatItsWriterDidNotFinish)
 {
     const CTemporaryFolder folder;

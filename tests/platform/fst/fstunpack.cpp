@@ -98,6 +98,25 @@ TEST(Unpacking, GivesBackWhatWasPacked)
     }
 }
 
+TEST(Unpacking, GivesBackWhatCouldNotBePackedTighter)
+{
+    std::vector<std::size_t> sizes = {1'000'000};
+    for (std::size_t size = 0; size < 1200; ++size)
+        sizes.push_back(size);
+    for (const std::size_t size : sizes) {
+        const CBytes zeros(size);
+        EXPECT_EQ(FstUnpack(EFstPacker::Zlib, PackZlib(zeros), size), zeros);
+        EXPECT_EQ(FstUnpack(EFstPacker::Gzip, PackGzip(zeros), size), zeros);
+        EXPECT_EQ(FstUnpack(EFstPacker::Lz4, PackLz4(zeros), size), zeros);
+    }
+    // One letter, and a copy of it that is as long as its bytes can tell.
+    CBytes longest = {0x20, 'a', 7 << 5};
+    longest.insert(longest.end(), 1000, 0xFF);
+    longest.insert(longest.end(), {0, 0});
+    const std::size_t size = 1 + 9 + 1000 * 255;
+    EXPECT_EQ(FstUnpack(EFstPacker::FastLz, longest, size), CBytes(size, 'a'));
+}
+
 TEST(Unpacking, RefusesASizeThatIsNotTheTrueOne)
 {
     const CBytes bytes(1000, 7);

@@ -211,27 +211,60 @@ TEST(VcdClaim, OfElementsIsHeldAgainstTheSizeOfTheFile)
     EXPECT_THAT(SImport(text(bound + 1)).error, HasSubstr("too many for a file of this size"));
 }
 
-TEST(VcdClaim, OfEventsIsHeldAgainstTheSizeOfTheFile)
+// Two bytes of value for two million events.
+std::string DumpOfTooManyEvents()
 {
-    // Two bytes of value for two million events.
     std::string text = "$var wire 2000000 ! a $end $enddefinitions $end";
     for (int i = 0; i < 100; ++i)
         text += "\n#" + std::to_string(i) + " bx ! bz !";
-    class CCounter : public CRecorder {
-    public:
-        void addEvent(const long long *, const WaveEvent *) override { ++count; }
-        long long count = 0;
-    } counter;
+    return text;
+}
+
+void ExpectTooManyEvents(NTARN::IDatabaseStreamWriter &writer, const std::string &text)
+{
     const CTextFile file(text);
     const CLogCatcher log;
     NTARN::NImport::KImport_VCD importer;
-    importer.connectTarnWriter(&counter);
+    importer.connectTarnWriter(&writer);
     importer.setVcdFileName(file.Name());
     importer.vcdImport();
+    EXPECT_THAT(log.Messages(),
+                ElementsAre(HasSubstr(
+                    "changes of single bits, too many for a file of this size; the file is read up to 8 ns")));
+}
+
+class CEventCounter : public CRecorder {
+public:
+    void addEvent(const long long *, const WaveEvent *) override { ++count; }
+    long long count = 0;
+};
+
+TEST(VcdClaim, OfEventsIsHeldAgainstTheSizeOfTheFile)
+{
+    const std::string text = DumpOfTooManyEvents();
+    CEventCounter counter;
+    ExpectTooManyEvents(counter, text);
     EXPECT_EQ(counter.count, static_cast<long long>((1 << 25) + 16 * text.size()));
-    ASSERT_EQ(log.Messages().size(), 1u);
-    EXPECT_THAT(log.Messages()[0],
-                HasSubstr("changes of single bits, too many for a file of this size; the file is read up to 8 ns"));
+}
+
+TEST(VcdClaim, OfEventsIsHeldAgainstTheSizeOfTheFileForAWriterOfWordsToo)
+{
+    class CWordCounter : public CEventCounter, public NTARN::IWordEvents {
+    public:
+        void shareEvents(const long long *, const long long *) override {}
+        void addWord(const long long *, std::intptr_t elements) override { wordSizes.push_back(elements); }
+        void addWordEvents(std::size_t word, const long long *, const WaveWord *, const WaveWord *) override
+        {
+            words += wordSizes[word];
+        }
+        std::vector<std::intptr_t> wordSizes;
+        long long words = 0;  // elements in the words sent: all of them change each time
+    } counter;
+    const std::string text = DumpOfTooManyEvents();
+    ExpectTooManyEvents(counter, text);
+    const auto limit = static_cast<long long>((1 << 25) + 16 * text.size());
+    EXPECT_EQ(counter.count, 0);
+    EXPECT_EQ(counter.words, limit / 64 * 64) << "the last word that fits";
 }
 
 TEST(VcdClaim, OfNamesIsHeldAgainstTheSizeOfTheFile)

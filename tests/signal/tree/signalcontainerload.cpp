@@ -34,6 +34,20 @@ TEST(ContainerLoad, MakesSignalsOfStandardTypeOne)
     EXPECT_EQ(container->GetMaxTime(), 0);
 }
 
+TEST(ContainerLoad, ForgetsTheLastTimeOfTheLoadBefore)
+{
+    const TReference<ISignalContainer> container = MakeContainer();
+    CMemoryList list;
+    list.top = {1};
+    list.AddLeaf(1, "a");
+    list.rows[1].maxTime = 70;
+    ASSERT_EQ(container->LoadFromList(&list), S_OK);
+    EXPECT_EQ(container->GetMaxTime(), 70);
+    CMemoryStream stream(Word(1) + Leaf());
+    ASSERT_EQ(container->Load(&stream, nullptr), S_OK);
+    EXPECT_EQ(container->GetMaxTime(), 0);
+}
+
 TEST(ContainerLoad, RefusesWhatSaveWroteOfNoSignals)
 {
     CMemoryStream stream;

@@ -63,11 +63,18 @@ TEST(SaveToStream, CutsATextThatItsLengthCannotTell)
 TEST(SaveToStream, AnnouncesNoMorePropertiesThanItWrites)
 {
     const TReference<ISignal> signal = MakeEmpty();
-    for (int i = 0; i < 65540; ++i)
+    for (int i = 0; i < 65535; ++i)
         signal->SetProperty(std::to_string(i).c_str(), "");
-    const SLoaded loaded(Saved(*signal));
+    const std::string whole = Saved(*signal);
+    EXPECT_EQ(whole.substr(0, 2), Word(65535));
+    const SLoaded loaded(whole);
     EXPECT_EQ(loaded.result, S_OK);
     EXPECT_EQ(loaded.stream.position, loaded.stream.bytes.size());
+    EXPECT_EQ(PropertyOf(*loaded.signal, "99999"), "(none)");
+    EXPECT_EQ(PropertyOf(*loaded.signal, "9999"), "") << "the last in order";
+
+    signal->SetProperty("99999", "");
+    EXPECT_EQ(Saved(*signal), whole);
 }
 
 TEST(SaveToStream, FailsIfTheCountCannotBeWritten)

@@ -37,6 +37,7 @@ mxArray g_variables[] = {
     {"nofields", 2, 2, TwoByThree, 6, nullptr, -5},
     {"nullfields", 2, 2, TwoByThree, 6, nullptr, 3},
     {"structure", 2, 2, TwoByThree, 6, nullptr, 1, &g_variables[0]},
+    {"row", 2, 1, Six, 6, nullptr, 1, &g_variables[0]},
 };
 
 // The last random matrices, while they are asked for: the values, and the times.

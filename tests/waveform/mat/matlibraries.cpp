@@ -66,9 +66,25 @@ TEST_F(MatLibrariesBinding, IsGivenUpAtTheEndOfTheSimulation)
 {
     ASSERT_TRUE(LoadMatLibraries());
     const HMODULE libmat = LoadLibraryA("libmat.dll");
+    const HMODULE libmx = LoadLibraryA("libmx.dll");
     FreeLibrary(libmat);
+    FreeLibrary(libmx);
     EXPECT_NE(GetProcAddress(libmat, "matOpen"), nullptr);
+    EXPECT_NE(GetProcAddress(libmx, "mxGetNaN"), nullptr);
     IStimulus::OnEndsim();
+    EXPECT_EQ(GetProcAddress(libmat, "matOpen"), nullptr);
+    EXPECT_EQ(GetProcAddress(libmx, "mxGetNaN"), nullptr);
+}
+
+TEST_F(MatLibrariesBinding, ThatFailsHoldsNoLibrary)
+{
+    const CMatlabCopy incomplete;
+    incomplete.Rename("libmx.so", "mxGetNaN");
+    const CInstalledMatlab installed(incomplete.Root());
+    const HMODULE libmat = LoadLibraryA("libmat.dll");
+    ASSERT_NE(GetProcAddress(libmat, "matOpen"), nullptr);
+    EXPECT_FALSE(LoadMatLibraries());
+    FreeLibrary(libmat);
     EXPECT_EQ(GetProcAddress(libmat, "matOpen"), nullptr);
 }
 
@@ -108,6 +124,8 @@ TEST_F(MadeUpMatlab, MayHaveVariablesOfOneDimension)
     EXPECT_THAT(ImportMat("there,line -time_points 1", RealType), ElementsAre("failed"));
     EXPECT_THAT(ImportMat("there,good -time_var line", RealType), ElementsAre("1:1", "2:2"));
     EXPECT_THAT(ImportMat("there,good -time_var point", RealType), ElementsAre("failed"));
+    EXPECT_THAT(ImportMat("there,row(2).f", RealType), ElementsAre("0:1", "1:2"));
+    EXPECT_THAT(ImportMat("there,row(1,1).f", RealType), ElementsAre("failed"));
 }
 
 TEST_F(MadeUpMatlab, IsNotBelievedEverything)

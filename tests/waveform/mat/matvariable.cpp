@@ -93,6 +93,7 @@ TEST_F(MatVariable, DeliberatelyCountsElementsOfStructuresInAnOrderOfItsOwn)
     }
     EXPECT_THAT(ImportMat(path + "sa(3).v", RealType), ElementsAre("0:12"));
     EXPECT_THAT(ImportMat(path + "sa(0,3).v", RealType), ElementsAre("0:11")) << "-1 times 2 and 2 added";
+    EXPECT_THAT(ImportMat(path + "sa(1,1,2).v", RealType), ElementsAre("0:21")) << "one index more than there are";
 }
 
 TEST_F(MatVariable, FindsNothingOnAPathThatLeadsNowhere)
