@@ -1,7 +1,5 @@
 #include "signal/tree/parentlink.h"
 
-#include "signal/tree/signalimp.h"
-
 CParentLink::~CParentLink()
 {
     Leave();
@@ -9,14 +7,13 @@ CParentLink::~CParentLink()
         m_firstChild->Leave();
 }
 
-void CParentLink::Set(ISignal *parent)
+void CParentLink::Set(ISignal *parent, CParentLink *parentLink)
 {
     Leave();
     m_parent = parent;
-    auto *known = dynamic_cast<CSignalImp *>(parent);
-    if (known == nullptr)
+    m_parentLink = parentLink;
+    if (m_parentLink == nullptr)
         return;
-    m_parentLink = &known->m_parent;
     m_next = m_parentLink->m_firstChild;
     if (m_next != nullptr)
         m_next->m_previous = this;

@@ -1,6 +1,7 @@
 // Text properties by name.
 #pragma once
 
+#include <cstddef>
 #include <map>
 
 #include "platform/crt.h"
@@ -14,13 +15,21 @@ struct SPropertyLess {
 };
 
 /// A key exists once whatever its case, and keeps the spelling in which it came first. The walk goes in that order.
-using CPropertyTable = std::map<SimpleString::CStr, SimpleString::CStr, SPropertyLess>;
+class CPropertyTable {
+public:
+    /// @return the text of a property; null if there is none, also for a null `name`
+    const char *Find(const char *name) const;
+    /// The number that the text of a property begins with. @return `byDefault` if there is no such property
+    int GetNumber(const char *name, int byDefault) const;
+    void Set(const char *name, const SimpleString::CStr &text);
+    void SetNumber(const char *name, int number);
+    void Remove(const char *name);
+    void Clear() { m_texts.clear(); }
 
-/// @return the text of a property; null if there is none, also for a null `name`
-inline const char *FindProperty(const CPropertyTable &table, const char *name)
-{
-    if (name == nullptr)
-        return nullptr;
-    const auto entry = table.find(name);
-    return entry != table.end() ? static_cast<const char *>(entry->second) : nullptr;
-}
+    std::size_t size() const { return m_texts.size(); }
+    auto begin() const { return m_texts.begin(); }
+    auto end() const { return m_texts.end(); }
+
+private:
+    std::map<SimpleString::CStr, SimpleString::CStr, SPropertyLess> m_texts;
+};

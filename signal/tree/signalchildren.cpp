@@ -1,9 +1,9 @@
-// The children that the type of a signal describes.
+#include "signal/tree/signalchildren.h"
+
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "signal/tree/signalimp.h"
+namespace tesk {
 
 namespace {
 
@@ -69,44 +69,44 @@ TReference<ISignalContainer> NewContainer()
     return TReference<ISignalContainer>(container);
 }
 
-long AddChild(ISignalContainer &children, ISignal *parent, const Kestrin::KTypeInfo &type, const char *name)
-{
-    const TReference<CSignalImp> child = NewSignal(parent);
-    if (child->ApplyType(type) < 0)
-        return E_FAIL;
-    child->SetName(name);
-    return children.Add(child.get());
-}
-
 }  // namespace
 
-long CSignalImp::BuildArrayChildren(const Kestrin::KTypeInfo &type)
+bool CChildrenMaker::Add(ISignalContainer &children, const Kestrin::KTypeInfo &type, const char *name) const
+{
+    const TReference<ISignal> child = m_makeChild(type);
+    if (child == nullptr)
+        return false;
+    child->SetName(name);
+    return children.Add(child.get()) >= 0;
+}
+
+TReference<ISignalContainer> CChildrenMaker::OfArray(const Kestrin::KTypeInfo &type) const
 {
     TReference<ISignalContainer> children = NewContainer();
     const Kestrin::KTypeInfo *element = type.GetArrayElementKTypeInfo();
     CIndexWalk indices;
     if (children == nullptr || element == nullptr || !indices.Begin(type))
-        return E_FAIL;
+        return nullptr;
     do {
         const std::string name = indices.Name();
-        if (name.size() > LongestElementName || AddChild(*children, this, *element, name.c_str()) < 0)
-            return E_FAIL;
+        if (name.size() > LongestElementName || !Add(*children, *element, name.c_str()))
+            return nullptr;
     } while (indices.Next());
-    TakeChildren(std::move(children));
-    return S_OK;
+    return children;
 }
 
-long CSignalImp::BuildRecordChildren(const Kestrin::KTypeInfo &type)
+TReference<ISignalContainer> CChildrenMaker::OfRecord(const Kestrin::KTypeInfo &type) const
 {
     TReference<ISignalContainer> children = NewContainer();
     if (children == nullptr)
-        return E_FAIL;
+        return nullptr;
     for (int field = 0; field < type.GetNbOfFields(); ++field) {
         const Kestrin::KTypeInfo *fieldType = type.GetFieldKTypeInfo(field);
         const std::string name = std::string(".") + type.GetFieldName(field);
-        if (fieldType == nullptr || AddChild(*children, this, *fieldType, name.c_str()) < 0)
-            return E_FAIL;
+        if (fieldType == nullptr || !Add(*children, *fieldType, name.c_str()))
+            return nullptr;
     }
-    TakeChildren(std::move(children));
-    return S_OK;
+    return children;
 }
+
+}  // namespace tesk

@@ -4,6 +4,7 @@
 
 #include "signal/tree/handlemanager.h"
 #include "signal/tree/signalsprovider.h"
+#include "signal/tree/signaltext.h"
 #include "signal/tree/signalwalk.h"
 
 // The container takes a signal that is removed out of the handle manager. A signal that ends in another way, for
@@ -23,6 +24,12 @@ CSignalImp::~CSignalImp()
 void CSignalImp::SetFlag(unsigned flag, bool on)
 {
     m_flags = on ? m_flags | flag : m_flags & ~flag;
+}
+
+void CSignalImp::LinkTo(ISignal *parent)
+{
+    auto *const known = dynamic_cast<CSignalImp *>(parent);
+    m_parent.Set(parent, known != nullptr ? &known->m_parent : nullptr);
 }
 
 long CSignalImp::GetFullName(char *buffer, unsigned size)
@@ -73,4 +80,41 @@ long CSignalImp::CreateEventIterator(IEventIterator **out)
 long CSignalImp::CreateBusEventIterator(IBusEventIterator **out)
 {
     return m_children != nullptr ? ::CreateBusEventIterator(this, out) : E_FAIL;
+}
+
+// None for a signal without a type.
+std::optional<tesk::CSignalText> CSignalImp::Texts()
+{
+    const Kestrin::KTypeInfo *type = EffectiveType();
+    return type != nullptr ? std::optional(tesk::CSignalText(*this, *type)) : std::nullopt;
+}
+
+const char *CSignalImp::GetValueText(const void *value)
+{
+    const auto texts = Texts();
+    return texts ? texts->OfValue(value) : nullptr;
+}
+
+const char *CSignalImp::GetEventText(IEvent *event)
+{
+    const auto texts = Texts();
+    return texts ? texts->OfEvent(event) : nullptr;
+}
+
+const char *CSignalImp::GetValueTextAt(long long time, int mode)
+{
+    const auto texts = Texts();
+    return texts ? texts->At(time, mode) : nullptr;
+}
+
+const char *CSignalImp::GetInitialValueText(bool flag)
+{
+    const auto texts = Texts();
+    return texts ? texts->OfFirst(flag) : nullptr;
+}
+
+long CSignalImp::ParseValue(const char *text, void *buffer, unsigned size)
+{
+    const auto texts = Texts();
+    return texts ? texts->Parse(text, buffer, size) : E_FAIL;
 }

@@ -1,12 +1,10 @@
 // The implementation of ISignal.
 //
-// Its operations stand in several files: signalimp.cpp structure, signaltype.cpp types, signalchildren.cpp the children
-// that a type describes, signalproperties.cpp the property table, signaltext.cpp the texts of values, signalstream.cpp
-// the saved forms, signalattach.cpp the end of loading.
+// Its operations stand in several files: signalimp.cpp structure and texts, signaltype.cpp types, signalproperties.cpp
+// what is kept in the property table, signalstream.cpp the saved forms, signalattach.cpp the end of loading.
 #pragma once
 
 #include <optional>
-#include <string>
 
 #include "platform/kestrin.h"
 #include "settings/cstr.h"
@@ -15,10 +13,15 @@
 #include "signal/tree/parentlink.h"
 #include "signal/tree/properties.h"
 
+namespace tesk {
+class CChildrenMaker;
+class CSignalText;
+}  // namespace tesk
+
 class CSignalImp final : public TComponent<ISignal, IID_ISignal> {
 public:
     /// A signal without type and wave.
-    explicit CSignalImp(ISignal *parent) : m_parent(parent) {}
+    explicit CSignalImp(ISignal *parent) { LinkTo(parent); }
     ~CSignalImp() override;
 
     const char *GetName() override { return m_name; }
@@ -52,7 +55,7 @@ public:
     const char *GetEventText(IEvent *event) override;
     const char *GetValueTextAt(long long time, int mode) override;
     long Reserved(int ignored) override;
-    const char *GetProperty(const char *name) override { return FindProperty(m_properties, name); }
+    const char *GetProperty(const char *name) override { return m_properties.Find(name); }
     void SetProperty(const char *name, const char *value) override;
     long GetStimulator(int *type, int *strength, char *formula, unsigned size) override;
     void SetStimulator(int type, int strength, const char *formula) override;
@@ -73,7 +76,7 @@ public:
     long AttachFromList(ISignalListReader *reader, ISignalContainer *container, ISignal *parent, int elements) override;
     long ExportToList(ISignalListWriter *writer, int index) override;
     const char *GetInitialValueText(bool flag) override;
-    void SetParent(ISignal *parent) override { m_parent.Set(parent); }
+    void SetParent(ISignal *parent) override { LinkTo(parent); }
     long long GetMaxTime() override { return m_maxTime; }
     bool IsVBus() override { return (m_flags & VBus) != 0; }
 
@@ -90,19 +93,19 @@ private:
     static constexpr unsigned ValueTextOption = 4;
 
     void SetFlag(unsigned flag, bool on);
+    void LinkTo(ISignal *parent);
+    std::optional<tesk::CSignalText> Texts();
 
     // signaltype.cpp
     const Kestrin::KTypeInfo *EffectiveType();
     long ChangeType(const Kestrin::KTypeInfo &type);
     long BuildFor(const Kestrin::KTypeInfo &type);
+    tesk::CChildrenMaker ChildrenMaker();
+    long TakeBuilt(TReference<ISignalContainer> children);
     long BuildWave(const Kestrin::KTypeInfo &type);
     long MakeOwnWave(unsigned size);
     void DeriveStdType();
     void FollowType();
-
-    // signalchildren.cpp
-    long BuildArrayChildren(const Kestrin::KTypeInfo &type);
-    long BuildRecordChildren(const Kestrin::KTypeInfo &type);
 
     // signalattach.cpp
     template <typename AddChild>
@@ -117,26 +120,7 @@ private:
     long LoadChildren(ISignalStream &stream, ISignalContainer &container);
 
     // signalproperties.cpp
-    int GetNumber(const char *name, int byDefault);
-    void SetNumber(const char *name, int number);
-    void SetText(const char *name, const SimpleString::CStr &text);
-    void RemoveProperty(const char *name);
     void SetFormula(int type, int strength, const char *formula);
-
-    // signaltext.cpp
-    std::string TextOf(const Kestrin::KTypeInfo &type, const void *value, std::size_t available, int radix, bool flag);
-    bool AppendText(const Kestrin::KTypeInfo &type, const void *value, std::size_t available, int radix, bool flag);
-    bool AppendScalarAt(const Kestrin::KTypeInfo &type, long long time, int mode);
-    bool AppendVectorAt(const Kestrin::KTypeInfo &type, long long time, int mode);
-    bool AppendCompositeAt(long long time, int mode);
-    bool AppendFirstScalar(const Kestrin::KTypeInfo &type, bool flag);
-    bool AppendFirstVector(const Kestrin::KTypeInfo &type, bool flag);
-    template <typename TextOfChild>
-    bool AppendChildren(TextOfChild textOf);
-    friend class CParentLink;
-
-    bool ReserveScratch();
-    unsigned long long BytesOfChildren();
 
     SimpleString::CStr m_name;
     std::optional<Kestrin::KTypeInfo> m_typeInfo;

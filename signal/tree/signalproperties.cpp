@@ -1,6 +1,6 @@
-// The property table of a signal and what is kept in it: display settings, stimulator, hot key.
+// What a signal keeps in its property table: display settings, stimulator, hot key.
 #include <cstring>
-#include <string>
+#include <iterator>
 
 #include "base/wrap.h"
 #include "core/stimulus.h"
@@ -24,37 +24,12 @@ enum EStimulator { FormulaStimulator = 1, HotKeyStimulator = 2, ClockStimulator 
 
 }  // namespace
 
-int CSignalImp::GetNumber(const char *name, int byDefault)
-{
-    const char *text = GetProperty(name);
-    return text != nullptr ? tesk::ReadInt(text) : byDefault;
-}
-
-void CSignalImp::SetNumber(const char *name, int number)
-{
-    SetText(name, std::to_string(number).c_str());
-}
-
-void CSignalImp::SetText(const char *name, const SimpleString::CStr &text)
-{
-    if (const auto entry = m_properties.find(name); entry != m_properties.end())
-        entry->second = text;
-    else
-        m_properties.emplace(name, text);
-}
-
-void CSignalImp::RemoveProperty(const char *name)
-{
-    if (const auto entry = m_properties.find(name); entry != m_properties.end())
-        m_properties.erase(entry);
-}
-
 void CSignalImp::SetProperty(const char *name, const char *value)
 {
     if (name == nullptr)
         return;
     const SimpleString::CStr text(value);
-    SetText(name, text);
+    m_properties.Set(name, text);
     // Deliberate: other than the table, these four go by letter case.
     if (std::strcmp(name, Handle) == 0)
         m_handle = tesk::ReadInt(text);
@@ -70,44 +45,44 @@ void CSignalImp::SetHandle(int handle)
 {
     m_handle = handle;
     if (handle == -1)
-        RemoveProperty(Handle);
-    else if (GetNumber(Handle, -1) != handle)
-        SetNumber(Handle, handle);
+        m_properties.Remove(Handle);
+    else if (m_properties.GetNumber(Handle, -1) != handle)
+        m_properties.SetNumber(Handle, handle);
 }
 
 int CSignalImp::GetMode()
 {
     constexpr int ModeOfRoot = 6;
     if (GetProperty(Mode) != nullptr || GetParent() == nullptr)
-        return GetNumber(Mode, ModeOfRoot);
+        return m_properties.GetNumber(Mode, ModeOfRoot);
     return GetParent()->GetMode();
 }
 
 void CSignalImp::SetMode(int mode)
 {
-    SetNumber(Mode, mode);
+    m_properties.SetNumber(Mode, mode);
 }
 
 int CSignalImp::GetColor()
 {
-    return GetNumber(Color, 0);
+    return m_properties.GetNumber(Color, 0);
 }
 
 void CSignalImp::SetColor(int color)
 {
-    SetNumber(Color, color);
+    m_properties.SetNumber(Color, color);
 }
 
 int CSignalImp::GetDisplayMode()
 {
-    return GetNumber(DisplayMode, 0);
+    return m_properties.GetNumber(DisplayMode, 0);
 }
 
 long CSignalImp::SetDisplayMode(int mode)
 {
     if (mode == 0 && m_stdType == 0)
         return E_INVALIDARG;
-    SetNumber(DisplayMode, mode);
+    m_properties.SetNumber(DisplayMode, mode);
     return S_OK;
 }
 
@@ -121,9 +96,9 @@ int CSignalImp::GetDisplayRadix()
 long CSignalImp::GetStimulator(int *type, int *strength, char *formula, unsigned size)
 {
     if (type != nullptr)
-        *type = GetNumber(StimulatorType, -1);
+        *type = m_properties.GetNumber(StimulatorType, -1);
     if (strength != nullptr)
-        *strength = GetNumber(StimulatorStrength, -1);
+        *strength = m_properties.GetNumber(StimulatorStrength, -1);
     if (formula == nullptr)
         return S_OK;
     const char *stored = GetProperty(StimulatorFormula);
@@ -138,12 +113,12 @@ long CSignalImp::GetStimulator(int *type, int *strength, char *formula, unsigned
 void CSignalImp::SetStimulator(int type, int strength, const char *formula)
 {
     const SimpleString::CStr kept(formula);  // it may be the text of a property that goes
-    RemoveProperty(HotKey);
+    m_properties.Remove(HotKey);
     if (type == -1 || kept.IsEmpty()) {
         // Deliberate: "Stimulator Clock" stays.
-        RemoveProperty(StimulatorFormula);
-        RemoveProperty(StimulatorType);
-        RemoveProperty(StimulatorStrength);
+        m_properties.Remove(StimulatorFormula);
+        m_properties.Remove(StimulatorType);
+        m_properties.Remove(StimulatorStrength);
         return;
     }
     if (type >= 0 && type <= FormulaStimulator) {
@@ -151,9 +126,9 @@ void CSignalImp::SetStimulator(int type, int strength, const char *formula)
     } else if (type == HotKeyStimulator) {
         SetHotKey(static_cast<signed char>(kept[0]));
     } else if (type == ClockStimulator) {
-        SetText(StimulatorClock, kept);
-        SetNumber(StimulatorType, ClockStimulator);
-        SetNumber(StimulatorStrength, strength);
+        m_properties.Set(StimulatorClock, kept);
+        m_properties.SetNumber(StimulatorType, ClockStimulator);
+        m_properties.SetNumber(StimulatorStrength, strength);
     }
 }
 
@@ -166,30 +141,30 @@ void CSignalImp::SetFormula(int type, int strength, const char *formula)
     SimpleString::CStr canonical;
     stimulus->GetFormula(canonical);
     if (canonical.IsEmpty())
-        RemoveProperty(StimulatorFormula);
+        m_properties.Remove(StimulatorFormula);
     else
-        SetText(StimulatorFormula, canonical);
-    SetNumber(StimulatorType, type);
+        m_properties.Set(StimulatorFormula, canonical);
+    m_properties.SetNumber(StimulatorType, type);
     if (strength == -1)
-        RemoveProperty(StimulatorStrength);
+        m_properties.Remove(StimulatorStrength);
     else
-        SetNumber(StimulatorStrength, strength);
+        m_properties.SetNumber(StimulatorStrength, strength);
 }
 
 int CSignalImp::GetHotKey()
 {
-    return GetNumber(HotKey, 0);
+    return m_properties.GetNumber(HotKey, 0);
 }
 
 void CSignalImp::SetHotKey(int key)
 {
     if (key == 0)
-        RemoveProperty(HotKey);
+        m_properties.Remove(HotKey);
     else
-        SetNumber(HotKey, key);
-    SetNumber(StimulatorType, HotKeyStimulator);  // deliberate: for a key of 0 too
-    RemoveProperty(StimulatorFormula);
-    RemoveProperty(StimulatorClock);
+        m_properties.SetNumber(HotKey, key);
+    m_properties.SetNumber(StimulatorType, HotKeyStimulator);  // deliberate: for a key of 0 too
+    m_properties.Remove(StimulatorFormula);
+    m_properties.Remove(StimulatorClock);
     ForEachChild(*this, [key](ISignal &child) { child.SetHotKey(key); });
 }
 

@@ -94,7 +94,7 @@ bool CSignalImp::LoadProperties(ISignalStream &stream, unsigned count)
     for (; count > 0; --count) {
         if (!ReadText(stream, key) || !ReadText(stream, value))
             return false;
-        SetText(key.c_str(), value.c_str());
+        m_properties.Set(key.c_str(), value.c_str());
         if (_stricmp(key.c_str(), Stimulator) == 0)
             SetStimulatorInfo(value.c_str());
         else if (_stricmp(key.c_str(), VBusName) == 0)

@@ -1,10 +1,12 @@
-// The values of a signal as text, and back.
+#include "signal/tree/signaltext.h"
+
 #include <cstring>
-#include <string>
 #include <vector>
 
-#include "signal/tree/signalimp.h"
+#include "signal/tree/component.h"
 #include "signal/tree/valuescratch.h"
+
+namespace tesk {
 
 namespace {
 
@@ -53,84 +55,79 @@ bool CopyFirstValues(ISignal &signal, unsigned char *buffer, std::size_t size, s
 }  // namespace
 
 // @return the text of a value of which `available` bytes are there; empty if there is none
-std::string CSignalImp::TextOf(const Kestrin::KTypeInfo &type, const void *value, std::size_t available, int radix,
-                               bool flag)
+std::string CSignalText::TextOf(const void *value, std::size_t available, int radix, bool flag) const
 {
     constexpr int WithOption = 2;
-    if (value == nullptr || type.GetSimpleSize_OldFormat() > available)
+    if (value == nullptr || m_type.GetSimpleSize_OldFormat() > available)
         return std::string();
-    return type.GetValueString_OldFormat(value, radix, GetValueTextOption() ? WithOption : 0, -1, flag);
+    return m_type.GetValueString_OldFormat(value, radix, m_signal.GetValueTextOption() ? WithOption : 0, -1, flag);
 }
 
-bool CSignalImp::AppendText(const Kestrin::KTypeInfo &type, const void *value, std::size_t available, int radix,
-                            bool flag)
+bool CSignalText::AppendText(const void *value, std::size_t available, int radix, bool flag) const
 {
-    const std::string text = TextOf(type, value, available, radix, flag);
+    const std::string text = TextOf(value, available, radix, flag);
     ValueScratch().Append(text);
     return !text.empty();
 }
 
-const char *CSignalImp::GetValueText(const void *value)
+const char *CSignalText::OfValue(const void *value) const
 {
-    const Kestrin::KTypeInfo *type = EffectiveType();
-    if (type == nullptr)
-        return nullptr;
-    const std::string text = TextOf(*type, value, type->GetSimpleSize_OldFormat(), Decimal, false);
+    const std::string text = TextOf(value, m_type.GetSimpleSize_OldFormat(), Decimal, false);
     return !text.empty() ? ValueScratch().Put(text) : nullptr;
 }
 
-const char *CSignalImp::GetEventText(IEvent *event)
+const char *CSignalText::OfEvent(IEvent *event) const
 {
-    const Kestrin::KTypeInfo *type = EffectiveType();
-    if (type == nullptr || m_wave == nullptr || event == nullptr)
+    if (m_signal.GetWave() == nullptr || event == nullptr)
         return nullptr;
-    const std::string text = TextOf(*type, event->GetValuePtr(), event->GetValueSize(), Decimal, false);
+    const std::string text = TextOf(event->GetValuePtr(), event->GetValueSize(), Decimal, false);
     return !text.empty() ? ValueScratch().Put(text) : nullptr;
 }
 
 // @return false if there are more children than any signal has
-bool CSignalImp::ReserveScratch()
+bool CSignalText::ReserveScratch() const
 {
     return ValueScratch().ReserveBoth(BytesOfChildren());
 }
 
 // Room for the values of the children, taken to be as wide as the first one's, and one more.
-unsigned long long CSignalImp::BytesOfChildren()
+unsigned long long CSignalText::BytesOfChildren() const
 {
+    ISignalContainer *children = m_signal.GetChildren();
     ISignal *first = nullptr;
-    if (m_children == nullptr || m_children->GetAt(0, &first) < 0)
+    if (children == nullptr || children->GetAt(0, &first) < 0)
         return 0;
-    return (m_children->GetCount() + 1ULL) * first->GetValueSize();
+    return (children->GetCount() + 1ULL) * first->GetValueSize();
 }
 
-const char *CSignalImp::GetValueTextAt(long long time, int mode)
+const char *CSignalText::At(long long time, int mode) const
 {
-    const Kestrin::KTypeInfo *type = EffectiveType();
-    if (type == nullptr || !ReserveScratch())
+    if (!ReserveScratch())
         return nullptr;
     CTextLevel level;
     bool made = false;
-    if (type->IsScalar())
-        made = AppendScalarAt(*type, time, mode);
-    else if (type->IsSimple())
-        made = AppendVectorAt(*type, time, mode);
+    if (m_type.IsScalar())
+        made = AppendScalarAt(time, mode);
+    else if (m_type.IsSimple())
+        made = AppendVectorAt(time, mode);
     else
         made = AppendCompositeAt(time, mode);
     return made ? level.Text() : level.NoText();
 }
 
-bool CSignalImp::AppendScalarAt(const Kestrin::KTypeInfo &type, long long time, int mode)
+bool CSignalText::AppendScalarAt(long long time, int mode) const
 {
+    ISignalWave *wave = m_signal.GetWave();
     IEvent *event = nullptr;
-    if (m_wave == nullptr || m_wave->FindEvent(time, mode, &event) < 0 || !CarriesValue(*event))
+    if (wave == nullptr || wave->FindEvent(time, mode, &event) < 0 || !CarriesValue(*event))
         return false;
-    return AppendText(type, event->GetValuePtr(), event->GetValueSize(), Decimal, false);
+    return AppendText(event->GetValuePtr(), event->GetValueSize(), Decimal, false);
 }
 
-bool CSignalImp::AppendVectorAt(const Kestrin::KTypeInfo &type, long long time, int mode)
+bool CSignalText::AppendVectorAt(long long time, int mode) const
 {
     IBusEventIterator *made = nullptr;
-    if (!ValueScratch().ReserveValue(BytesOfChildren()) || CreateBusEventIterator(&made) < 0)
+    if (!ValueScratch().ReserveValue(BytesOfChildren()) || m_signal.CreateBusEventIterator(&made) < 0)
         return false;
     const TReference<IBusEventIterator> iterator(made);
     if (iterator->Seek(time, mode) < 0 || iterator->GetTotalValueSize() > VectorRoom)
@@ -144,12 +141,12 @@ bool CSignalImp::AppendVectorAt(const Kestrin::KTypeInfo &type, long long time, 
             return false;
         used += size;
     }
-    return AppendText(type, buffer, used, Binary, false);
+    return AppendText(buffer, used, Binary, false);
 }
 
-bool CSignalImp::AppendCompositeAt(long long time, int mode)
+bool CSignalText::AppendCompositeAt(long long time, int mode) const
 {
-    if (m_children == nullptr)
+    if (m_signal.GetChildren() == nullptr)
         return false;
     bool any = false;
     const bool complete = AppendChildren([&](ISignal &child) {
@@ -165,14 +162,15 @@ bool CSignalImp::AppendCompositeAt(long long time, int mode)
 // @param textOf  makes the text of a child
 // @return false if a child could not be got
 template <typename TextOfChild>
-bool CSignalImp::AppendChildren(TextOfChild textOf)
+bool CSignalText::AppendChildren(TextOfChild textOf) const
 {
     CValueScratch &scratch = ValueScratch();
-    const unsigned count = m_children->GetCount();
+    ISignalContainer &children = *m_signal.GetChildren();
+    const unsigned count = children.GetCount();
     scratch.Append("(");
     for (unsigned i = 0; i < count; ++i) {
         ISignal *child = nullptr;
-        if (m_children->GetAt(i, &child) < 0)
+        if (children.GetAt(i, &child) < 0)
             return false;
         const std::size_t cursor = scratch.Cursor();
         AppendForeign(scratch, textOf(*child), cursor);
@@ -184,52 +182,53 @@ bool CSignalImp::AppendChildren(TextOfChild textOf)
     return true;
 }
 
-const char *CSignalImp::GetInitialValueText(bool flag)
+const char *CSignalText::OfFirst(bool flag) const
 {
-    const Kestrin::KTypeInfo *type = EffectiveType();
-    if (type == nullptr || !ReserveScratch())
+    if (!ReserveScratch())
         return nullptr;
     CTextLevel level;
     bool made = true;
-    if (type->IsScalar())
-        made = AppendFirstScalar(*type, flag);
-    else if (m_children == nullptr)
+    if (m_type.IsScalar())
+        made = AppendFirstScalar(flag);
+    else if (m_signal.GetChildren() == nullptr)
         return level.Abandon();
-    else if (type->IsSimple())
-        made = AppendFirstVector(*type, flag);
+    else if (m_type.IsSimple())
+        made = AppendFirstVector(flag);
     else if (!AppendChildren([flag](ISignal &child) { return child.GetInitialValueText(flag); }))
         return level.Abandon();
     return made ? level.Text() : level.NoText();
 }
 
-bool CSignalImp::AppendFirstScalar(const Kestrin::KTypeInfo &type, bool flag)
+bool CSignalText::AppendFirstScalar(bool flag) const
 {
     CValueScratch &scratch = ValueScratch();
-    if (m_wave == nullptr || m_wave->GetEventValue(0, scratch.Value(), static_cast<unsigned>(scratch.ValueSize())) < 0)
+    ISignalWave *wave = m_signal.GetWave();
+    if (wave == nullptr || wave->GetEventValue(0, scratch.Value(), static_cast<unsigned>(scratch.ValueSize())) < 0)
         return false;
-    return AppendText(type, scratch.Value(), m_wave->GetValueWidth(), Decimal, flag);
+    return AppendText(scratch.Value(), wave->GetValueWidth(), Decimal, flag);
 }
 
-bool CSignalImp::AppendFirstVector(const Kestrin::KTypeInfo &type, bool flag)
+bool CSignalText::AppendFirstVector(bool flag) const
 {
     CValueScratch &scratch = ValueScratch();
     std::size_t used = 0;
-    if (!CopyFirstValues(*this, scratch.Value(), scratch.ValueSize(), used))
+    if (!CopyFirstValues(m_signal, scratch.Value(), scratch.ValueSize(), used))
         return false;
-    return AppendText(type, scratch.Value(), used, Binary, flag);
+    return AppendText(scratch.Value(), used, Binary, flag);
 }
 
-long CSignalImp::ParseValue(const char *text, void *buffer, unsigned size)
+long CSignalText::Parse(const char *text, void *buffer, unsigned size) const
 {
-    const Kestrin::KTypeInfo *type = EffectiveType();
-    if (type == nullptr || !type->IsScalar() || text == nullptr)
+    if (!m_type.IsScalar() || text == nullptr)
         return E_FAIL;
-    std::vector<unsigned char> value(type->GetSimpleSize_OldFormat());
+    std::vector<unsigned char> value(m_type.GetSimpleSize_OldFormat());
     const unsigned needed = static_cast<unsigned>(value.size());
-    if (!type->GetBytes_OldFormat(text, value.data(), needed, Binary, 0))
+    if (!m_type.GetBytes_OldFormat(text, value.data(), needed, Binary, 0))
         return E_FAIL;
     if (needed > size || buffer == nullptr)
         return E_INVALIDARG;
     std::memcpy(buffer, value.data(), needed);
     return S_OK;
 }
+
+}  // namespace tesk

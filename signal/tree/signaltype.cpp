@@ -1,44 +1,15 @@
 // The types of signals: what is built for them, and what follows from them.
-#include <algorithm>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "base/limits.h"
 #include "platform/crt.h"
+#include "signal/tree/countsignals.h"
+#include "signal/tree/signalchildren.h"
 #include "signal/tree/signalimp.h"
 
 namespace {
-
-constexpr long long TooMany = MaxSignals + 1;
-
-// Indices of a dimension are walked from left to right, whichever is the greater.
-long long WalkLength(const Kestrin::KTypeInfo &array, int dimension)
-{
-    int left = 0, right = 0, direction = 0;
-    array.GetArrayDimensionRanges(dimension, left, right, direction);
-    const long long span = static_cast<long long>(right) - left;
-    return (span < 0 ? -span : span) + 1;
-}
-
-// The number of signals below a signal of this type, at most `TooMany`. A long name counts for several signals, so that
-// the memory for names is bounded too.
-long long CountSignals(const Kestrin::KTypeInfo &type)
-{
-    constexpr std::size_t LongName = 256;
-    long long count = 0;
-    if (const Kestrin::KTypeInfo *element = type.GetArrayElementKTypeInfo(); element != nullptr) {
-        count = 1 + CountSignals(*element);
-        for (int dimension = 0; dimension < type.GetNbOfDimensions(); ++dimension)
-            count = std::min(count * WalkLength(type, dimension), TooMany);
-    }
-    for (int field = 0; field < type.GetNbOfFields(); ++field) {
-        const Kestrin::KTypeInfo *fieldType = type.GetFieldKTypeInfo(field);
-        count += 1 + static_cast<long long>(std::strlen(type.GetFieldName(field)) / LongName);
-        count += fieldType != nullptr ? CountSignals(*fieldType) : 0;
-        count = std::min(count, TooMany);
-    }
-    return count;
-}
 
 struct SStdType {
     const char *name;
@@ -93,7 +64,7 @@ try {
 long CSignalImp::ChangeType(const Kestrin::KTypeInfo &type)
 {
     m_stdType = 0;
-    return CountSignals(type) <= MaxSignals ? ApplyType(type) : E_FAIL;
+    return tesk::CountSignals(type) <= MaxSignals ? ApplyType(type) : E_FAIL;
 }
 
 long CSignalImp::ApplyType(const Kestrin::KTypeInfo &type)
@@ -132,10 +103,28 @@ long CSignalImp::BuildFor(const Kestrin::KTypeInfo &type)
 {
     switch (type.GetKind()) {
     case 0: return E_FAIL;
-    case 4: return BuildArrayChildren(type);
-    case 5: return BuildRecordChildren(type);
+    case 4: return TakeBuilt(ChildrenMaker().OfArray(type));
+    case 5: return TakeBuilt(ChildrenMaker().OfRecord(type));
     default: return BuildWave(type);
     }
+}
+
+tesk::CChildrenMaker CSignalImp::ChildrenMaker()
+{
+    return tesk::CChildrenMaker([this](const Kestrin::KTypeInfo &type) -> TReference<ISignal> {
+        TReference<CSignalImp> child = NewSignal(this);
+        if (child->ApplyType(type) < 0)
+            return nullptr;
+        return child;
+    });
+}
+
+long CSignalImp::TakeBuilt(TReference<ISignalContainer> children)
+{
+    if (children == nullptr)
+        return E_FAIL;
+    TakeChildren(std::move(children));
+    return S_OK;
 }
 
 // Deliberate: a scalar of fewer than 4 bytes gets a fresh wave each time, since its wave is 4 wide.

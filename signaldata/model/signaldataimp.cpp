@@ -57,7 +57,7 @@ long CSignalDataImp::SetProperty(const char *name, const char *value)
     if (name == nullptr || value == nullptr)
         return E_FAIL;
     const SimpleString::CStr text(value);  // it may be the text that goes
-    m_properties[name] = text;
+    m_properties.Set(name, text);
     return S_OK;
 }
 
@@ -79,7 +79,7 @@ void CSignalDataImp::Reset()
     m_handle = -1;
     m_mode = 0;
     m_maxTime = -1;
-    m_properties.clear();
+    m_properties.Clear();
     m_typeInfo.reset();
     m_children.clear();
     m_scalars.clear();

@@ -38,7 +38,7 @@ public:
     unsigned GetChildCount() override { return static_cast<unsigned>(m_children.size()); }
     unsigned GetScalarCount() override { return static_cast<unsigned>(m_scalars.size()); }
     void *GetReserved() override { return nullptr; }
-    const char *GetProperty(const char *name) override { return FindProperty(m_properties, name); }
+    const char *GetProperty(const char *name) override { return m_properties.Find(name); }
 
 private:
     void Reset();
