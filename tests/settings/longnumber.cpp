@@ -257,7 +257,7 @@ TEST(LongNumber, AgreesWithArithmeticOnTexts)
 TEST(LongNumber, AgreesWithArithmeticOnTextsWhereLongDecimalTextsAreCutIntoBlocks)
 {
     std::mt19937 random(2);
-    for (const std::size_t count : {607, 608, 609, 1215, 1216, 1217, 1824, 1900, 3100}) {
+    for (const std::size_t count : {607U, 608U, 609U, 1215U, 1216U, 1217U, 1824U, 1900U, 3100U}) {
         const std::string digits = reference::RandomDigits(random, 10, count);
         EXPECT_EQ(Write(CLongNumber(digits.c_str(), 10), 12000, false).text, reference::FromDecimal(digits)) << count;
     }

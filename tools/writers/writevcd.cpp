@@ -99,19 +99,26 @@ std::string Letters(const std::string &value)
     return letters;
 }
 
+// A change to a value that may have many letters.
+std::string LongChange(char kind, const std::string &value, const std::string &code)
+{
+    std::string line(1, kind);
+    return line.append(value).append(" ").append(code);
+}
+
 // One value change, on a line of its own.
 std::string ChangeLine(const SVariable &variable, const std::optional<std::string> &value)
 {
     switch (variable.kind) {
     case EKind::Bits: {
         const std::string letters = value ? Letters(*value) : "z";
-        return (variable.width == 1 ? letters : "b" + letters + " ") + variable.code;
+        return variable.width == 1 ? letters + variable.code : LongChange('b', letters, variable.code);
     }
     case EKind::Integer:
-        return "b" + (value ? VcdBits(static_cast<unsigned long long>(std::stoll(*value)), 64) : "z") + " " +
-               variable.code;
-    case EKind::Real: return "r" + value.value_or("nan") + " " + variable.code;
-    default: return "s" + VcdEscapedText(value.value_or("")) + " " + variable.code;
+        return LongChange('b', value ? VcdBits(static_cast<unsigned long long>(std::stoll(*value)), 64) : "z",
+                          variable.code);
+    case EKind::Real: return LongChange('r', value.value_or("nan"), variable.code);
+    default: return LongChange('s', VcdEscapedText(value.value_or("")), variable.code);
     }
 }
 

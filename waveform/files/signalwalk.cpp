@@ -22,7 +22,7 @@ std::vector<long long> IdentifyEvents(IWaveformFile &file, const SFileSignal &si
 CSignalWalk::CSignalWalk(IWaveformFile &file, const SFileSignal &signal)
 {
     for (std::size_t i = 0; i < static_cast<std::size_t>(signal.elementCount); ++i) {
-        m_elements.emplace_back(file.Walk(signal.firstElement + static_cast<long long>(i)));
+        m_elements.push_back({file.Walk(signal.firstElement + static_cast<long long>(i))});
         m_values.emplace_back();
         if (i % GroupSize == 0)
             m_groups.emplace_back();

@@ -87,7 +87,7 @@ TEST(FastLz, ReadsAnyBytesWithoutHarm)
 TEST(Unpacking, GivesBackWhatWasPacked)
 {
     std::mt19937 random(2);
-    for (const std::size_t size : {1, 2, 33, 1000, 70000}) {
+    for (const std::size_t size : {1U, 2U, 33U, 1000U, 70000U}) {
         CBytes bytes(size);
         std::ranges::generate(bytes, [&] { return static_cast<std::uint8_t>(random() % 3); });
         EXPECT_EQ(FstUnpack(EFstPacker::Zlib, PackZlib(bytes), size), bytes);
