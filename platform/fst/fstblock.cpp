@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
+
+#include "platform/fst/fstlimits.h"
 
 namespace NTARN {
 namespace {
@@ -45,33 +48,51 @@ private:
     CFstBytes m_rest;
 };
 
-}  // namespace
-
-CFstTimes::CFstTimes(CFstBytes bytes, std::uint64_t count)
+// The first and the last of times that are written as distances, none of them too long.
+std::pair<std::uint64_t, std::uint64_t> Ends(CFstBytes bytes, std::uint64_t count)
 {
     if (count > bytes.Rest().size())
         throw XFstDamage();
-    m_far.reserve(static_cast<std::size_t>(count));
+    std::uint64_t first = 0;
     std::uint64_t time = 0;
     for (std::uint64_t i = 0; i < count; ++i) {
         const std::uint64_t distance = bytes.Varint();
         if (distance > MostTime - time)
             throw XFstDamage();
         time += distance;
-        m_far.push_back(time);
+        first = i == 0 ? time : first;
     }
-    Shorten();
+    return {first, time};
 }
 
-void CFstTimes::Shorten()
+}  // namespace
+
+CFstTimes::CFstTimes(CFstBytes bytes, std::uint64_t count)
 {
-    if (m_far.empty() || m_far.back() - m_far.front() > std::numeric_limits<std::uint32_t>::max())
+    if (count == 0)
         return;
-    m_first = m_far.front();
-    m_near.resize(m_far.size());
-    std::ranges::transform(m_far, m_near.begin(),
-                           [this](std::uint64_t time) { return static_cast<std::uint32_t>(time - m_first); });
-    m_far = {};
+    const auto [first, last] = Ends(bytes, count);
+    m_first = first;
+    const bool isNear = last - first <= std::numeric_limits<std::uint32_t>::max();
+    isNear ? m_near.reserve(static_cast<std::size_t>(count)) : m_far.reserve(static_cast<std::size_t>(count));
+    std::uint64_t time = 0;
+    for (std::uint64_t i = 0; i < count; ++i) {
+        time += bytes.Varint();
+        if (isNear)
+            m_near.push_back(static_cast<std::uint32_t>(time - first));
+        else
+            m_far.push_back(time);
+    }
+}
+
+void CFstTimes::MoveInto(std::uint64_t begin, std::uint64_t end)
+{
+    if (Count() == 0 || At(0) >= begin || begin > end || At(Count() - 1) - At(0) > end - begin)
+        return;
+    const std::uint64_t distance = begin - At(0);
+    m_first += distance;
+    for (std::uint64_t &time : m_far)
+        time += distance;
 }
 
 CFstPositions::CFstPositions(CFstBytes index, EFstBlock kind, SFstStretch chains) : m_chains(chains)
@@ -153,10 +174,10 @@ void CFstPositions::Add(std::uint64_t chain)
     Skip(1);
 }
 
-CFstBlock::CFstBlock(CFstFile &file, const SFstChangeBlock &block)
+CFstBlock::CFstBlock(CFstFile &file, const SFstChangeBlock &block, std::uint64_t mostTimes)
 {
     ReadHead(file, block);
-    ReadTail(file, block);
+    ReadTail(file, block, mostTimes);
 }
 
 // Begin, end and memory are followed by the frame, then by the packer's letter and the chains.
@@ -182,15 +203,20 @@ void CFstBlock::ReadHead(CFstFile &file, const SFstChangeBlock &block)
 }
 
 // The table of positions, its size, the times, their sizes and count.
-void CFstBlock::ReadTail(CFstFile &file, const SFstChangeBlock &block)
+void CFstBlock::ReadTail(CFstFile &file, const SFstChangeBlock &block, std::uint64_t mostTimes)
 {
     const SFstStretch tail = TakeEnd(m_chains, TimesTailSize);
     const CFstBuffer sizes = file.Read(tail.position, tail.size);
     CFstBytes numbers(sizes);
     const std::uint64_t timesSize = numbers.Number();
     const SFstStretch times = TakeEnd(m_chains, numbers.Number());
-    const CFstBuffer packedTimes = file.Read(times.position, times.size);
-    m_times = CFstTimes(CFstBytes(FstInflateIfPacked(packedTimes, timesSize)), numbers.Number());
+    const std::uint64_t count = numbers.Number();
+    if (count > mostTimes)
+        throw XFstTooMuch{{}, "times"};
+    if (timesSize / MostVarint > count)
+        throw XFstDamage();
+    const CFstBuffer distances = FstInflateIfPacked(file.Read(times.position, times.size), timesSize);
+    m_times = CFstTimes(CFstBytes(distances), count);
 
     const SFstStretch indexSize = TakeEnd(m_chains, 8);
     const SFstStretch index = TakeEnd(m_chains, CFstBytes(file.Read(indexSize.position, indexSize.size)).Number());
@@ -198,19 +224,22 @@ void CFstBlock::ReadTail(CFstFile &file, const SFstChangeBlock &block)
 }
 
 // In front of each chain stands its unpacked size, 0 if it was not packed.
-CFstBuffer CFstBlock::Chain(CFstFile &file, std::uint32_t store) const
+CFstBuffer CFstBlock::Chain(CFstFile &file, const SFstStretch &stretch, std::uint64_t most) const
 {
-    const SFstStretch stretch = m_positions.Find(store);
     if (stretch.size == 0)
         return {};
-    const CFstBuffer packed = file.Read(stretch.position, stretch.size);
+    CFstBuffer packed = file.Read(stretch.position, stretch.size);
     CFstBytes bytes(packed);
     const std::uint64_t size = bytes.Varint();
+    if (std::max<std::uint64_t>(size, stretch.size) > most)
+        throw XFstTooMuch{{}, "changes"};
     return size == 0 ? CFstBuffer(bytes.Rest().begin(), bytes.Rest().end()) : FstUnpack(m_packer, bytes.Rest(), size);
 }
 
-CFstBuffer CFstBlock::Frame(CFstFile &file) const
+CFstBuffer CFstBlock::Frame(CFstFile &file, std::uint64_t most) const
 {
+    if (m_frameSize > most)
+        throw XFstTooMuch{{}, "values"};
     return FstInflateIfPacked(file.Read(m_frame.position, m_frame.size), m_frameSize);
 }
 

@@ -16,13 +16,15 @@ public:
     /// @param bytes  `count` distances between times. @throw XFstDamage
     CFstTimes(CFstBytes bytes, std::uint64_t count);
 
+    /// Some writers let the times of a block count from the last one of the block before. Moves such times to the
+    /// begin of their block, if they then lie inside it.
+    void MoveInto(std::uint64_t begin, std::uint64_t end);
+
     std::size_t Count() const { return m_near.empty() ? m_far.size() : m_near.size(); }
     std::uint64_t At(std::size_t index) const { return m_near.empty() ? m_far[index] : m_first + m_near[index]; }
     std::size_t Memory() const { return m_near.size() * sizeof m_near[0] + m_far.size() * sizeof m_far[0]; }
 
 private:
-    void Shorten();
-
     std::uint64_t m_first = 0;
     std::vector<std::uint32_t> m_near;  // distances from the first time
     std::vector<std::uint64_t> m_far;   // used instead where one is too long
@@ -46,6 +48,9 @@ public:
 
     /// Of size 0 if the store has no changes.
     SFstStretch Find(std::uint32_t store) const;
+    /// How many entries there are, and the store of each.
+    std::size_t EntryCount() const { return m_entries.size(); }
+    std::uint32_t StoreOf(std::size_t entry) const { return m_entries[entry].store; }
     std::size_t Memory() const { return m_entries.size() * sizeof m_entries[0] + m_begins.size() * sizeof m_begins[0]; }
 
 private:
@@ -70,20 +75,27 @@ private:
 
 class CFstBlock {
 public:
+    /// @param mostTimes  more are not read
     /// @throw XFstDamage
-    CFstBlock(CFstFile &file, const SFstChangeBlock &block);
+    CFstBlock(CFstFile &file, const SFstChangeBlock &block, std::uint64_t mostTimes);
 
     const CFstTimes &Times() const { return m_times; }
-    /// The changes of a store, unpacked; empty if it has none here. @throw XFstDamage
-    CFstBuffer Chain(CFstFile &file, std::uint32_t store) const;
-    /// The value of every store at the beginning of the block. @throw XFstDamage
-    CFstBuffer Frame(CFstFile &file) const;
+    CFstTimes &Times() { return m_times; }
+    const CFstPositions &Positions() const { return m_positions; }
+    /// The changes in a stretch that the positions tell, unpacked.
+    /// @param most  bytes, more are not unpacked
+    /// @throw XFstDamage
+    CFstBuffer Chain(CFstFile &file, const SFstStretch &stretch, std::uint64_t most) const;
+    /// The value of every store at the beginning of the block.
+    /// @param most  bytes, more are not unpacked
+    /// @throw XFstDamage
+    CFstBuffer Frame(CFstFile &file, std::uint64_t most) const;
 
     std::size_t Memory() const { return sizeof *this + m_times.Memory() + m_positions.Memory(); }
 
 private:
     void ReadHead(CFstFile &file, const SFstChangeBlock &block);
-    void ReadTail(CFstFile &file, const SFstChangeBlock &block);
+    void ReadTail(CFstFile &file, const SFstChangeBlock &block, std::uint64_t mostTimes);
 
     CFstTimes m_times;
     CFstPositions m_positions;

@@ -9,6 +9,7 @@
 #include <optional>
 #include <span>
 
+#include "platform/fst/fstlimits.h"
 #include "platform/tarn.h"
 
 namespace NTARN {
@@ -47,7 +48,8 @@ std::uint64_t SizeOf(std::FILE *file)
 // Unpacks gzip from one file into another, in parts.
 class CUnwrapper {
 public:
-    CUnwrapper(std::FILE *from, std::FILE *to) : m_from(from), m_to(to)
+    /// @param size  more than this is not unpacked
+    CUnwrapper(std::FILE *from, std::FILE *to, std::uint64_t size) : m_from(from), m_to(to), m_left(size)
     {
         if (inflateInit2(&m_stream, MAX_WBITS + 16) != Z_OK)
             throw std::bad_alloc();
@@ -79,6 +81,9 @@ private:
             m_stream.avail_out = PartSize;
             result = inflate(&m_stream, Z_NO_FLUSH);
             const std::size_t size = PartSize - m_stream.avail_out;
+            if (size > m_left)
+                throw XFileCorrupted();
+            m_left -= size;
             if (std::fwrite(m_unpacked, 1, size, m_to) != size)
                 throw XFstNoRoom();
         } while (result == Z_OK && m_stream.avail_out == 0);
@@ -87,6 +92,7 @@ private:
 
     std::FILE *m_from;
     std::FILE *m_to;
+    std::uint64_t m_left;
     z_stream m_stream = {};
     std::uint8_t m_packed[PartSize];
     std::uint8_t m_unpacked[PartSize];
@@ -100,7 +106,7 @@ CFstFile::CFstFile(const std::string &path)
     m_file.reset(std::fopen(path.c_str(), "rb"));
     if (!m_file)
         throw XFileCorrupted();
-    m_size = SizeOf(m_file.get());
+    m_size = m_packedSize = SizeOf(m_file.get());
 }
 
 CFstBuffer CFstFile::Read(std::uint64_t position, std::uint64_t size)
@@ -117,12 +123,18 @@ void CFstFile::Unwrap()
 {
     if (m_size == 0 || Read(0, 1)[0] != WrapperType)
         return;
-    if (m_size < WrapperHeadSize || !Seek(m_file.get(), WrapperHeadSize))
+    if (m_size < WrapperHeadSize)
+        throw XFileCorrupted();
+    const CFstBuffer head = Read(0, WrapperHeadSize);
+    const std::uint64_t size = CFstBytes(SFstSpan(head).last(8)).Number();
+    if (size > SFstLimits(m_size).Wrapped())
+        throw XFstTooMuch{{}, "packed bytes"};
+    if (!Seek(m_file.get(), WrapperHeadSize))
         throw XFileCorrupted();
     FilePtr unpacked(std::tmpfile());
     if (!unpacked)
         throw XFstNoRoom();
-    std::make_unique<CUnwrapper>(m_file.get(), unpacked.get())->Run();
+    std::make_unique<CUnwrapper>(m_file.get(), unpacked.get(), size)->Run();
     if (std::fflush(unpacked.get()) != 0)
         throw XFstNoRoom();
     m_size = SizeOf(unpacked.get());

@@ -16,10 +16,12 @@ public:
     /// @throw XFileDoesNotExist, or XFileCorrupted if it is no regular file or must not be read
     explicit CFstFile(const std::string &path);
     /// Unpacks a file that its writer packed as a whole into a temporary one, which takes its place.
-    /// @throw XFileCorrupted, XFstNoRoom
+    /// @throw XFileCorrupted, XFstNoRoom; XFstTooMuch if it claims to be longer than one that packs so small
     void Unwrap();
 
     std::uint64_t Size() const { return m_size; }
+    /// As it lies on the disk, packed as a whole or not.
+    std::uint64_t PackedSize() const { return m_packedSize; }
     /// @throw XFstDamage if the file does not have all of these bytes, or cannot be read
     CFstBuffer Read(std::uint64_t position, std::uint64_t size);
 
@@ -31,6 +33,7 @@ private:
 
     FilePtr m_file;
     std::uint64_t m_size = 0;
+    std::uint64_t m_packedSize = 0;
 };
 
 /// Raised where a file that is packed as a whole cannot be unpacked, for want of room for temporary files.

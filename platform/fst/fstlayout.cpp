@@ -108,6 +108,14 @@ std::uint64_t SFstLayout::End() const
     return end;
 }
 
+std::uint64_t SFstLayout::Begin() const
+{
+    std::uint64_t begin = header.begin;
+    for (const SFstChangeBlock &block : changes)
+        begin = std::min(begin, block.begin);
+    return begin;
+}
+
 SFstLayout ReadFstLayout(CFstFile &file)
 {
     std::optional<SFstBlock> block = BlockAt(file, 0);

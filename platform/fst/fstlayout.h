@@ -53,6 +53,8 @@ struct SFstLayout {
 
     /// The last time: of a file that is cut off that of its last whole block.
     std::uint64_t End() const;
+    /// The first time.
+    std::uint64_t Begin() const;
 };
 
 /// Goes through the blocks of a file.

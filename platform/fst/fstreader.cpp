@@ -36,13 +36,27 @@ CFstFile Open(const std::string &path)
 // A writer that was killed, or was told so, leaves the hierarchy in a file of its own.
 CFstHierarchy OpenHierarchy(CFstFile &file, const SFstLayout &layout, const std::string &path)
 {
-    CFstBuffer bytes = layout.hierarchy ? ReadFstHierarchy(file, *layout.hierarchy) : ReadFstSidecar(path + ".hier");
-    if (bytes.empty() && !layout.hierarchy)
-        throw XFstDamage();
-    CFstHierarchy hierarchy(std::move(bytes), layout.isCut && !layout.hierarchy);
+    SFstLimits limits(file.PackedSize());
+    CFstBuffer bytes;
+    if (layout.hierarchy) {
+        bytes = ReadFstHierarchy(file, *layout.hierarchy, limits);
+    } else {
+        bytes = ReadFstSidecar(path + ".hier");
+        limits = SFstLimits(file.PackedSize() + bytes.size());
+        if (bytes.empty())
+            throw XFstDamage();
+    }
+    CFstHierarchy hierarchy(std::move(bytes), layout.isCut && !layout.hierarchy, limits);
     if (layout.geometry)
         CheckFstGeometry(file, *layout.geometry, hierarchy.Stores());
     return hierarchy;
+}
+
+// Times are not negative: where the time zero would make them so, they count from the first one.
+long long TimeZero(const SFstLayout &layout)
+{
+    const auto begin = static_cast<long long>(layout.Begin());
+    return layout.header.timeZero < -begin ? -begin : layout.header.timeZero;
 }
 
 std::string BusTypeText(int left, int right)
@@ -64,8 +78,7 @@ void Warn(const std::string &text)
 CFstReader::CFstReader(const std::string &path)
     : m_path(path), m_file(Open(path)), m_layout(ReadFstLayout(m_file)),
       m_hierarchy(OpenHierarchy(m_file, m_layout, path)), m_variables(m_hierarchy.Variables()),
-      m_stores(m_hierarchy.Stores()), m_clock{m_layout.header.timeZero,
-                                              PowerOfTen(FemtosecondScale - m_layout.header.scale)},
+      m_stores(m_hierarchy.Stores()), m_clock{TimeZero(m_layout), PowerOfTen(FemtosecondScale - m_layout.header.scale)},
       m_resolution(PowerOfTen(m_layout.header.scale - FemtosecondScale)), m_values(m_file, m_layout, m_stores, m_clock),
       m_separator(GetVHDLHierarchySeparator())
 {
@@ -89,7 +102,7 @@ std::string CFstReader::GetName(int handle)
         return {};
     if (element < 0)
         return m_hierarchy.Path(*variable, m_separator);
-    const SFstName &name = variable->name;
+    const SFstName name = m_hierarchy.Name(*variable);
     return "[" + std::to_string(name.left >= name.right ? name.left - element : name.left + element) + "]";
 }
 
@@ -103,7 +116,7 @@ const KTypeInfo &CFstReader::GetType(int handle)
         return none;
     if (m_stores[variable->store].kind == SFstStore::EKind::Real)
         return real;
-    return element >= 0 || Width(*variable) == 1 ? bit : BusType(variable->name);
+    return element >= 0 || Width(*variable) == 1 ? bit : BusType(m_hierarchy.Name(*variable));
 }
 
 KEventIterator CFstReader::EventsFrom(int handle, long long time)
@@ -163,7 +176,7 @@ std::pair<const SFileEvent *, std::size_t> CFstReader::Events(int handle)
     WarnOfDamage();
     if (events.begins.empty())
         return {nullptr, 0};
-    const std::size_t *begin = &events.begins[static_cast<std::size_t>(std::max(element, 0))];
+    const std::uint32_t *begin = &events.begins[static_cast<std::size_t>(std::max(element, 0))];
     return {events.events.data() + begin[0], begin[1] - begin[0]};
 }
 
@@ -185,11 +198,16 @@ void CFstReader::GiveHandles()
 
 void CFstReader::WarnOfOpening() const
 {
+    if (m_clock.timeZero != m_layout.header.timeZero)
+        Warn("Waveform file `" + m_path + "' begins before time 0: its times are counted from its begin.");
     if (m_layout.isCut)
         Warn("Waveform file `" + m_path + "' is cut off: it is read up to time " +
              std::to_string(m_clock.Time(m_layout.End())) + ".");
     else if (m_layout.header.blocks > m_layout.changes.size())
         Warn("Waveform file `" + m_path + "' is damaged: some of its value changes are missing.");
+    if (m_hierarchy.WideCount() > 0)
+        Warn("Waveform file `" + m_path + "': signals of more than " + std::to_string(CFstHierarchy::MostWidth) +
+             " bits are left out (" + std::to_string(m_hierarchy.WideCount()) + ").");
     if (m_hierarchy.TextCount() > 0)
         Warn("Waveform file `" + m_path + "': signals of text are left out (" +
              std::to_string(m_hierarchy.TextCount()) + ").");
@@ -200,7 +218,8 @@ void CFstReader::WarnOfDamage()
     if (m_hasWarned || !m_values.FirstDamage())
         return;
     m_hasWarned = true;
-    Warn("Waveform file `" + m_path + "' is damaged: value changes behind time " +
+    const char *const reason = m_values.IsTooMuch() ? "' claims more than a file of its size can hold" : "' is damaged";
+    Warn("Waveform file `" + m_path + reason + ": value changes behind time " +
          std::to_string(m_clock.Time(*m_values.FirstDamage())) + " are left out.");
 }
 

@@ -6,6 +6,7 @@
 
 #include "platform/felvarbase.h"
 #include "platform/log.h"
+#include "platform/names/signalname.h"
 #include "platform/vcd/vcdwords.h"
 
 namespace NTARN::NImport {
@@ -191,9 +192,10 @@ void CVcdReader::OpenScope(std::string_view body)
     std::string_view name = TakeVcdWord(body);
     if (name.empty())
         return;
+    std::string words;
     for (; !name.empty(); name = TakeVcdWord(body))
-        m_scope.append(name).append(" ");
-    m_scope.back() = GetVHDLHierarchySeparator();
+        words.append(words.empty() ? "" : " ").append(name);
+    m_scope.append(SpellSignalName(words)).append(1, GetVHDLHierarchySeparator());
 }
 
 // One that is not open is not missed.

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <iterator>
 
+#include "platform/names/signalname.h"
 #include "platform/vcd/vcdtext.h"
 #include "platform/vcd/vcdwords.h"
 
@@ -53,22 +54,30 @@ bool DropRange(std::string_view &name, std::size_t escaped, SRange &range)
 
 struct SReference {
     std::string text;         // name and what is in brackets behind it
-    std::size_t escaped = 0;  // length of an escaped name
+    std::size_t escaped = 0;  // length of an escaped name, or of an extended identifier
 };
 
 // Joins the words of a reference. What is in brackets stands without blanks.
 SReference ReadReference(std::string_view rest)
 {
     SReference reference;
+    rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
+    // Blanks may stand in an extended identifier, but not in an escaped one, which ends at the first.
+    const std::size_t extended = ExtendedLength(rest);
+    if (extended > 0 && (extended == rest.size() || rest[extended] == ' ' || rest[extended] == '[')) {
+        reference.text = rest.substr(0, extended);
+        rest.remove_prefix(extended);
+        reference.escaped = extended;
+    } else if (rest.starts_with('\\')) {
+        reference.text = TakeVcdWord(rest);
+        reference.escaped = reference.text.size();
+    }
     bool isOpen = false;
     for (std::string_view word = TakeVcdWord(rest); !word.empty(); word = TakeVcdWord(rest)) {
         if (!reference.text.empty() && !isOpen && word.front() != '[')
             reference.text += ' ';
-        const bool isEscaped = reference.text.empty() && word.front() == '\\';
         reference.text += word;
-        if (isEscaped)
-            reference.escaped = word.size();
-        else if (const std::size_t bracket = word.find_last_of("[]"); bracket != std::string_view::npos)
+        if (const std::size_t bracket = word.find_last_of("[]"); bracket != std::string_view::npos)
             isOpen = word[bracket] == '[';
     }
     return reference;
@@ -97,7 +106,8 @@ void SetReference(SVcdVariable &variable, const SReference &reference)
         else if (variable.kind == EVcdKind::Bus && DropPackedRanges(packed, reference.escaped, variable.width))
             name = packed;
     }
-    variable.name = name;
+    const std::string_view identifier = name.substr(0, std::min(reference.escaped, name.size()));
+    variable.name = SpellSignalName(identifier) + SpellSignalName(name.substr(identifier.size()));
     variable.left = range.left;
     variable.right = range.right;
 }

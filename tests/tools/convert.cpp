@@ -204,29 +204,36 @@ TEST(Convert, CutsNamesIntoScopesThatGiveThemBack)
     const CTemporaryFolder folder;
     const std::string file = (folder / "a.zyn").string();
     const std::string dump = (folder / "a.vcd").string();
-    const char *const names[] = {"a",  "a.b", "tb.\\odd.name\\.q", "tb.\\odd name\\", "tb.\\to+the.end[3]", "tb..q",
-                                 ".q", "q.",  "tb.g(0).q",         "tb.m[1]"};
+    const char *const names[] = {
+        "a",  "a.b", "tb.\\odd.name\\.q", "tb.\\odd name\\", "tb.\\to+the.end[3]", "tb..q",
+        ".q", "q.",  "tb.g(0).q",         "tb.m[1]",         "tb.\\x+y\\[3]",      "$unit.a$b"};
+    const char *const spelled[] = {
+        "a",  "a.b", "tb.\\odd.name\\.q", "tb.\\odd name\\", "tb.\\to+the.end[3]\\", "tb..q",
+        ".q", "q.",  "tb.g[0].q",         "tb.m[1]",         "tb.\\x+y\\[3]",        "$unit.a$b"};
     std::vector<STreeNode> nodes;
     std::string list = "signal,type,changes,first,last\n";
-    for (const char *name : names) {
+    for (const char *name : names)
         nodes.push_back(Bit(name, {{0, "\2"}}));
+    for (const char *name : spelled)
         list += name + ",std_logic,1,0ps,0ps\n"s;
-    }
     WriteStream(file, nodes);
     Succeed("tesk convert " + file + " " + dump);
     EXPECT_EQ(RunShell("tesk signals " + dump).out, list);
-    EXPECT_THAT(ReadFile(dump), HasSubstr("$scope module \\odd.name\\ $end\n$var wire 1 # q $end\n"));
+    EXPECT_THAT(ReadFile(dump), HasSubstr("$scope module \\odd.name $end\n$var wire 1 # q $end\n"));
+    EXPECT_THAT(ReadFile(dump), HasSubstr("$var wire 1 + \\x+y [3] $end\n"));
 }
 
 TEST(Convert, ReplacesWhatADumpCannotHoldInAName)
 {
     const CTemporaryFolder folder;
     const std::string file = (folder / "a.zyn").string();
-    WriteStream(file, {Bit("", {}), Bit("a $end b", {}), Bit("x\n.y\t", {})});
+    WriteStream(file, {Bit("", {}), Bit("\\a $end b\\", {}), Bit("x\n.y\t", {}), Bit("$end", {})});
     EXPECT_THAT(DumpOf(file), HasSubstr("$var wire 1 ! _ $end\n"
-                                        "$var wire 1 \" a__end_b $end\n"
+                                        "$var wire 1 \" \\a _end b\\ $end\n"
                                         "$scope module x_ $end\n"
-                                        "$var wire 1 # y_ $end\n"));
+                                        "$var wire 1 # y_ $end\n"
+                                        "$upscope $end\n"
+                                        "$var wire 1 $ _end $end\n"));
 }
 
 TEST(Convert, LeavesNothingBehindWhereItRefuses)

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "platform/stream/streamfiles.h"
@@ -60,6 +61,43 @@ TEST(Signals, ListsTheSignalsInTheRecordsOfAStream)
     EXPECT_EQ(Signals(file), "signal,type,changes,first,last\n"
                              "tb.r.clk,std_logic,1,5ps,5ps\n"
                              "tb.r.data,std_logic_vector(1 downto 0),2,1ps,3ps\n");
+}
+
+// Parentheses, escaped and extended identifiers, in a VCD, in the FST of it, and in a VCD of that again.
+TEST(Signals, NamesAreThoseThatAFormulaTakes)
+{
+    const CTemporaryFolder folder;
+    const std::string stem = (folder / "names").string();
+    std::string dump = "$timescale 1ns $end\n$scope module tb $end\n$scope module gen(0) $end\n";
+    char code = '!';
+    for (const char *name : {"x", "m(3)", "\\a+b", "\\a.b(1) [3]", "\\two, words\\", "\\a\\b", "$unit", "a$b"})
+        dump += std::string("$var wire 1 ") + code++ + " " + name + " $end\n";
+    dump += "$upscope $end\n$upscope $end\n$enddefinitions $end\n#0\n";
+    for (char c = '!'; c < code; ++c)
+        dump += std::string("0") + c + "\n";
+    dump += "#5\n";
+    for (char c = '!'; c < code; ++c)
+        dump += std::string("1") + c + "\n";
+    WriteBytesTo(stem + ".vcd", dump + "#9\n");
+    ASSERT_EQ(
+        RunShell("vcd2fst " + stem + ".vcd " + stem + ".fst && tesk convert " + stem + ".fst " + stem + "2.vcd").status,
+        0);
+    const std::string list = Signals(stem + ".vcd");
+    EXPECT_THAT(list, HasSubstr("\ntb.gen[0].m[3],"));
+    EXPECT_THAT(list, HasSubstr("\ntb.gen[0].\\a+b\\,"));
+    EXPECT_EQ(Signals(stem + ".fst"), list);
+    EXPECT_EQ(Signals(stem + "2.vcd"), list);
+    const nlohmann::json signals = nlohmann::json::parse(Signals(stem + ".vcd --format json"))["signals"];
+    EXPECT_EQ(signals.size(), 8U);
+    for (const nlohmann::json &signal : signals) {
+        const std::string name = signal["signal"];
+        for (const char *file : {".vcd", ".fst", "2.vcd"}) {
+            const SToolRun run =
+                RunShell("tesk play '/custom " + stem + file + "," + name + "' --type std_logic --res 1ns");
+            EXPECT_THAT(run.out, StartsWith("ticks,time,value\n0,0ns,0\n5,5ns,1\n")) << name << run.err;
+        }
+    }
+    EXPECT_EQ(RunShell("tesk play '/custom " + stem + ".fst,tb.gen(0).x' --type std_logic").status, 0);
 }
 
 TEST(Signals, LeavesTheTimesOfASignalWithoutChangesEmpty)

@@ -12,5 +12,6 @@ struct SVcdName {
 };
 
 /// Cuts a path at the hierarchy separators outside extended identifiers, so that a reader who joins the parts has the
-/// path again. No part is empty, and what a dump's words cannot hold becomes "_".
+/// path again. No part is empty, and what a dump's words cannot hold becomes "_". An extended identifier `\a+b\` becomes
+/// the Verilog escaped one, `\a+b`, wherever one can hold the same letters.
 SVcdName SplitVcdName(const std::string &path);

@@ -126,6 +126,7 @@ public:
     bool isPacked = true;   // chains at all
     int hierarchyKind = 4;  // 4, 6 or 7; -1 for none
     bool hasGeometry = true;
+    std::size_t geometryExcess = 0;  // bytes behind the geometry that no one asked for
     bool isBigEndian = false;
     int scale = -9;
     std::int64_t timeZero = 0;
@@ -172,19 +173,21 @@ public:
     }
 
     const CBytes &Hierarchy() const { return m_hierarchy.bytes; }
+    /// Any bytes of a hierarchy.
+    CFstMaker &RawHierarchy(const CBytes &bytes)
+    {
+        m_hierarchy.Append(bytes);
+        return *this;
+    }
 
     CBytes Bytes() const
     {
         CByteWriter file;
         file.Block(0, Header()).Append(m_blocks.bytes);
         if (hasGeometry) {
-            const CBytes packed = PackZlib(m_geometry.bytes);
-            const bool isShorter = packed.size() < m_geometry.bytes.size();
-            file.Block(3, CByteWriter()
-                              .Number(m_geometry.bytes.size())
-                              .Number(m_stores.size())
-                              .Append(isShorter ? packed : m_geometry.bytes)
-                              .bytes);
+            const CBytes geometry = CByteWriter(m_geometry).Append(CBytes(geometryExcess)).bytes;
+            file.Block(3,
+                       CByteWriter().Number(geometry.size()).Number(m_stores.size()).Append(Shorter(geometry)).bytes);
         }
         if (hierarchyKind >= 0)
             file.Block(static_cast<std::uint64_t>(hierarchyKind), HierarchyContents());
@@ -195,15 +198,24 @@ public:
     CBytes BlockContents(std::uint64_t first, const std::vector<std::uint64_t> &times, const std::string &frame,
                          const std::vector<CFstChanges> &changes) const
     {
+        const auto [chains, index] = Chains(changes);
+        return RawBlockContents(first, times.empty() ? first : times.back(), Distances(times), times.size(), frame,
+                                chains, index);
+    }
+
+    /// The same of parts that are made already.
+    CBytes RawBlockContents(std::uint64_t first, std::uint64_t last, const CBytes &distances, std::uint64_t timeCount,
+                            const std::string &frame, const CBytes &chains, const CBytes &index) const
+    {
         const CBytes frameBytes(frame.begin(), frame.end());
         const CBytes framePacked = Shorter(frameBytes);
         CByteWriter block;
-        block.Number(first).Number(times.empty() ? first : times.back()).Number(1000);
+        block.Number(first).Number(last).Number(1000);
         block.Varint(frameBytes.size()).Varint(framePacked.size()).Varint(m_stores.size()).Append(framePacked);
         block.Varint(m_stores.size()).Byte(static_cast<std::uint8_t>(packer));
-        const auto [chains, index] = Chains(changes);
         block.Append(chains).Append(index).Number(index.size());
-        AppendTimes(block, times);
+        const CBytes packed = Shorter(distances);
+        block.Append(packed).Number(distances.size()).Number(packed.size()).Number(timeCount);
         return block.bytes;
     }
 
@@ -242,7 +254,7 @@ private:
         return contents.Varint(once.size()).Append(PackLz4(once)).bytes;
     }
 
-    static void AppendTimes(CByteWriter &block, const std::vector<std::uint64_t> &times)
+    static CBytes Distances(const std::vector<std::uint64_t> &times)
     {
         CByteWriter distances;
         std::uint64_t last = 0;
@@ -250,8 +262,7 @@ private:
             distances.Varint(time - last);
             last = time;
         }
-        const CBytes packed = Shorter(distances.bytes);
-        block.Append(packed).Number(distances.bytes.size()).Number(packed.size()).Number(times.size());
+        return distances.bytes;
     }
 
     CBytes Pack(const CBytes &bytes) const

@@ -103,6 +103,16 @@ TEST(FstNames, LeaveOutScopesWithoutAName)
     EXPECT_THAT(CFile(maker).Names(), ElementsAre("a.b", "c"));
 }
 
+TEST(FstNames, AreSpelledAsAFormulaTakesThem)
+{
+    CFstMaker maker;
+    maker.Scope("gen(0)").Variable(maker.Wire, "m(3)", 1).EndScope();
+    maker.Scope("\\s+1").Variable(maker.Wire, "\\a+b [1:0]", 2).Variable(maker.Wire, "\\c", 1);
+    maker.Variable(maker.Wire, "\\v h\\", 1).Variable(maker.Wire, "\\d [3]", 1);
+    EXPECT_THAT(CFile(maker).Names(),
+                ElementsAre("gen[0].m[3]", "\\s+1\\.\\a+b\\", "\\s+1\\.\\c\\", "\\s+1\\.\\v h\\", "\\s+1\\.\\d\\[3]"));
+}
+
 TEST(FstTypes, TellBitsBusesAndReals)
 {
     const CFile file(Sample());
@@ -215,12 +225,43 @@ TEST(FstFile, CountsInFemtosecondsWhatHasShorterTicks)
 TEST(FstFile, MovesAllTimesByItsTimeZero)
 {
     CFstMaker maker = Sample();
-    maker.timeZero = -15;
+    maker.timeZero = 15;
     const CFile file(maker);
-    EXPECT_EQ(file->GetEndTime(), 25);
-    EXPECT_THAT(file.Events(1), ElementsAre(SEvent{-15, 2}, SEvent{-5, 3}, SEvent{5, 3}, SEvent{15, 4}));
+    EXPECT_EQ(file->GetEndTime(), 55);
+    EXPECT_THAT(file.Events(1), ElementsAre(SEvent{15, 2}, SEvent{25, 3}, SEvent{35, 3}, SEvent{45, 4}));
     maker.timeZero = INT64_MAX;
     EXPECT_EQ(CFile(maker)->GetEndTime(), INT64_MAX);
+}
+
+TEST(FstFile, ThatBeginsBeforeTimeZeroIsCountedFromItsBegin)
+{
+    for (const auto &[timeZero, begin] : {std::pair(-15LL, 0LL), {INT64_MIN, 0}, {-2, 3}, {-5, 0}, {-6, 0}}) {
+        const std::uint64_t first = timeZero >= -6 && timeZero <= -2 ? 5 : 0;
+        CFstMaker maker;
+        maker.begin = first;
+        maker.end = 40;
+        maker.timeZero = timeZero;
+        maker.Variable(maker.Wire, "a", 1).Block(first, {first, first + 10}, "x", {{{0, "0"}, {1, "1"}}});
+        const CLogCatcher log;
+        const CFile file(maker);
+        EXPECT_THAT(file.Events(1), ElementsAre(SEvent{begin, 2}, SEvent{begin + 10, 3})) << timeZero;
+        EXPECT_EQ(file->GetEndTime(), 40 - static_cast<long long>(first) + begin);
+        EXPECT_EQ(log.Messages().size(), timeZero < -static_cast<long long>(first) ? 1U : 0U) << timeZero;
+    }
+}
+
+// As some writers count: from the last time of the block before.
+TEST(FstFile, MovesTimesThatStartAnewInABlockToItsBegin)
+{
+    CFstMaker maker;
+    maker.end = 80;
+    maker.Variable(maker.Wire, "a", 1).Block(0, {0, 40}, "x", {{{0, "0"}, {1, "1"}}});
+    CBytes later = maker.BlockContents(45, {5, 40}, "1", {{{0, "0"}, {1, "z"}}});
+    later[15] = 80;  // its end
+    maker.Raw(8, later);
+    const CLogCatcher log;
+    EXPECT_THAT(CFile(maker).Events(1), ElementsAre(SEvent{0, 2}, SEvent{40, 3}, SEvent{45, 2}, SEvent{80, 4}));
+    EXPECT_THAT(log.Messages(), IsEmpty());
 }
 
 TEST(FstFile, ReadsTheSameInEveryForm)
@@ -307,6 +348,47 @@ TEST(FstValues, OfAPortAreItsStates)
     EXPECT_THAT(file.Events(3), ElementsAre(SEvent{0, 3}));
     EXPECT_THAT(file.Events(4), ElementsAre(SEvent{0, 4}));
     EXPECT_THAT(file.Events(5), ElementsAre(SEvent{0, 1}));
+}
+
+// Of writers that know nothing of the three letters a bit.
+TEST(FstValues, OfAPortOfAnyOtherLengthAreBits)
+{
+    CFstMaker maker;
+    maker.Variable(maker.Port, "p", 4).Variable(maker.Port, "q", 1);
+    maker.Block(0, {0, 3}, "xxxxx", {{{0, "01zh"}, {1, "0110"}}, {{1, "1"}}});
+    const CFile file(maker);
+    EXPECT_EQ(file->GetChildRange(1).last - file->GetChildRange(1).first, 3);
+    EXPECT_THAT(file.Events(4), ElementsAre(SEvent{0, 3}));
+    EXPECT_THAT(file.Events(5), ElementsAre(SEvent{0, 4}, SEvent{3, 3}));
+    EXPECT_THAT(file.Events(2), ElementsAre(SEvent{3, 3}));
+}
+
+// A writer finds out that they do, and then keeps their changes once.
+TEST(FstEvents, OfSignalsThatChangeAlikeAreKeptOnce)
+{
+    CFstMaker maker;
+    maker.Variable(maker.Wire, "a", 1).Variable(maker.Wire, "b", 1).Variable(maker.Wire, "c", 1);
+    const CFstChanges same = {{0, "1"}, {1, "0"}};
+    maker.Block(0, {0, 7}, "xxx", {same, same, same}).Block(7, {7, 9}, "000", {{{1, "1"}}, {{1, "1"}}, {}});
+    const CFile file(maker);
+    EXPECT_EQ(file.Events(1), file.Events(2));
+    EXPECT_EQ(file->EventsFrom(1, 0).event(), file->EventsFrom(2, 0).event());
+    EXPECT_NE(file->EventsFrom(1, 0).event(), file->EventsFrom(3, 0).event());
+    EXPECT_THAT(file.Events(3), ElementsAre(SEvent{0, 3}, SEvent{7, 2}));
+}
+
+// Values that are written as bits, then as letters, then as bits again.
+TEST(FstEvents, OfABusAreItsChangesHoweverItsValuesAreWritten)
+{
+    CFstMaker maker;
+    maker.Variable(maker.Reg, "v", 9);
+    maker.Block(
+        0, {0, 1, 2, 3, 4, 5}, std::string(9, 'x'),
+        {{{0, "000000000"}, {1, "100000001"}, {2, "10000000z"}, {3, "100000001"}, {4, "100000001"}, {5, "000000001"}}});
+    const CFile file(maker);
+    EXPECT_THAT(file.Events(2), ElementsAre(SEvent{0, 2}, SEvent{1, 3}, SEvent{5, 2}));
+    EXPECT_THAT(file.Events(3), ElementsAre(SEvent{0, 2}));
+    EXPECT_THAT(file.Events(10), ElementsAre(SEvent{0, 2}, SEvent{1, 3}, SEvent{2, 4}, SEvent{3, 3}));
 }
 
 TEST(FstInitialValues, ComeFromTheFrameOfTheFirstBlockOnly)
