@@ -1,6 +1,7 @@
 // tesk play and tesk check, from the shell.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <string>
@@ -119,9 +120,9 @@ TEST(Play, TakesTimesOfLessThan9200Seconds)
 
 TEST(Play, DrawsNoMoreThanFits)
 {
-    const std::string wave = Play("\"1 0, 0 1 -r 2\" --until 100ns --format wave --width 40");
+    const std::string wave = Play("\"1 0ps, 0 1ps -r 2ps\" --until 100ns --format wave --width 40");
     EXPECT_THAT(wave, HasSubstr("▒▒▒▒"));
-    const std::string svg = Play("\"1 0, 0 1 -r 2\" --until 100ns --format svg");
+    const std::string svg = Play("\"1 0ps, 0 1ps -r 2ps\" --until 100ns --format svg");
     EXPECT_LT(svg.size(), 5000U);
 }
 
@@ -191,7 +192,7 @@ TEST(Play, RefusesAFormulaInOneLine)
         const char *part;
     } rows[] = {{"0 0ns, 1 -5ns", "part 2, \"1 -5ns\""},
                 {",1 5ns", "part 1 is empty"},
-                {" ", "part 1 is empty"},
+                {" ", "the formula is empty"},
                 {"-r 5ns, -cancel 7ns", "no event"}};
     for (const auto &row : rows) {
         const SToolRun run = RunShell("tesk play -- '" + std::string(row.formula) + "'");
@@ -207,7 +208,7 @@ TEST(Play, TellsWhatAFormulaOfAnotherKindNeeds)
     const struct {
         const char *formula;
         const char *part;
-    } rows[] = {{"\\random\\1\\5\\0\\10\\20ns", "with \\RANDOM in capitals"},
+    } rows[] = {{"\\random\\1\\5\\0\\10\\20ns", "the keyword is in capitals; write \\RANDOM"},
                 {"\\counter\\TYPE\\2", "tesk counter"},
                 {"/brel", "such as (H10 L10)4"},
                 {"/custom f.vcd,s", "No such file or directory"},
@@ -325,7 +326,7 @@ TEST(Play, RefusesWhatDoesNotFitTheType)
     const SToolRun run = RunShell("tesk play 'qqq 0ns' --type 'std_logic_vector(1 downto 0)'");
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(Lines(run.err), 1);
-    EXPECT_THAT(run.err, HasSubstr("cannot be split into 2 elements"));
+    EXPECT_THAT(run.err, HasSubstr("\"q\" is no value of \"std_logic\""));
     EXPECT_EQ(RunShell("tesk play '1 0ns' --type nothing").status, 1);
     EXPECT_EQ(RunShell("tesk play '1 0ns' --count 0").status, 2);
     EXPECT_EQ(RunShell("tesk play '1 0ns' --type 'bit_vector(1 to 2000000000)'").status, 1);
@@ -338,13 +339,34 @@ TEST(Check, WritesTheCanonicalTextAndTheVerdict)
         int status;
         const char *out;
     } rows[] = {
-        {"1 5ns, 0 2ns, 1 5ns", 1, "1 5ns, 0 2ns\nThe relative events are not in rising order.\n"},
+        {"1 5ns, 0 2ns, 1 5ns", 1,
+         "1 5ns, 0 2ns\n"
+         "warning: part 2, column 8: \"0\" at 2ns lies before the first event, with which the formula begins, and is "
+         "not "
+         "played; write the events in the order of their times\n"
+         "warning: part 3, column 15: \"1\" at 5ns has the time of \"1\", which is not played; of two values at one "
+         "time "
+         "the later one counts\n"
+         "The relative events are not in rising order.\n"},
         {"1  10ns,0 20 ns -R 30ns", 0, "1 10ns, 0 20ns -r 30ns\nThe times are consistent.\n"},
         {"1 10ns, 0 @5ns", 1, "1 10ns, 0 @15ns\nThe absolute event at 5ns lies before the stimulator starts.\n"},
-        {"1 0ns, 0 20ns -r 10ns", 1, "1 0ns, 0 20ns -r 10ns\nThe repeat period is shorter than the sequence.\n"},
-        {"1 5ns -cancel 5ns", 1, "1 5ns -cancel 5ns\nThe stimulator is cancelled before it starts.\n"},
+        {"1 0ns, 0 20ns -r 10ns", 1,
+         "1 0ns, 0 20ns -r 10ns\n"
+         "warning: part 2, column 8: \"0\" at 20ns lies behind the period of 10ns, and is not played; give -r a longer "
+         "time\n"
+         "The repeat period is shorter than the sequence.\n"},
+        {"1 5ns -cancel 5ns", 1,
+         "1 5ns -cancel 5ns\n"
+         "warning: part 1, column 1: \"1\" at 5ns is not before the cancel time, and is not played\n"
+         "The stimulator is cancelled before it starts.\n"},
         {"1 0ns, 0 5ns -cancel 5ns", 1,
-         "1 0ns, 0 5ns -cancel 5ns\nThe cancel time is not later than the last relative event.\n"},
+         "1 0ns, 0 5ns -cancel 5ns\n"
+         "warning: part 2, column 8: \"0\" at 5ns is not before the cancel time, and is not played\n"
+         "The cancel time is not later than the last relative event.\n"},
+        {"1 10ns, 0 20nz", 1,
+         "1 10ns, 0 0ps\n"
+         "error: part 2, column 11: unknown time unit \"nz\" in \"20nz\"; the time counts as 0; did you mean ns?\n"
+         "The relative events are not in rising order.\n"},
     };
     for (const auto &row : rows) {
         const SToolRun run = RunShell("tesk check '" + std::string(row.formula) + "'");
@@ -352,4 +374,51 @@ TEST(Check, WritesTheCanonicalTextAndTheVerdict)
         EXPECT_EQ(run.out, row.out);
         EXPECT_EQ(run.err, "");
     }
+}
+
+TEST(Check, TellsFindingsAsData)
+{
+    const SToolRun run = RunShell("tesk check '1 10ns, 0 20nz' --format json");
+    EXPECT_EQ(run.status, 1);
+    const nlohmann::json data = nlohmann::json::parse(run.out);
+    EXPECT_EQ(data["formula"], "1 10ns, 0 20nz");
+    EXPECT_EQ(data["status"], 1);
+    ASSERT_EQ(data["findings"].size(), 1U);
+    EXPECT_EQ(data["findings"][0]["severity"], "error");
+    EXPECT_EQ(data["findings"][0]["part"], 2);
+    EXPECT_EQ(data["findings"][0]["column"], 11);
+    EXPECT_EQ(data["findings"][0]["advice"], "did you mean ns?");
+}
+
+TEST(Check, ReadsAFormulaALineFromStandardInput)
+{
+    const SToolRun run = RunShell("printf '1 10ns\\n\\n1 -5ns\\n0 1nz\\n' | tesk check -");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.out, AllOf(StartsWith("1 10ns\nThe times are consistent.\n"), HasSubstr("unknown time unit")));
+    EXPECT_THAT(run.err, StartsWith("tesk: line 3: formula \"1 -5ns\""));
+    EXPECT_EQ(RunShell("printf '1 10ns\\n' | tesk check -").status, 0);
+}
+
+TEST(Check, RefusesAnEmptyFormula)
+{
+    EXPECT_EQ(RunShell("tesk check ''").status, 1);
+}
+
+TEST(Play, TellsOnStandardErrorWhatAFormulaDropsAndPlaysIt)
+{
+    const SToolRun run = RunShell("tesk play '1 0ns, 0 20nz'");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, "ticks,time,value\n0,0ps,0\n");
+    EXPECT_THAT(run.err, StartsWith("tesk: error: part 2, column 10: unknown time unit \"nz\""));
+}
+
+TEST(Play, IsStrictWhereItIsToldTo)
+{
+    for (const char *command : {"play", "split --count 2"}) {
+        const SToolRun run = RunShell("tesk " + std::string(command) + " '1 0ns, 0 20nz' --strict");
+        EXPECT_EQ(run.status, 1) << command;
+        EXPECT_EQ(run.out, "") << command;
+        EXPECT_THAT(run.err, HasSubstr("unknown time unit")) << command;
+    }
+    EXPECT_EQ(RunShell("tesk play '1 0ns -r 30' --strict").status, 0);  // a warning alone
 }

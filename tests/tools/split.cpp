@@ -37,7 +37,9 @@ TEST(SplitCommand, TakesAggregatesApart)
 
 TEST(SplitCommand, ReadsTimesAtTheResolutionAndFromTheStart)
 {
-    EXPECT_EQ(Split("'1 1500ps -cancel 10ns' --count 1 --res 1ns --start 5ns"), "1 1000ps,-cancel 10ns\n");
+    const SToolRun run = RunShell("tesk split '1 1500ps -cancel 10ns' --count 1 --res 1ns --start 5ns");
+    EXPECT_EQ(run.out, "1 1000ps,-cancel 10ns\n");
+    EXPECT_THAT(run.err, HasSubstr("\"1500ps\" is no whole number of ticks of 1ns"));
 }
 
 TEST(SplitCommand, WarnsOfLostBits)
@@ -56,7 +58,7 @@ TEST(SplitCommand, SaysInOneLineWhatItRefuses)
     } rows[] = {
         {"'01 0ns, qx01 5ns -r 10ns' --count 2", "part 2, \"qx01 5ns -r 10ns\", cannot be split into 2 elements"},
         {"'() 0ns' --count 2 --aggregate", "part 1, \"() 0ns\", cannot be split into 2 elements"},
-        {"'' --count 2", "formula: \"\", cannot be split"},
+        {"'' --count 2", "the formula is empty"},
         {"'1 -5ns' --count 2", "part 1, \"1 -5ns\", has no value or a time below 0"},
     };
     for (const auto &row : rows) {

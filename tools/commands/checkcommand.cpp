@@ -3,10 +3,14 @@
 #include <memory>
 #include <string>
 
+#include <nlohmann/json.hpp>
+
 #include "tools/commands/commands.h"
+#include "tools/examine/explained.h"
 #include "tools/play/fileformula.h"
 #include "tools/play/formula.h"
 #include "tools/play/typeargument.h"
+#include "tools/quote.h"
 #include "tools/timetext.h"
 
 namespace {
@@ -16,6 +20,7 @@ struct SCheckOptions {
     std::string type;
     std::string resolution = "1ps";
     std::string start;
+    std::string format = "text";
 };
 
 // The settings check in words; `time` is that of the event which result 1 is about.
@@ -33,22 +38,98 @@ std::string Verdict(int result, const std::string &time)
     }
 }
 
-int Check(const SCheckOptions &options)
+// What a check says of one formula.
+struct SVerdict {
+    std::string canonical;
+    tesk::CFindings findings;
+    int result = 0;  // of the settings check
+    std::string text;
+
+    int Status() const { return result == 0 && !tesk::HasError(findings) ? 0 : 1; }
+};
+
+SVerdict Judge(const SCheckOptions &options, const std::string &formula)
 {
     const long long resolution = ReadResolution(options.resolution);
     const long long start = options.start.empty() ? 0 : ReadTimeOption("--start", options.start, resolution);
-    if (!options.type.empty())
-        IStimulus::SetupAdditionalInfo(SignalName, ReadTypeArgument(options.type).c_str());
+    const std::string type = options.type.empty() ? "" : ReadTypeArgument(options.type);
+    if (!type.empty())
+        IStimulus::SetupAdditionalInfo(SignalName, type.c_str());
+    const tesk::CExamined examined({formula, type, resolution, start});
     const CSimulationRun run;
-    const tesk::StimulusPtr stimulus = CreateStimulus(options.formula, start, resolution);
+    const tesk::StimulusPtr stimulus = examined.Explain([&] { return CreateStimulus(formula, start, resolution); });
+    SVerdict verdict;
+    verdict.findings = examined.Findings();
     long long time = 0;
-    const int result = stimulus->CheckSettings(&time);  // first: writing the formula moves the events
+    verdict.result = stimulus->CheckSettings(&time);  // first: writing the formula moves the events
     SimpleString::CStr canonical;
     stimulus->GetFormula(canonical);
-    if (canonical.IsEmpty())
-        canonical = options.formula.c_str();  // a kind without a text form of its own
-    std::cout << canonical << '\n' << Verdict(result, TickText(time, resolution)) << '\n';
-    return result == 0 ? 0 : 1;
+    verdict.canonical =
+        canonical.IsEmpty() ? formula : std::string(canonical);  // a kind without a text form of its own
+    verdict.text = Verdict(verdict.result, TickText(time, resolution));
+    return verdict;
+}
+
+const char *NameOf(tesk::ESeverity severity)
+{
+    return severity == tesk::ESeverity::Error ? "error: " : "warning: ";
+}
+
+void WriteText(const SVerdict &verdict)
+{
+    std::cout << verdict.canonical << '\n';
+    for (const tesk::SFinding &finding : verdict.findings)
+        std::cout << NameOf(finding.severity) << tesk::FindingLine(finding) << '\n';
+    // Where the words of a formula are wrong, what its times are is of no interest.
+    if (verdict.result != 0 || !tesk::HasError(verdict.findings))
+        std::cout << verdict.text << '\n';
+}
+
+void WriteJson(const std::string &formula, const SVerdict &verdict)
+{
+    const nlohmann::json data = {{"formula", Printable(formula)},
+                                 {"canonical", Printable(verdict.canonical)},
+                                 {"findings", tesk::FindingsJson(verdict.findings)},
+                                 {"settings", verdict.result},
+                                 {"verdict", verdict.text},
+                                 {"status", verdict.Status()}};
+    std::cout << data.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
+}
+
+int CheckOne(const SCheckOptions &options, const std::string &formula)
+{
+    const SVerdict verdict = Judge(options, formula);
+    if (options.format == "json")
+        WriteJson(formula, verdict);
+    else
+        WriteText(verdict);
+    return verdict.Status();
+}
+
+// A formula a line; one that is refused does not keep the others from being checked.
+int CheckLines(const SCheckOptions &options)
+{
+    int status = 0;
+    std::string line;
+    for (int number = 1; std::getline(std::cin, line); ++number) {
+        if (line.ends_with('\r'))
+            line.pop_back();
+        if (line.empty())
+            continue;
+        try {
+            status |= CheckOne(options, line);
+        } catch (const CRefusal &refusal) {
+            std::cout.flush();
+            std::cerr << "tesk: line " << number << ": " << OneLine(refusal.what()) << '\n';
+            status = 1;
+        }
+    }
+    return status;
+}
+
+int Check(const SCheckOptions &options)
+{
+    return options.formula == "-" ? CheckLines(options) : CheckOne(options, options.formula);
 }
 
 }  // namespace
@@ -60,6 +141,8 @@ void AddCheckCommand(CCommandLine &commandLine)
     command.Argument("formula", options->formula, "What to check");
     command.Option("--type", options->type, "TYPE", "Type of the signal, needed by a formula that reads a table");
     AddTimeOptions(command, options->resolution, options->start);
-    command.Footer("Status 1 if the check finds a fault.\nExample: tesk check \"1 5ns, 0 2ns, 1 5ns\"");
+    command.Choice("--format", options->format, {"text", "json"}, "Text, or a line of JSON for each formula");
+    command.Footer("The formula - stands for standard input, a formula a line.\nStatus 1 if the check finds a "
+                   "fault.\nExample: tesk check \"1 5ns, 0 2ns, 1 5ns\"");
     command.Action([options] { return Check(*options); });
 }

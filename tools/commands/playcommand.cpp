@@ -7,6 +7,7 @@
 #include <string>
 
 #include "tools/commands/commands.h"
+#include "tools/examine/explained.h"
 #include "tools/output.h"
 #include "tools/play/fileformula.h"
 #include "tools/play/formula.h"
@@ -28,6 +29,7 @@ struct SPlayOptions {
     long long width = 0;
     std::string type;
     long long count = 0;
+    bool isStrict = false;
 };
 
 using CWriter = void (*)(std::ostream &out, const SWaveform &waveform, int width);
@@ -50,26 +52,37 @@ SPlayedSignal DescribePlayed(const SPlayOptions &options)
     return DescribeSignal(isTold ? options.type : FindReplayedType(options.formula), options.count);
 }
 
-SWaveform PlayFormula(const SPlayOptions &options)
+SWaveform DescribeWalk(const SPlayOptions &options)
 {
     SWaveform waveform;
     waveform.formula = options.formula;
     waveform.resolution = ReadResolution(options.resolution);
     if (!options.start.empty())
         waveform.begin = ReadTimeOption("--start", options.start, waveform.resolution);
+    return waveform;
+}
+
+void PlayFormula(const SPlayOptions &options, const SPlayedSignal &signal, SWaveform &waveform)
+{
     std::optional<long long> until;
     if (!options.until.empty())
         until = ReadTimeOption("--until", options.until, waveform.resolution);
-    waveform.traces =
-        PlayOnSignal(options.formula, DescribePlayed(options), waveform.begin, waveform.resolution, until);
+    waveform.traces = PlayOnSignal(options.formula, signal, waveform.begin, waveform.resolution, until);
     waveform.end = std::max(until.value_or(PictureEnd(waveform)), waveform.begin);
-    return waveform;
 }
 
 int Play(const SPlayOptions &options)
 {
     const std::string format = !options.format.empty() ? options.format : IsTerminal() ? "table" : "csv";
-    const SWaveform waveform = PlayFormula(options);
+    SWaveform waveform = DescribeWalk(options);
+    const SPlayedSignal signal = DescribePlayed(options);
+    const tesk::CExamined examined({options.formula, signal.description, waveform.resolution, waveform.begin});
+    if (options.isStrict && examined.HasError()) {
+        examined.Tell();
+        return 1;
+    }
+    examined.Explain([&] { PlayFormula(options, signal, waveform); });
+    examined.Tell();
     WriteOutput(options.output,
                 [&](std::ostream &out) { Writers.at(format)(out, waveform, static_cast<int>(options.width)); });
     return 0;
@@ -91,6 +104,7 @@ void AddPlayCommand(CCommandLine &commandLine)
     command.Choice("--format", options->format, {"table", "csv", "json", "vcd", "svg", "wave"},
                    "Default: table on a terminal, csv elsewhere");
     command.Option("-o,--output", options->output, "FILE", "Write to a file, whole or not at all");
+    command.Flag("--strict", options->isStrict, "Play nothing, with status 1, if the formula cannot mean what it says");
     command.Number("--width", options->width, 40, 100000, "Of a picture, in pixels (svg) or columns (wave)");
     command.Footer("Example: tesk play \"1 10ns, 0 20ns -r 30ns -cancel 100ns\" --format wave");
     command.Action([options] { return Play(*options); });

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -159,4 +160,17 @@ try {
     Refuse(path, "there is no such file");
 } catch (const NTARN::XFileCorrupted &) {
     Refuse(path, "is damaged, or no VCD, FST or event-stream file");
+}
+
+CFormulaFile::CFormulaFile(const std::string &path) : m_use(tesk::FileKind(tesk::KindOfName(path)).makeUse())
+{
+    const CLogLines log;
+    const CProgress progress;
+    try {
+        m_file = m_use->Find(path.c_str());
+    } catch (const std::exception &) {  // whatever the reader of the file raises
+        return;
+    }
+    if (m_file != nullptr)
+        m_use->KeepOpen();
 }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "waveform/files/filekinds.h"
+#include "waveform/files/fileuse.h"
 #include "waveform/files/waveformfile.h"
 
 /// Tells a file by what is in it, and by its name if that tells nothing. A pipe is taken for a VCD and left unread.
@@ -18,3 +19,19 @@ std::unique_ptr<tesk::IWaveformFile> OpenWaveFile(const std::string &path);
 /// Opens a file as one of a kind, and tells on a terminal how far a long import is.
 /// @return null or an exception if it cannot be read; the log then says why, or else the exception
 std::unique_ptr<tesk::IWaveformFile> OpenAs(tesk::EFileKind kind, const std::string &path);
+
+/// A file opened as a formula opens it: as what its name says, and left open until the run ends, so that the stimuli of
+/// the formula find it read.
+class CFormulaFile {
+public:
+    /// Warnings go to standard error; what is wrong with the file is told when the stimulus is made.
+    explicit CFormulaFile(const std::string &path);
+    CFormulaFile(const CFormulaFile &) = delete;
+
+    /// @return null if it cannot be read
+    tesk::IWaveformFile *Get() const { return m_file; }
+
+private:
+    std::unique_ptr<tesk::IFileUse> m_use;
+    tesk::IWaveformFile *m_file = nullptr;  // what the use found
+};

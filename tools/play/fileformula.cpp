@@ -1,7 +1,5 @@
 #include "tools/play/fileformula.h"
 
-#include <exception>
-#include <memory>
 #include <unistd.h>
 
 #include <algorithm>
@@ -53,18 +51,6 @@ std::string FindFileFault(const std::string &file, const std::string &extension)
     return access((file + extension).c_str(), R_OK) == 0 ? "" : "cannot open " + file + ": " + why;
 }
 
-// Opens a file as what its name says. What is wrong with it is told when the stimulus is made.
-std::unique_ptr<IWaveformFile> OpenQuietly(const CFileFormulaArgs &args)
-{
-    const std::string path(args.m_file);
-    try {
-        const CLogLines log(CLogLines::EWarnings::Dropped);
-        return OpenAs(tesk::KindOfName(path), path);
-    } catch (const std::exception &) {
-    }
-    return nullptr;
-}
-
 // Looks a whole signal up as the stimuli do: in any letter case, and brackets are square, except in an event stream.
 const SFileSignal *FindSignal(IWaveformFile &file, const CFileFormulaArgs &args)
 {
@@ -83,7 +69,8 @@ const SFileSignal *FindSignal(IWaveformFile &file, const CFileFormulaArgs &args)
 // Why nothing of a waveform file can be replayed where the library does not say it.
 std::string ExplainReplay(const CFileFormulaArgs &args)
 {
-    const auto file = OpenQuietly(args);
+    const CFormulaFile opened{std::string(args.m_file)};
+    IWaveformFile *file = opened.Get();
     if (file == nullptr)
         return std::string(args.m_file) + ": cannot be read as what its name says it is";
     const std::string list = "\"tesk signals " + std::string(args.m_file) + "\" lists its signals and their times";
@@ -113,8 +100,8 @@ std::string FindReplayedType(const std::string &formula)
     CFileFormulaArgs args;
     if (kind == nullptr || kind->kind != tesk::EFormulaKind::Custom || !ParseArguments(formula, *kind, args))
         return {};
-    const auto file = OpenQuietly(args);
-    const SFileSignal *signal = file != nullptr ? FindSignal(*file, args) : nullptr;
+    const CFormulaFile file{std::string(args.m_file)};
+    const SFileSignal *signal = file.Get() != nullptr ? FindSignal(*file.Get(), args) : nullptr;
     return signal != nullptr ? signal->type.GetTypeInfoString() : "";
 }
 
