@@ -76,7 +76,7 @@ private:
 /// have is empty: no children, no name, no events. The order of the operations is part of the binary interface.
 class TESK_API IDatabaseReader {
 public:
-    /// Opens a waveform database. The caller deletes the reader.
+    /// Opens a waveform database: an FST file, or a GHW file, told by how it begins. The caller deletes the reader.
     /// @return null if the file cannot be opened for another reason than those that are raised
     /// @throw XFileDoesNotExist, XFileCorrupted; nothing else leaves it but std::bad_alloc
     static IDatabaseReader *create(const char *file, bool flag);

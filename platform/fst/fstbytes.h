@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/files/leb128.h"
+
 namespace NTARN {
 
 using CFstBuffer = std::vector<std::uint8_t>;
@@ -50,19 +52,11 @@ public:
         // Nearly all are short.
         if (!m_rest.empty() && m_rest[0] < 0x80)
             return Byte();
-        unsigned bits = 0;
-        return Groups(bits);
+        return Groups().number;
     }
 
     /// As `Varint`, in two's complement: the highest bit written is the sign.
-    std::int64_t SignedVarint()
-    {
-        unsigned bits = 0;
-        std::uint64_t number = Groups(bits);
-        if (bits < 64 && (number >> (bits - 1) & 1) != 0)
-            number |= ~std::uint64_t{0} << bits;
-        return static_cast<std::int64_t>(number);
-    }
+    std::int64_t SignedVarint() { return Groups().Signed(); }
 
     /// Text up to the NUL that ends it.
     std::string_view Text()
@@ -75,19 +69,12 @@ public:
     }
 
 private:
-    std::uint64_t Groups(unsigned &bits)
+    SLeb128 Groups()
     {
-        std::uint64_t number = 0;
-        for (;;) {
-            const std::uint8_t byte = Byte();
-            const std::uint64_t group = byte & 0x7FU;
-            if (bits > 63 || (bits == 63 && group > 1 && group != 0x7F))
-                throw XFstDamage();
-            number |= group << bits;
-            bits += 7;
-            if ((byte & 0x80) == 0)
-                return number;
-        }
+        SLeb128 taken;
+        if (!TakeLeb128([this] { return Byte(); }, taken))
+            throw XFstDamage();
+        return taken;
     }
 
     SFstSpan m_rest;

@@ -1,6 +1,8 @@
 #include "platform/fst/fstfile.h"
 
 #include <cstdint>
+#include <cstdio>
+#include <memory>
 #include <utility>
 #include <zlib.h>
 
@@ -18,32 +20,6 @@ namespace {
 constexpr std::uint8_t WrapperType = 254;
 constexpr std::size_t WrapperHeadSize = 1 + 8 + 8;  // type, length, unpacked size
 constexpr std::size_t PartSize = 1 << 16;
-
-// Only regular files: the opening of a pipe would wait.
-void CheckKind(const std::string &path)
-{
-    std::error_code error;
-    const std::filesystem::file_status status = std::filesystem::status(path, error);
-    if (status.type() == std::filesystem::file_type::not_found)
-        throw XFileDoesNotExist();
-    if (!std::filesystem::is_regular_file(status))
-        throw XFileCorrupted();
-}
-
-bool Seek(std::FILE *file, std::uint64_t position)
-{
-    return fseeko(file, static_cast<off_t>(position), SEEK_SET) == 0;
-}
-
-std::uint64_t SizeOf(std::FILE *file)
-{
-    if (fseeko(file, 0, SEEK_END) != 0)
-        throw XFileCorrupted();
-    const off_t size = ftello(file);
-    if (size < 0)
-        throw XFileCorrupted();
-    return static_cast<std::uint64_t>(size);
-}
 
 // Unpacks gzip from one file into another, in parts.
 class CUnwrapper {
@@ -101,20 +77,15 @@ private:
 }  // namespace
 
 CFstFile::CFstFile(const std::string &path)
-{
-    CheckKind(path);
-    m_file.reset(std::fopen(path.c_str(), "rb"));
-    if (!m_file)
-        throw XFileCorrupted();
-    m_size = m_packedSize = SizeOf(m_file.get());
-}
+    : m_file(OpenRegularFile(path)), m_size(SizeOfFile(m_file.get())), m_packedSize(m_size)
+{}
 
 CFstBuffer CFstFile::Read(std::uint64_t position, std::uint64_t size)
 {
     if (position > m_size || size > m_size - position)
         throw XFstDamage();
     CFstBuffer bytes(static_cast<std::size_t>(size));
-    if (!Seek(m_file.get(), position) || std::fread(bytes.data(), 1, bytes.size(), m_file.get()) != bytes.size())
+    if (!SeekFile(m_file.get(), position) || std::fread(bytes.data(), 1, bytes.size(), m_file.get()) != bytes.size())
         throw XFstDamage();
     return bytes;
 }
@@ -129,7 +100,7 @@ void CFstFile::Unwrap()
     const std::uint64_t size = CFstBytes(SFstSpan(head).last(8)).Number();
     if (size > SFstLimits(m_size).Wrapped())
         throw XFstTooMuch{{}, "packed bytes"};
-    if (!Seek(m_file.get(), WrapperHeadSize))
+    if (!SeekFile(m_file.get(), WrapperHeadSize))
         throw XFileCorrupted();
     FilePtr unpacked(std::tmpfile());
     if (!unpacked)
@@ -137,7 +108,7 @@ void CFstFile::Unwrap()
     std::make_unique<CUnwrapper>(m_file.get(), unpacked.get(), size)->Run();
     if (std::fflush(unpacked.get()) != 0)
         throw XFstNoRoom();
-    m_size = SizeOf(unpacked.get());
+    m_size = SizeOfFile(unpacked.get());
     m_file = std::move(unpacked);
 }
 

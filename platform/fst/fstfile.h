@@ -2,10 +2,9 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
-#include <memory>
 #include <string>
 
+#include "platform/files/regularfile.h"
 #include "platform/fst/fstbytes.h"
 
 namespace NTARN {
@@ -26,11 +25,6 @@ public:
     CFstBuffer Read(std::uint64_t position, std::uint64_t size);
 
 private:
-    struct SCloser {
-        void operator()(std::FILE *file) const { std::fclose(file); }
-    };
-    using FilePtr = std::unique_ptr<std::FILE, SCloser>;
-
     FilePtr m_file;
     std::uint64_t m_size = 0;
     std::uint64_t m_packedSize = 0;

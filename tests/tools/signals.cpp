@@ -171,8 +171,9 @@ TEST(Signals, RefusesWhatItCannotRead)
     const std::string name = (folder / "a").string();
     EXPECT_EQ(Refusal(name), "tesk: " + name + ": there is no such file\n");
     EXPECT_EQ(Refusal(name + ".zyn"), "tesk: " + name + ".zyn: there is no such file\n");
-    EXPECT_EQ(Refusal("tests"), "tesk: tests: is a directory; give a VCD, FST or event-stream file\n");
-    EXPECT_EQ(Refusal("tools/main.cpp"), "tesk: tools/main.cpp: is damaged, or no VCD, FST or event-stream file\n");
+    EXPECT_EQ(Refusal("tests"), "tesk: tests: is a directory; give a VCD, FST, GHW or event-stream file\n");
+    EXPECT_EQ(Refusal("tools/main.cpp"),
+              "tesk: tools/main.cpp: is damaged, or no VCD, FST, GHW or event-stream file\n");
     WriteBytesTo(name + ".zyn", "");
     EXPECT_EQ(Refusal(name + ".zyn"), "tesk: Event stream " + name + ".zyn is empty.\n");
     WriteBytesTo(name + ".vcd", "no dump");

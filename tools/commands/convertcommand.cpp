@@ -58,7 +58,7 @@ void AddConvertCommand(CCommandLine &commandLine)
 {
     CCommand command = commandLine.Add("convert", "Make an event stream or a VCD of a waveform file");
     const auto options = std::make_shared<SConvertOptions>();
-    command.Argument("input", options->input, "VCD, FST or event stream; its contents tell what it is");
+    command.Argument("input", options->input, "VCD, FST, GHW or event stream; its contents tell what it is");
     command.Argument("output", options->output, "What to write, whole or not at all; \"-\" is standard output");
     command.Choice("--format", options->format, {"stream", "vcd"},
                    "Default: by the name of the output, .zyn or .tmp for a stream, .vcd; vcd on standard output");

@@ -129,7 +129,7 @@ int ListSignals(const SSignalsOptions &options)
 
 void AddSignalsCommand(CCommandLine &commandLine)
 {
-    CCommand command = commandLine.Add("signals", "List the signals of a VCD, FST or event-stream file");
+    CCommand command = commandLine.Add("signals", "List the signals of a VCD, FST, GHW or event-stream file");
     const auto options = std::make_shared<SSignalsOptions>();
     command.Argument("file", options->file, "The file; its contents tell what it is");
     command.Choice("--format", options->format, {"table", "csv", "json"},

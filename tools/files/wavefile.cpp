@@ -111,7 +111,7 @@ bool IsRegularFile(const std::string &path)
     if (status.type() == std::filesystem::file_type::not_found)
         Refuse(path, "there is no such file");
     if (status.type() == std::filesystem::file_type::directory)
-        Refuse(path, "is a directory; give a VCD, FST or event-stream file");
+        Refuse(path, "is a directory; give a VCD, FST, GHW or event-stream file");
     if (status.type() == std::filesystem::file_type::none)
         Refuse(path, "cannot be read: " + error.message());
     return status.type() == std::filesystem::file_type::regular;
@@ -159,7 +159,7 @@ try {
 } catch (const NTARN::XFileDoesNotExist &) {
     Refuse(path, "there is no such file");
 } catch (const NTARN::XFileCorrupted &) {
-    Refuse(path, "is damaged, or no VCD, FST or event-stream file");
+    Refuse(path, "is damaged, or no VCD, FST, GHW or event-stream file");
 }
 
 CFormulaFile::CFormulaFile(const std::string &path) : m_use(tesk::FileKind(tesk::KindOfName(path)).makeUse())

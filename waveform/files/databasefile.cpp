@@ -3,12 +3,15 @@
 #include <cstdint>
 #include <utility>
 
+#include "base/limits.h"
 #include "signal/signal.h"
 #include "waveform/tarnstimulus.h"
 
 namespace tesk {
 
 namespace {
+
+constexpr int RecordKind = 5;
 
 class CDatabaseWalk final : public IElementWalk {
 public:
@@ -51,13 +54,25 @@ const std::vector<SFileSignal> &CDatabaseFile::GetSignals()
     if (m_signals)
         return *m_signals;
     m_signals.emplace();
-    for (const int *handle = m_reader.RootHandlesBegin(); handle != m_reader.RootHandlesEnd(); ++handle) {
-        const NTARN::HSignalRange children = m_reader.GetChildRange(*handle);
-        const bool isBus = children.first >= 0;
-        m_signals->push_back({m_reader.GetFullName(*handle, false), m_reader.GetType(*handle),
-                              isBus ? children.first : *handle, isBus ? children.last - children.first + 1 : 1});
-    }
+    for (const int *handle = m_reader.RootHandlesBegin(); handle != m_reader.RootHandlesEnd(); ++handle)
+        AddSignals(*handle, m_reader.GetFullName(*handle, false), 0);
     return *m_signals;
+}
+
+// What has no elements is left out: it never has a value.
+void CDatabaseFile::AddSignals(int handle, const std::string &path, int depth)
+{
+    const Kestrin::KTypeInfo &type = m_reader.GetType(handle);
+    const NTARN::HSignalRange children = m_reader.GetChildRange(handle);
+    if (type.IsScalar())
+        m_signals->push_back({path, type, handle, 1});
+    else if (children.first < 0 || depth > MaxNesting)
+        return;
+    else if (type.IsSimple())
+        m_signals->push_back({path, type, children.first, children.last - children.first + 1});
+    else
+        for (int child = children.first; child <= children.last; ++child)
+            AddSignals(child, path + (type.GetKind() == RecordKind ? "." : "") + m_reader.GetName(child), depth + 1);
 }
 
 long long CDatabaseFile::IdentifyEvents(long long element)

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "platform/tarn.h"
@@ -28,6 +29,8 @@ public:
     std::unique_ptr<IElementWalk> Walk(long long element) override;
 
 private:
+    void AddSignals(int handle, const std::string &path, int depth);
+
     std::unique_ptr<Reader> m_owned;
     Reader &m_reader;
     std::optional<std::vector<SFileSignal>> m_signals;

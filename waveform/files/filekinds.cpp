@@ -68,6 +68,11 @@ struct SNamePart {
 };
 constexpr SNamePart NameParts[] = {{".zyn", EFileKind::Stream}, {".tmp", EFileKind::Stream}, {".vcd", EFileKind::Vcd}};
 
+bool BeginsAsGhw(std::string_view bytes)
+{
+    return bytes.starts_with("GHDLwave\n");
+}
+
 bool BeginsWithFstBlock(std::string_view bytes)
 {
     constexpr std::string_view Header{"\0\0\0\0\0\0\0\x01\x49", 9};  // block 0 of 329 bytes
@@ -101,7 +106,7 @@ std::optional<EFileKind> KindOfContents(std::string_view beginning)
 {
     if (beginning.starts_with("teskevs"))
         return EFileKind::Stream;
-    if (BeginsWithFstBlock(beginning))
+    if (BeginsWithFstBlock(beginning) || BeginsAsGhw(beginning))
         return EFileKind::Database;
     const std::size_t text = beginning.find_first_not_of(" \t\r\n");
     if (text != std::string_view::npos && beginning[text] == '$')

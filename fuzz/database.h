@@ -1,0 +1,98 @@
+// Any bytes as a file of the waveform database: opened, and everything in it asked for.
+#pragma once
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <climits>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "platform/log.h"
+#include "platform/tarn.h"
+
+namespace fuzz {
+
+// One file for the life of the process, in memory where the system has such a place.
+class CFuzzFile {
+public:
+    explicit CFuzzFile(const std::string &extension)
+        : m_path(std::filesystem::exists("/dev/shm") ? "/dev/shm/" : "/tmp/")
+    {
+        m_path += "tesk-fuzz-" + std::to_string(getpid()) + extension;
+    }
+    ~CFuzzFile() { std::remove(m_path.c_str()); }
+
+    const char *Write(const std::uint8_t *data, std::size_t size) const
+    {
+        std::FILE *file = std::fopen(m_path.c_str(), "wb");
+        if (file == nullptr || std::fwrite(data, 1, size, file) != size)
+            std::abort();
+        std::fclose(file);
+        return m_path.c_str();
+    }
+
+private:
+    std::string m_path;
+};
+
+inline void Require(bool holds)
+{
+    if (!holds)
+        std::abort();
+}
+
+// Forward and back again: the same events, their times never falling.
+inline void Walk(NTARN::IDatabaseReader &reader, int handle)
+{
+    reader.GetName(handle);
+    reader.GetFullName(handle, false);
+    reader.GetType(handle);
+    NTARN::KEventIterator it = reader.EventsFrom(handle, LLONG_MIN);
+    const NTARN::KEventIterator end = reader.EventsEnd(handle);
+    long long last = LLONG_MIN;
+    long long count = 0;
+    for (; !(it == end); ++it, ++count) {
+        Require(*it >= last);
+        last = *it;
+    }
+    for (--it; !(it == end); --it)
+        --count;
+    Require(count == 0);
+    if (last != LLONG_MIN)
+        Require(*reader.EventsFrom(handle, last) == last);
+}
+
+// A signal and what is in it, of many parts the first ones and the last.
+inline void WalkAll(NTARN::IDatabaseReader &reader, int handle, int most)
+{
+    Walk(reader, handle);
+    const NTARN::HSignalRange children = reader.GetChildRange(handle);
+    for (int child = children.first; child >= 0 && child <= children.last && child - children.first < most; ++child)
+        WalkAll(reader, child, most / 4);
+    Walk(reader, children.last);
+}
+
+inline void WalkAll(NTARN::IDatabaseReader &reader)
+{
+    constexpr int Most = 64;
+    const int roots = static_cast<int>(reader.RootHandlesEnd() - reader.RootHandlesBegin());
+    for (int i = 0; i < std::min(roots, Most); ++i)
+        WalkAll(reader, reader.RootHandlesBegin()[i], Most);
+}
+
+inline void Read(const char *path)
+try {
+    Q71log_SetSink([](void *, int, const char *, const char *) {}, nullptr);
+    const std::unique_ptr<NTARN::IDatabaseReader> reader(NTARN::IDatabaseReader::create(path, false));
+    if (reader)
+        WalkAll(*reader);
+} catch (const NTARN::XFileCorrupted &) {
+}
+
+}  // namespace fuzz
