@@ -1,5 +1,6 @@
 #include "platform/tarnutil.h"
 
+#include <new>
 #include <stdexcept>
 
 #include "platform/vcd/vcdreader.h"
@@ -26,10 +27,12 @@ void ReportProgress(long long bytesRead, long long fileSize)
 }
 
 void KImport_VCD::vcdImport()
-{
+try {
     if (m_writer == nullptr)
         throw std::runtime_error(m_fileName + ": no writer is connected");
     CVcdReader(m_fileName, *m_writer).Run();
+} catch (const std::bad_alloc &) {
+    throw std::runtime_error(m_fileName + ": out of memory while the file is read");
 }
 
 }  // namespace NTARN::NImport

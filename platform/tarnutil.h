@@ -118,9 +118,14 @@ public:
     /// value that changes it. Variables that share an identifier code have handles of their own; if the writer is an
     /// `IEventSharing` too, they share their events.
     ///
-    /// A file that is cut off or damaged behind its declarations is read as far as it goes, with one warning that names
-    /// the last time. More than 2^22 elements and 8 for each byte of the file are refused, before any memory is taken
-    /// for them; 2^22 events and 16 for each byte end the reading like damage.
+    /// A file that gzip packed is unpacked on the way, whatever its name; so is what comes through a pipe.
+    ///
+    /// What is no value is left out, and a time with a fraction is rounded, with one warning a file for each. A file that
+    /// is cut off, or whose times or commands are damaged behind its declarations, is read as far as it goes, with one
+    /// warning that names the last time. More than 2^18 elements and 8 for each byte of the file are refused, before any
+    /// memory is taken for them, and so are more than 2^16 variables and one for two bytes; 2^25 events and 16 for each
+    /// byte, 256 for a packed one, end the reading like damage, and so does a file that unpacks to more than 2^25 bytes
+    /// and 128 for each of its own.
     /// @throw std::runtime_error that names the file, and where there is one the line, if nothing can be read of it,
     ///        and if the writer cancels
     void vcdImport();

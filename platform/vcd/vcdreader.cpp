@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/felvarbase.h"
+#include "platform/input/foreignkinds.h"
 #include "platform/log.h"
 #include "platform/names/signalname.h"
 #include "platform/vcd/vcdwords.h"
@@ -13,25 +14,26 @@ namespace NTARN::NImport {
 
 namespace {
 
-// What a file may claim: a base, and so much for each of its bytes.
-constexpr long long Base = 1LL << 22;
-constexpr long long EventBase = 1LL << 25;  // a wide bus changes all its bits with one letter
+// What a file may claim: a base, and so much for each of its bytes. Bytes are those of the file, packed as it is, since
+// only they cost its maker something.
+constexpr long long ElementBase = 1LL << 18;
 constexpr long long ElementsPerByte = 8;
+constexpr long long VariableBase = 1LL << 16;
+constexpr long long BytesPerVariable = 2;
+constexpr long long EventBase = 1LL << 25;  // a wide bus changes all its bits with one letter
 constexpr long long EventsPerByte = 16;
+constexpr long long EventsPerPackedByte = 256;
+constexpr long long NameBase = 1LL << 22;
 constexpr long long NameBytesPerByte = 64;
+constexpr std::size_t LongestBody = std::size_t{1} << 24;
 
 constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
-
-[[noreturn]] void Refuse(std::string_view word)
-{
-    throw SVcdFault{QuoteVcdWord(word) + " is no value change"};
-}
 
 }  // namespace
 
 CVcdReader::CVcdReader(const std::string &fileName, IDatabaseStreamWriter &writer)
     : m_writer(writer), m_fileName(fileName), m_values(writer),
-      m_text(fileName, [this](long long bytesRead, long long fileSize) { OnRead(bytesRead, fileSize); })
+      m_text(fileName, [this](const tesk::CPackedInput &input) { OnRead(input); })
 {}
 
 void CVcdReader::Run()
@@ -50,12 +52,14 @@ void CVcdReader::Run()
     m_writer.setFlag(isWhole);
 }
 
-void CVcdReader::OnRead(long long bytesRead, long long fileSize)
+void CVcdReader::OnRead(const tesk::CPackedInput &input)
 {
-    const long long size = std::max(bytesRead, fileSize);
-    m_values.SetLimits(Base + ElementsPerByte * size, EventBase + EventsPerByte * size);
-    m_mostNameBytes = Base + NameBytesPerByte * size;
-    ReportProgress(bytesRead, fileSize);
+    const long long size = std::max(input.BytesRead(), input.FileSize());
+    const long long eventsPerByte = input.IsPacked() ? EventsPerPackedByte : EventsPerByte;
+    m_values.SetLimits(ElementBase + ElementsPerByte * size, EventBase + eventsPerByte * size);
+    m_mostVariables = VariableBase + size / BytesPerVariable;
+    m_mostNameBytes = NameBase + NameBytesPerByte * size;
+    ReportProgress(input.BytesRead(), input.FileSize());
     if (m_writer.isCancelled())
         throw std::runtime_error(m_fileName + ": the import was cancelled");
 }
@@ -109,8 +113,11 @@ void CVcdReader::CheckBegin()
     const char first = m_text.NextByte();
     if (first == 0 && m_text.IsAtEnd())
         throw std::runtime_error(m_fileName + ": the file is empty");
-    if (first != '$' && first != ByteOrderMark.front())
-        throw SVcdFault{"not a VCD file: it does not begin with a declaration"};
+    if (first == '$' || first == ByteOrderMark.front())
+        return;
+    if (const tesk::SForeignKind *const kind = tesk::FindForeignKind(m_text.Ahead(), m_fileName))
+        throw SVcdFault{"not a VCD file: " + tesk::ForeignKindText(*kind)};
+    throw SVcdFault{"not a VCD file: it does not begin with a declaration"};
 }
 
 // Whether a word is the first behind declarations that "$enddefinitions" does not end.
@@ -120,8 +127,9 @@ bool CVcdReader::BeginsValues(std::string_view word) const
         return false;
     const std::string_view rest = word.substr(1);
     long long time = 0;
+    bool isRounded = false;
     switch (word.front()) {
-    case '#': return ReadVcdTime(rest, time);
+    case '#': return ReadVcdTime(rest, time, isRounded);
     case 'b':
     case 'B': return std::ranges::all_of(rest, [](char c) { return VcdPosition(c, VcdLetters) != NoVcdLetter; });
     case '$': {
@@ -173,6 +181,8 @@ std::string_view CVcdReader::ReadBody(std::string_view command)
         if (word == "$end")
             return m_body;
         m_body.append(word).append(" ");
+        if (m_body.size() > LongestBody)
+            throw SVcdFault{QuoteVcdWord(command) + " has more than " + std::to_string(LongestBody) + " bytes"};
     }
     throw SVcdFault{"the file ends inside " + QuoteVcdWord(command)};
 }
@@ -210,6 +220,9 @@ void CVcdReader::CloseScope(std::string_view)
 void CVcdReader::Declare(std::string_view body)
 {
     const SVcdVariable variable = ReadVcdVariable(body);
+    if (++m_variables > m_mostVariables)
+        throw SVcdFault{"there are more than " + std::to_string(m_mostVariables) +
+                        " variables, too many for a file of this size"};
     m_nameBytes += static_cast<long long>(m_scope.size() + variable.name.size());
     if (m_nameBytes > m_mostNameBytes)
         throw SVcdFault{"the names up to here have more than " + std::to_string(m_mostNameBytes) +
@@ -231,7 +244,8 @@ try {
         ReadWord(word);
     while (m_text.NextWord(word))
         ReadWord(word);
-    if (!m_openSection.empty())
+    // Some writers leave "$dumpvars" open where no change follows.
+    if (!m_openSection.empty() && (m_openSection != "$dumpvars" || m_text.EndsInsideLine()))
         throw SVcdFault{"the file ends inside " + QuoteVcdWord(m_openSection)};
     return true;
 } catch (const SVcdFault &fault) {
@@ -254,8 +268,17 @@ void CVcdReader::ReadWord(std::string_view word)
     case 's':
     case 'S': return SkipString();
     case 'p': return ReadPort(word);
-    default: Refuse(word);
+    default: LeaveOut(word);
     }
+}
+
+// What cannot be read as a value costs nothing but itself, unless it is the end of a file that is cut off.
+void CVcdReader::LeaveOut(std::string_view word)
+{
+    if (m_text.IsAtEnd())
+        throw SVcdFault{QuoteVcdWord(word) + " is no value change"};
+    if (IsFirst(EOddity::NoValue))
+        Warn(QuoteVcdWord(word) + " is no value change; it is left out, as are others like it");
 }
 
 // #time. It ends a section that has no "$end".
@@ -263,8 +286,11 @@ void CVcdReader::ReadTime(std::string_view word)
 {
     const std::string_view digits = TakeVcdWord(word);
     long long time = 0;
-    if (digits.size() < 2 || digits.front() != '#' || !ReadVcdTime(digits.substr(1), time))
+    bool isRounded = false;
+    if (digits.size() < 2 || digits.front() != '#' || !ReadVcdTime(digits.substr(1), time, isRounded))
         throw SVcdFault{QuoteVcdWord(digits) + " is no time"};
+    if (isRounded && IsFirst(EOddity::Fraction))
+        Warn(QuoteVcdWord(digits) + " is a time with a fraction; such times are rounded");
     m_openSection = {};
     if (time < m_time && m_text.IsAtEnd())
         throw SVcdFault{"the file ends inside a time"};
@@ -279,9 +305,20 @@ void CVcdReader::ReadTime(std::string_view word)
 void CVcdReader::ReadBit(std::string_view word, std::uint8_t position)
 {
     if (word.size() < 2)
-        Refuse(word);
+        return ReadParted(word, position);
     const std::string_view code = word.substr(1);
     Judge(m_values.SetBit(code, position), code);
+}
+
+// A letter alone. Some writers put a blank in front of the code; what is no code may be the next value.
+void CVcdReader::ReadParted(std::string_view word, std::uint8_t position)
+{
+    const std::string_view code = NextOf(word);
+    if (m_values.IsDeclared(code))
+        return Judge(m_values.SetBit(code, position), code);
+    LeaveOut(word);
+    if (code.size() > 1)
+        ReadWord(code);
 }
 
 // The word behind `value`, which stays readable. A value that the file cuts off has none.
@@ -308,14 +345,16 @@ void CVcdReader::ReadPort(std::string_view word)
     SetBits(word, VcdPortLetters, code);
 }
 
-// The value's letters stand behind the first of `word`.
+// The value's letters stand behind the first of `word`, and in some files behind a "0b".
 void CVcdReader::SetBits(std::string_view word, const CVcdLetters &positions, std::string_view code)
 {
-    const std::string_view letters = word.substr(1);
-    if (letters.empty())
-        Refuse(word);
-    if (!m_bits.Read(letters, positions))
-        Refuse(word);
+    std::string_view letters = word.substr(1);
+    if (letters.starts_with("0b"))
+        letters.remove_prefix(2);
+    if (letters.empty() && m_values.IsEmpty(code))
+        return;
+    if (letters.empty() || !m_bits.Read(letters, positions))
+        return LeaveOut(word);
     Judge(m_values.SetBits(code, m_bits), code);
 }
 
@@ -324,7 +363,7 @@ void CVcdReader::ReadReal(std::string_view word)
     const std::string_view code = NextOf(word);
     double value = 0;
     if (!ReadVcdReal(word.substr(1), value))
-        Refuse(word);
+        return LeaveOut(word);
     Judge(m_values.SetReal(code, value), code);
 }
 

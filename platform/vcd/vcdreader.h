@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/input/packedinput.h"
 #include "platform/tarnutil.h"
 #include "platform/vcd/vcdbits.h"
 #include "platform/vcd/vcdtext.h"
@@ -27,7 +28,7 @@ public:
 
 private:
     // What is told, but once.
-    enum class EOddity { Strings, Empty, UnknownCode, WrongKind, Backward, Count };
+    enum class EOddity { Strings, Empty, UnknownCode, WrongKind, Backward, NoValue, Fraction, Count };
 
     // Declarations
     std::string_view ReadDeclarations();
@@ -44,8 +45,10 @@ private:
     // Values
     bool ReadValues(std::string_view word);
     void ReadWord(std::string_view word);
+    void LeaveOut(std::string_view word);
     void ReadTime(std::string_view word);
     void ReadBit(std::string_view word, std::uint8_t position);
+    void ReadParted(std::string_view word, std::uint8_t position);
     void ReadBits(std::string_view word);
     void ReadReal(std::string_view word);
     void SkipString();
@@ -54,7 +57,7 @@ private:
     void SetBits(std::string_view word, const CVcdLetters &positions, std::string_view code);
     void Judge(EVcdOutcome outcome, std::string_view code);
 
-    void OnRead(long long bytesRead, long long fileSize);
+    void OnRead(const tesk::CPackedInput &input);
     bool IsFirst(EOddity oddity);
     void Warn(const std::string &text) const;
     std::string AtLine(const std::string &text) const;
@@ -66,7 +69,9 @@ private:
     std::string m_body;                    // of the command read last
     std::string m_scope;                   // path of the open scopes
     std::vector<std::size_t> m_scopeEnds;  // its length outside of each open scope
-    long long m_nameBytes = 0;             // of all full names
+    long long m_variables = 0;
+    long long m_mostVariables = 0;
+    long long m_nameBytes = 0;  // of all full names
     long long m_mostNameBytes = 0;
     long long m_resolution = 1000000;  // femtoseconds per tick; 1 ns unless the file tells
     long long m_time = 0;

@@ -1,10 +1,7 @@
 #include "platform/vcd/vcdtext.h"
 
-#include <cerrno>
 #include <cstring>
-#include <filesystem>
 #include <stdexcept>
-#include <system_error>
 #include <utility>
 
 namespace {
@@ -12,29 +9,16 @@ namespace {
 constexpr std::size_t BufferSize = std::size_t{1} << 18;
 constexpr std::size_t Sentinels = 2 + NTARN::NImport::VcdGroup;
 
-std::string SystemMessage(int error)
-{
-    return std::generic_category().message(error);
-}
-
 }  // namespace
 
 namespace NTARN::NImport {
 
 CVcdText::CVcdText(const std::string &fileName, FOnRead onRead)
-    : m_file(std::fopen(fileName.c_str(), "rb")), m_fileName(fileName), m_onRead(std::move(onRead)),
-      m_buffer(BufferSize + Sentinels)
-{
-    if (m_file == nullptr)
-        throw std::runtime_error(fileName + ": cannot open the file: " + SystemMessage(errno));
-    std::setvbuf(m_file.get(), nullptr, _IONBF, 0);
-    std::error_code error;
-    if (std::filesystem::is_regular_file(fileName, error))
-        m_fileSize = static_cast<long long>(std::filesystem::file_size(fileName, error));
-    if (error)
-        m_fileSize = 0;
+try : m_fileName(fileName), m_input(fileName), m_onRead(std::move(onRead)), m_buffer(BufferSize + Sentinels) {
     m_buffer[0] = ' ';
     m_next = m_end = m_buffer.data();
+} catch (const tesk::XInputFault &fault) {
+    throw std::runtime_error(fileName + ": " + fault.what());
 }
 
 char CVcdText::NextByte()
@@ -74,6 +58,8 @@ bool CVcdText::Refill(const char *&begin, std::string_view &kept)
     const char *const keep = kept.empty() ? begin : kept.data();
     const auto length = static_cast<std::size_t>(m_end - keep);
     const std::ptrdiff_t word = begin - keep;
+    if (length > LongestWord)
+        throw SVcdFault{"a value has more than " + std::to_string(LongestWord) + " bytes"};
     std::memmove(m_buffer.data(), keep, length);
     if (length > m_buffer.size() / 2)
         m_buffer.resize(2 * m_buffer.size());
@@ -91,13 +77,15 @@ bool CVcdText::Refill(const char *&begin, std::string_view &kept)
 }
 
 std::size_t CVcdText::Read(char *to, std::size_t room)
-{
-    const std::size_t added = std::fread(to, 1, room, m_file.get());
-    if (added == 0 && std::ferror(m_file.get()) != 0)
-        throw std::runtime_error(m_fileName + ": cannot read the file: " + SystemMessage(errno));
-    m_bytesRead += static_cast<long long>(added);
-    m_onRead(m_bytesRead, m_fileSize);
+try {
+    const std::size_t added = m_input.Read(to, room);
+    m_lastByte = added > 0 ? to[added - 1] : m_lastByte;
+    m_onRead(m_input);
     return added;
+} catch (const tesk::XUnpackFault &fault) {
+    throw SVcdFault{fault.what()};
+} catch (const tesk::XInputFault &fault) {
+    throw std::runtime_error(m_fileName + ": " + fault.what());
 }
 
 }  // namespace NTARN::NImport

@@ -3,13 +3,13 @@
 
 #include <array>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/input/packedinput.h"
 
 namespace NTARN::NImport {
 
@@ -28,10 +28,11 @@ inline constexpr std::array<bool, 256> VcdBlanks = [] {
 
 class CVcdText {
 public:
-    /// Called after each read; what it throws goes through. `fileSize` is 0 where it is not known.
-    using FOnRead = std::function<void(long long bytesRead, long long fileSize)>;
+    /// Called after each read; what it throws goes through.
+    using FOnRead = std::function<void(const tesk::CPackedInput &input)>;
 
-    /// @throw std::runtime_error if the file cannot be opened or read; so do the reads below
+    /// @throw std::runtime_error if the file cannot be opened or read; so do the reads below, and they throw SVcdFault
+    ///        where what is packed cannot be unpacked any further, and for a value of more than `LongestWord` bytes
     CVcdText(const std::string &fileName, FOnRead onRead);
 
     /// Takes the next word.
@@ -47,6 +48,8 @@ public:
 
     /// The first byte of the next word, which is not taken; 0 at the end of the file.
     char NextByte();
+    /// What is read and not taken yet.
+    std::string_view Ahead() const { return {m_next, static_cast<std::size_t>(m_end - m_next)}; }
     /// Skips what is left of the line of the word taken last.
     void SkipLine();
 
@@ -54,24 +57,24 @@ public:
     long long Line() const { return m_line; }
     /// Whether the word taken last is the last of a file without a final line end. Then it may be a piece of a word.
     bool IsAtEnd() const { return m_atEnd && m_next == m_end; }
+    /// Whether the file has been read to its end, and that is not the end of a line.
+    bool EndsInsideLine() const { return m_atEnd && m_lastByte != '\n'; }
+
+    /// Twice the bits that a signal may have.
+    static constexpr std::size_t LongestWord = std::size_t{1} << 25;
 
 private:
-    struct SCloser {
-        void operator()(std::FILE *file) const { std::fclose(file); }
-    };
-
     bool SkipBlanks(std::string_view &kept);
     void CompleteWord(const char *&begin, std::string_view &kept);
     bool Refill(const char *&begin, std::string_view &kept);
     std::size_t Read(char *to, std::size_t room);
 
-    std::unique_ptr<std::FILE, SCloser> m_file;
     std::string m_fileName;
+    tesk::CPackedInput m_input;
     FOnRead m_onRead;
-    long long m_fileSize = 0;
-    long long m_bytesRead = 0;
     long long m_line = 1;
-    bool m_atEnd = false;  // nothing more to read
+    bool m_atEnd = false;    // nothing more to read
+    char m_lastByte = '\n';  // that was read
     std::vector<char> m_buffer;
     // What is read and not taken yet. At m_end stand a blank and a 0, which stop a search for either, and bytes that a
     // look at eight may reach.

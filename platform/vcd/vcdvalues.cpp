@@ -40,6 +40,12 @@ CVcdValues::CVcdValues(IDatabaseStreamWriter &writer)
       m_wordEvents(dynamic_cast<IWordEvents *>(&writer))
 {}
 
+bool CVcdValues::IsEmpty(std::string_view code) const
+{
+    const std::uint32_t shape = m_codes.Find(code);
+    return shape != None && m_shapes[shape].kind == EVcdKind::Empty;
+}
+
 void CVcdValues::SetLimits(long long elements, long long events)
 {
     m_mostHandles = elements;

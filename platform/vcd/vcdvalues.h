@@ -28,6 +28,8 @@ public:
     /// @throw SVcdFault if the elements become too many, or the variables of different widths that share a code
     void Declare(const SVcdVariable &variable, const std::string &fullName);
     bool IsDeclared(std::string_view code) const { return m_codes.Find(code) != None; }
+    /// Whether a code stands for a variable of width 0.
+    bool IsEmpty(std::string_view code) const;
 
     /// Bounds all elements and events that there may be.
     void SetLimits(long long elements, long long events);

@@ -150,6 +150,38 @@ struct SUnit {
 constexpr SUnit Units[] = {{"fs", 1},          {"ps", 1000},          {"ns", 1000000},
                            {"us", 1000000000}, {"ms", 1000000000000}, {"s", 1000000000000000}};
 
+constexpr const char *TimescaleAdvice = "; use 1, 10 or 100 of s, ms, us, ns, ps or fs";
+
+// A number as it was written, "0.1".
+struct SDecimal {
+    long long digits = 1;
+    std::size_t places = 0;  // of them, behind the point
+};
+
+// No text is 1.
+bool ReadDecimal(std::string_view text, SDecimal &number)
+{
+    if (text.empty())
+        return true;
+    const std::size_t point = text.find('.');
+    std::string digits(text.substr(0, point));
+    if (point != text.npos) {
+        std::string_view places = text.substr(point + 1);
+        places.remove_suffix(places.size() - (places.find_last_not_of('0') + 1));
+        digits += places;
+        number.places = places.size();
+    }
+    return ReadNumber(std::string_view(digits), number.digits);
+}
+
+// @return 0 if it is not whole, or does not fit
+long long Multiply(SDecimal number, long long femtoseconds)
+{
+    for (; number.places > 0 && femtoseconds % 10 == 0; --number.places)
+        femtoseconds /= 10;
+    return number.places == 0 && number.digits <= LLONG_MAX / femtoseconds ? number.digits * femtoseconds : 0;
+}
+
 // `femtoseconds` and `zeros` zeros behind it.
 std::string ScaledText(std::string femtoseconds, std::size_t zeros)
 {
@@ -205,14 +237,16 @@ long long ReadVcdTimescale(std::string_view body)
     std::string text;
     for (std::string_view word = TakeVcdWord(body); !word.empty(); word = TakeVcdWord(body))
         text += word;
-    const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
-    long long number = 1;
-    const std::string_view unit = std::string_view(text).substr(digits);
-    const auto found = std::ranges::find(Units, unit, &SUnit::name);
-    const bool isNumber = digits == 0 || ReadNumber(std::string_view(text).substr(0, digits), number);
-    if (found == std::end(Units) || !isNumber || number == 0 || number > LLONG_MAX / found->femtoseconds)
-        throw SVcdFault{"unknown timescale " + QuoteVcdWord(text) + "; use 1, 10 or 100 of s, ms, us, ns, ps or fs"};
-    return number * found->femtoseconds;
+    const std::size_t digits = std::min(text.find_first_not_of("0123456789."), text.size());
+    const auto found = std::ranges::find(Units, std::string_view(text).substr(digits), &SUnit::name);
+    SDecimal number;
+    if (found == std::end(Units) || !ReadDecimal(std::string_view(text).substr(0, digits), number))
+        throw SVcdFault{"unknown timescale " + QuoteVcdWord(text) + TimescaleAdvice};
+    const long long femtoseconds = Multiply(number, found->femtoseconds);
+    if (femtoseconds == 0)
+        throw SVcdFault{"the timescale " + QuoteVcdWord(text) + " is no whole number of femtoseconds" +
+                        TimescaleAdvice};
+    return femtoseconds;
 }
 
 std::string VcdTimeText(long long ticks, long long resolution)

@@ -37,7 +37,8 @@ SVcdVariable ReadVcdVariable(std::string_view body);
 /// The type description of a variable that is not left out.
 std::string VcdTypeText(const SVcdVariable &variable);
 
-/// Reads the timescale "10 ns". A missing number is 1.
+/// Reads the timescale "10 ns". A missing number is 1; a fraction such as "0.1 ps" is taken where it comes out as whole
+/// femtoseconds.
 /// @return femtoseconds
 /// @throw SVcdFault
 long long ReadVcdTimescale(std::string_view body);

@@ -96,10 +96,23 @@ bool ReadVcdReal(std::string_view text, double &value)
     return error == std::errc() && end == textEnd;
 }
 
-bool ReadVcdTime(std::string_view text, long long &time)
+bool ReadVcdTime(std::string_view text, long long &time, bool &isRounded)
 {
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), time);
-    return error == std::errc() && end == text.data() + text.size() && time >= 0 && text.front() != '-';
+    const char *const textEnd = text.data() + text.size();
+    const auto [end, error] = std::from_chars(text.data(), textEnd, time);
+    if (error != std::errc() || time < 0 || text.front() == '-')
+        return false;
+    if (end == textEnd)
+        return true;
+    const std::string_view fraction(end + 1, textEnd);
+    if (*end != '.' || fraction.find_first_not_of("0123456789") != fraction.npos)
+        return false;
+    isRounded = fraction.find_first_not_of('0') != fraction.npos;
+    const bool isUp = !fraction.empty() && fraction.front() >= '5';
+    if (isUp && time == std::numeric_limits<long long>::max())
+        return false;
+    time += isUp ? 1 : 0;
+    return true;
 }
 
 }  // namespace NTARN::NImport

@@ -38,8 +38,10 @@ inline std::uint8_t VcdPosition(char letter, const CVcdLetters &letters)
     return letters[static_cast<unsigned char>(letter)];
 }
 
-/// Reads a time, digits alone. @return false if it does not fit 63 bits
-bool ReadVcdTime(std::string_view text, long long &time);
+/// Reads a time: digits, and perhaps a point and more of them, which round it.
+/// @param isRounded  receives whether that changed it
+/// @return false if it does not fit 63 bits
+bool ReadVcdTime(std::string_view text, long long &time, bool &isRounded);
 /// Reads a real value. What is too large is infinite, what is too small 0.
 bool ReadVcdReal(std::string_view text, double &value);
 

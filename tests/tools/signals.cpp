@@ -217,6 +217,23 @@ TEST(Signals, RefusesPipesThatAreNoVcdFilesWithoutWaiting)
     }
 }
 
+TEST(Signals, DoesNotWaitForAPipeThatNothingWritesTo)
+{
+    const CTemporaryFolder folder;
+    const std::string pipe = (folder / "p.mat").string();
+    ASSERT_EQ(RunShell("mkfifo " + pipe).status, 0);
+    EXPECT_EQ(Refusal(pipe), "tesk: " + pipe + ": cannot open the file: it is a pipe that nothing writes to\n");
+}
+
+TEST(Signals, ReadsAPackedVcdFile)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "a.vcd.gz").string();
+    ASSERT_EQ(RunShell("gzip -c tests/data/tb.ghdl.vcd >" + file).status, 0);
+    EXPECT_EQ(Signals(file), Signals("tests/data/tb.ghdl.vcd"));
+    EXPECT_EQ(RunShell("cat " + file + " | tesk signals /dev/stdin").out, Signals(file));
+}
+
 TEST(Signals, WarnsAsTheOtherCommandsDo)
 {
     const CTemporaryFolder folder;

@@ -1,7 +1,11 @@
 #include "waveform/textimporter.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <climits>
 #include <cmath>
+#include <string>
 
 #include "platform/crt.h"
 #include "waveform/table/tables.h"
@@ -20,6 +24,14 @@ class ImportTextFileTest : public CTableTest {};
 TEST_F(ImportTextFileTest, TakesTheColumnThatTheFirstLineNames)
 {
     EXPECT_THAT(ImportTable("a b c\n0 1 10\n1 0 11\n", "c"), Optional(ElementsAre("0:10", "1:11")));
+}
+
+TEST_F(ImportTextFileTest, DoesNotWaitForAPipeThatNothingWritesTo)
+{
+    const std::string name = testing::TempDir() + "tesk_" + std::to_string(getpid()) + "_pipe.txt";
+    ASSERT_EQ(mkfifo(name.c_str(), 0600), 0);
+    EXPECT_EQ(Import(name + ",s", VectorType(8)), std::nullopt);
+    unlink(name.c_str());
 }
 
 TEST_F(ImportTextFileTest, StepsBySimulationTicksWithoutAnInterval)

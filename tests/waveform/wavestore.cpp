@@ -1,10 +1,13 @@
 #include "waveform/wavestore.h"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <limits>
 #include <memory>
 #include <random>
+#include <stdexcept>
 
 #include "platform/kestrin.h"
 #include "tests/logcatcher.h"
@@ -423,10 +426,31 @@ TEST(ImportVcdFile, LogsAnyOtherFailureAsAnImportError)
 {
     const CTextFile file(VcdHead);
     const CLogCatcher log;
-    NTARN::NImport::SetProgress([](void *, long long, long long) { throw std::bad_alloc(); }, nullptr);
+    NTARN::NImport::SetProgress([](void *, long long, long long) { throw std::logic_error("odd"); }, nullptr);
     EXPECT_EQ(ImportVcdFile(file.Name().c_str()), nullptr);
     NTARN::NImport::SetProgress(nullptr, nullptr);
     EXPECT_THAT(log.Messages(), ElementsAre("1 VCD Import error."));
+}
+
+TEST(ImportVcdFile, TellsOfMemoryThatRunsOut)
+{
+    const CTextFile file(VcdHead);
+    const CLogCatcher log;
+    NTARN::NImport::SetProgress([](void *, long long, long long) { throw std::bad_alloc(); }, nullptr);
+    EXPECT_EQ(ImportVcdFile(file.Name().c_str()), nullptr);
+    NTARN::NImport::SetProgress(nullptr, nullptr);
+    EXPECT_THAT(log.Messages(), ElementsAre("1 VCD " + file.Name() + ": out of memory while the file is read"));
+}
+
+TEST(ImportVcdFile, DoesNotWaitForAPipeThatNothingWritesTo)
+{
+    const std::string name = testing::TempDir() + "tesk_" + std::to_string(getpid()) + ".pipe.vcd";
+    ASSERT_EQ(mkfifo(name.c_str(), 0600), 0);
+    const CLogCatcher log;
+    EXPECT_EQ(ImportVcdFile(name.c_str()), nullptr);
+    unlink(name.c_str());
+    EXPECT_THAT(log.Messages(),
+                ElementsAre("1 VCD " + name + ": cannot open the file: it is a pipe that nothing writes to"));
 }
 
 TEST(ImportVcdFile, GivesAStoreOfWhatCanBeReadOfADamagedFile)

@@ -7,6 +7,7 @@
 
 #include "base/wrap.h"
 #include "core/stimulus.h"
+#include "platform/input/openinput.h"
 #include "platform/log.h"
 #include "waveform/table/largepages.h"
 #include "waveform/table/samplesteps.h"
@@ -15,24 +16,24 @@
 namespace {
 
 // A directory can be opened on some systems, but it holds no table, and a device may never end.
-std::FILE *OpenFile(const char *name)
+tesk::InputStream OpenFile(const char *name)
 {
     std::error_code ignored;
     const auto type = std::filesystem::status(name, ignored).type();
     const bool canHoldTable = type == std::filesystem::file_type::regular || type == std::filesystem::file_type::fifo;
-    return canHoldTable ? std::fopen(name, "rb") : nullptr;
+    return canHoldTable ? tesk::OpenInputStream(name) : nullptr;
 }
 
 }  // namespace
 
-CFilePtr OpenTextTable(SimpleString::CStr &name)
+tesk::InputStream OpenTextTable(SimpleString::CStr &name)
 {
-    std::FILE *file = OpenFile(name);
+    tesk::InputStream file = OpenFile(name);
     if (file == nullptr) {
         name += ".txt";
         file = OpenFile(name);
     }
-    return CFilePtr(file);
+    return file;
 }
 
 CTextTable::CTextTable(std::FILE *file, CSampleColumn &column, const char *signal, int width, int radix)

@@ -5,18 +5,14 @@
 #include <memory>
 #include <string_view>
 
+#include "platform/input/openinput.h"
 #include "waveform/samplecolumn.h"
 #include "waveform/table/tablereader.h"
 
-struct SFileCloser {
-    void operator()(std::FILE *file) const { std::fclose(file); }
-};
-using CFilePtr = std::unique_ptr<std::FILE, SFileCloser>;
-
-/// Opens a table for reading.
+/// Opens a table for reading. A pipe that nothing writes to holds none.
 /// @param name  gets ".txt" appended if there is no file of this name
 /// @return null if there is none of that name either
-CFilePtr OpenTextTable(SimpleString::CStr &name);
+tesk::InputStream OpenTextTable(SimpleString::CStr &name);
 
 /// One pass through a table. The column tells what is wanted by its arguments, interval, start time and flags, and
 /// receives the events in the order of the table.

@@ -115,6 +115,10 @@ TEST(VcdTimescale, IsANumberAndAUnit)
         {"100 s", 100000000000000000},
         {"ns", 1000000},
         {"5 ns", 5000000},
+        {"0.1ps", 100},
+        {"0.010 ns", 10000},
+        {"1.5 ns", 1500000},
+        {"1.0fs", 1},
     };
     for (const auto &row : rows)
         EXPECT_EQ(ReadVcdTimescale(row.body), row.femtoseconds) << row.body;
@@ -122,7 +126,8 @@ TEST(VcdTimescale, IsANumberAndAUnit)
 
 TEST(VcdTimescale, IsRefusedWithAnUnknownUnitOrAnImpossibleNumber)
 {
-    for (const char *body : {"", "1", "1 xs", "0 ns", "-1 ns", "1.5 ns", "10000 s", "99999999999999999999 fs"})
+    for (const char *body : {"", "1", "1 xs", "0 ns", "-1 ns", "1.5 fs", "0.0001 ps", "0.0 ns", "1.2.3 ns", ". ns",
+                             "0.00000000000000000001 s", "10000 s", "99999999999999999999 fs"})
         EXPECT_THROW(ReadVcdTimescale(body), SVcdFault) << body;
 }
 

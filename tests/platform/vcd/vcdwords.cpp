@@ -14,11 +14,14 @@ TEST(VcdTimeText, IsAWholeNumberWithoutASign)
     } rows[] = {{"0", 0}, {"00", 0}, {"17", 17}, {"9223372036854775807", LLONG_MAX}};
     for (const auto &row : rows) {
         long long time = -1;
-        EXPECT_TRUE(ReadVcdTime(row.text, time)) << row.text;
+        bool isRounded = false;
+        EXPECT_TRUE(ReadVcdTime(row.text, time, isRounded)) << row.text;
         EXPECT_EQ(time, row.time) << row.text;
+        EXPECT_FALSE(isRounded) << row.text;
     }
-    for (const char *text : {"", "-0", "-1", "+1", " 1", "1 ", "1.5", "x", "9223372036854775808"}) {
+    for (const char *text : {"", "-0", "-1", "+1", " 1", "1 ", "1.5x", "x", "9223372036854775808"}) {
         long long time = -1;
-        EXPECT_FALSE(ReadVcdTime(text, time)) << text;
+        bool isRounded = false;
+        EXPECT_FALSE(ReadVcdTime(text, time, isRounded)) << text;
     }
 }

@@ -1,0 +1,75 @@
+// Opening files and pipes.
+#include "platform/input/openinput.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <string>
+#include <thread>
+
+namespace {
+
+class CPipe {
+public:
+    CPipe() { EXPECT_EQ(mkfifo(m_name.c_str(), 0600), 0); }
+    CPipe(const CPipe &) = delete;
+    CPipe &operator=(const CPipe &) = delete;
+    ~CPipe() { unlink(m_name.c_str()); }
+
+    const char *Name() const { return m_name.c_str(); }
+    std::thread WriteAfter(std::chrono::milliseconds open, std::chrono::milliseconds write) const
+    {
+        return std::thread([this, open, write] {
+            std::this_thread::sleep_for(open);
+            const int file = ::open(Name(), O_WRONLY);
+            std::this_thread::sleep_for(write);
+            EXPECT_EQ(::write(file, "text", 4), 4);
+            ::close(file);
+        });
+    }
+
+private:
+    std::string m_name = testing::TempDir() + "tesk_pipe_" + std::to_string(getpid());
+};
+
+std::string ReadAll(std::FILE *file)
+{
+    std::string text;
+    for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file))
+        text += static_cast<char>(c);
+    return text;
+}
+
+TEST(OpenInput, RefusesAPipeThatNothingWritesTo)
+{
+    const CPipe pipe;
+    EXPECT_EQ(tesk::OpenInput(pipe.Name()), -1);
+    EXPECT_EQ(errno, ENXIO);
+    EXPECT_EQ(tesk::InputErrorText(ENXIO), "it is a pipe that nothing writes to");
+}
+
+TEST(OpenInput, WaitsForAWriterThatIsOrComes)
+{
+    using std::chrono::milliseconds;
+    for (const auto &[open, write] : {std::pair(0, 0), std::pair(100, 0), std::pair(0, 700)}) {
+        const CPipe pipe;
+        std::thread writer = pipe.WriteAfter(milliseconds(open), milliseconds(write));
+        const tesk::InputStream file = tesk::OpenInputStream(pipe.Name());
+        ASSERT_NE(file, nullptr) << open << " " << write;
+        EXPECT_EQ(ReadAll(file.get()), "text") << open << " " << write;
+        writer.join();
+    }
+}
+
+TEST(OpenInput, TellsOfAMissingFile)
+{
+    EXPECT_EQ(tesk::OpenInputStream("/nowhere/file"), nullptr);
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_EQ(tesk::InputErrorText(ENOENT), "No such file or directory");
+}
+
+}  // namespace
