@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 namespace Morvel {
 
@@ -11,18 +12,6 @@ namespace {
 // A name of no letters, its type, its number of children and its number of events.
 constexpr std::size_t LeastSignalSize = 1 + 4 + 4 + 8;
 
-std::uint64_t SizeOfFile(const std::filesystem::path &path)
-{
-    std::error_code error;
-    const auto type = std::filesystem::status(path, error).type();
-    if (type == std::filesystem::file_type::directory)
-        throw XFault("is a directory");
-    const std::uint64_t size = error ? 0 : std::filesystem::file_size(path, error);
-    if (error)
-        throw XFault("cannot be read: " + error.message());
-    return size;
-}
-
 [[noreturn]] void FailIndex(const std::string &why)
 {
     throw XFault("is damaged: its index " + why);
@@ -30,34 +19,31 @@ std::uint64_t SizeOfFile(const std::filesystem::path &path)
 
 }  // namespace
 
-struct CIndexedFile::SHeader {
+struct CStreamIndex::SHeader {
     std::uint64_t indexOffset;
     std::uint64_t indexSize;
     std::uint32_t indexCrc;
 };
 
-CIndexedFile::CIndexedFile(const std::filesystem::path &path)
+CStreamIndex::CStreamIndex(const CFileBytes &file)
 {
-    const std::uint64_t fileSize = SizeOfFile(path);
-    m_file.open(path, std::ios::binary);
-    if (!m_file)
-        throw XFault("cannot be opened");
-    const SHeader header = ReadHeader(fileSize);
+    const SHeader header = ReadHeader(file);
     m_blockEnd = header.indexOffset;
-    m_index = ReadBytes(header.indexOffset, header.indexSize);
-    if (Crc(m_index) != header.indexCrc)
+    m_bytes = file.Read(header.indexOffset, header.indexSize);
+    if (Crc(m_bytes) != header.indexCrc)
         FailIndex("has the wrong checksum");
-    CByteReader bytes(m_index);
+    CByteReader bytes(m_bytes);
     TakeSignals(bytes, TakeTypes(bytes));
     if (!bytes.IsGood() || !bytes.Rest().empty())
         FailIndex("does not end where it should");
 }
 
-CIndexedFile::SHeader CIndexedFile::ReadHeader(std::uint64_t fileSize)
+CStreamIndex::SHeader CStreamIndex::ReadHeader(const CFileBytes &file)
 {
+    const std::uint64_t fileSize = file.Size();
     if (fileSize == 0)
         throw XFault("is empty");
-    const std::string text = ReadBytes(0, std::min<std::uint64_t>(fileSize, HeaderSize));
+    const std::string text = file.Read(0, std::min<std::uint64_t>(fileSize, HeaderSize));
     CByteReader bytes(text);
     if (bytes.TakeBytes(Magic.size()) != Magic)
         throw XFault("is no event stream");
@@ -85,33 +71,20 @@ CIndexedFile::SHeader CIndexedFile::ReadHeader(std::uint64_t fileSize)
     return header;
 }
 
-std::string CIndexedFile::ReadBytes(std::uint64_t offset, std::uint64_t size)
-{
-    std::string bytes(static_cast<std::size_t>(size), '\0');
-    m_file.clear();
-    m_file.seekg(static_cast<std::streamoff>(offset));
-    m_file.read(bytes.data(), static_cast<std::streamsize>(size));
-    if (!m_file)
-        throw XFault("cannot be read to its end");
-    return bytes;
-}
-
-std::string CIndexedFile::ReadBlock(const SBlockEntry &entry)
-{
-    std::string packed = ReadBytes(entry.offset, entry.size);
-    if (Crc(packed) != entry.crc)
-        throw XFault("is damaged: a block has the wrong checksum");
-    return packed;
-}
-
-const SSignalEntry *CIndexedFile::Find(int handle) const
+const SSignalEntry *CStreamIndex::Find(int handle) const
 {
     if (handle < 0 || static_cast<std::size_t>(handle) >= m_signals.size())
         return nullptr;
     return &m_signals[static_cast<std::size_t>(handle)];
 }
 
-std::vector<const char *> CIndexedFile::TakeTypes(CByteReader &bytes) const
+const Kestrin::KTypeInfo &CStreamIndex::TypeOf(const SSignalEntry &signal) const
+{
+    const auto known = m_types.find(signal.typeText);
+    return known != m_types.end() ? known->second : m_types.try_emplace(signal.typeText, signal.typeText).first->second;
+}
+
+std::vector<const char *> CStreamIndex::TakeTypes(CByteReader &bytes) const
 {
     const auto count = bytes.Take<std::uint32_t>();
     if (count > bytes.Rest().size())
@@ -126,7 +99,7 @@ std::vector<const char *> CIndexedFile::TakeTypes(CByteReader &bytes) const
 
 // Level by level, so that the children of one signal follow those of the signal before it, and a tree is all that the
 // numbers of children can describe.
-void CIndexedFile::TakeSignals(CByteReader &bytes, const std::vector<const char *> &types)
+void CStreamIndex::TakeSignals(CByteReader &bytes, const std::vector<const char *> &types)
 {
     const auto count = bytes.Take<std::uint32_t>();
     const auto topLevelCount = bytes.Take<std::uint32_t>();
@@ -155,7 +128,7 @@ void CIndexedFile::TakeSignals(CByteReader &bytes, const std::vector<const char 
         FailIndex("has a wrong number of children");
 }
 
-SSignalEntry CIndexedFile::TakeSignal(CByteReader &bytes, const std::vector<const char *> &types, int firstChild) const
+SSignalEntry CStreamIndex::TakeSignal(CByteReader &bytes, const std::vector<const char *> &types, int firstChild) const
 {
     SSignalEntry signal{};
     signal.name = bytes.TakeText();
@@ -177,7 +150,7 @@ SSignalEntry CIndexedFile::TakeSignal(CByteReader &bytes, const std::vector<cons
     return signal;
 }
 
-void CIndexedFile::TestBlocks(const SSignalEntry &signal)
+void CStreamIndex::TestBlocks(const SSignalEntry &signal)
 {
     CByteReader bytes(signal.blocks);
     while (!bytes.Rest().empty()) {
@@ -188,6 +161,57 @@ void CIndexedFile::TestBlocks(const SSignalEntry &signal)
         if (m_blockBytes > m_blockEnd - HeaderSize)
             FailIndex("has blocks that overlap");
     }
+}
+
+std::string SStreamFile::ReadBlock(const SBlockEntry &entry) const
+{
+    std::string packed = bytes->Read(entry.offset, entry.size);
+    if (Crc(packed) != entry.crc)
+        throw XFault("is damaged: a block has the wrong checksum");
+    return packed;
+}
+
+namespace {
+
+// What an earlier opening read, as long as somebody keeps it.
+struct SKnownFile {
+    CFileStamp stamp;
+    std::string header;
+    std::weak_ptr<const CFileBytes> unpacked;  // of a packed file
+    std::weak_ptr<const CStreamIndex> index;
+};
+
+std::vector<SKnownFile> &KnownFiles()
+{
+    static thread_local std::vector<SKnownFile> files;
+    std::erase_if(files, [](const SKnownFile &file) { return file.index.expired(); });
+    return files;
+}
+
+}  // namespace
+
+// Stamps have the grain of the system's clock: the header, which holds the index's checksum, must be the same too.
+SStreamFile OpenStreamFile(const std::filesystem::path &path)
+{
+    SStreamFile file;
+    file.bytes = CFileBytes::Open(path);
+    file.isPacked = file.bytes->IsPacked();
+    const CFileStamp stamp = file.bytes->Stamp();
+    std::string header = file.bytes->Read(0, std::min<std::uint64_t>(file.bytes->Size(), HeaderSize));
+    for (const SKnownFile &known : KnownFiles()) {
+        if (known.stamp != stamp || known.header != header)
+            continue;
+        file.index = known.index.lock();
+        if (file.isPacked)
+            file.bytes = known.unpacked.lock();
+        if (file.index != nullptr && file.bytes != nullptr)
+            return file;
+    }
+    if (file.isPacked)
+        file.bytes = CFileBytes::Unpack(path);
+    file.index = std::make_shared<CStreamIndex>(*file.bytes);
+    KnownFiles().push_back({stamp, std::move(header), file.bytes, file.index});
+    return file;
 }
 
 }  // namespace Morvel

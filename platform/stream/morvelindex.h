@@ -3,21 +3,17 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
-#include <stdexcept>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
+#include "platform/kestrin.h"
+#include "platform/stream/filebytes.h"
 #include "platform/stream/morvelformat.h"
 
 namespace Morvel {
-
-/// What is wrong with a file; the text does not name it.
-class XFault : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
 
 /// One signal. The texts lie in the index.
 struct SSignalEntry {
@@ -29,40 +25,52 @@ struct SSignalEntry {
     std::string_view blocks;  ///< `BlockCount(events)` block entries
 };
 
-/// A file and what its index says. A handle is a position among the signals.
-class CIndexedFile {
+/// What header and index of a file say. A handle is a position among the signals.
+class CStreamIndex {
 public:
-    /// Opens the file and tests header and index; of the blocks only where they lie. @throw XFault
-    explicit CIndexedFile(const std::filesystem::path &path);
-    CIndexedFile(const CIndexedFile &) = delete;
-    CIndexedFile &operator=(const CIndexedFile &) = delete;
+    /// Tests header and index; of the blocks only where they lie. @throw XFault
+    explicit CStreamIndex(const CFileBytes &file);
+    CStreamIndex(const CStreamIndex &) = delete;
+    CStreamIndex &operator=(const CStreamIndex &) = delete;
 
     long long GetResolution() const { return m_resolution; }
     long long GetEndTime() const { return m_endTime; }
     int GetTopLevelCount() const { return m_topLevelCount; }
     /// @return null for an unknown handle
     const SSignalEntry *Find(int handle) const;
-    /// Reads the packed bytes of a block. @throw XFault if they are not what the index says
-    std::string ReadBlock(const SBlockEntry &entry);
+    /// The type of a signal of this index, read once for all signals that have it.
+    const Kestrin::KTypeInfo &TypeOf(const SSignalEntry &signal) const;
 
 private:
     struct SHeader;
 
-    SHeader ReadHeader(std::uint64_t fileSize);
-    std::string ReadBytes(std::uint64_t offset, std::uint64_t size);
+    SHeader ReadHeader(const CFileBytes &file);
     std::vector<const char *> TakeTypes(CByteReader &bytes) const;
     void TakeSignals(CByteReader &bytes, const std::vector<const char *> &types);
     SSignalEntry TakeSignal(CByteReader &bytes, const std::vector<const char *> &types, int firstChild) const;
     void TestBlocks(const SSignalEntry &signal);
 
-    std::ifstream m_file;
-    std::string m_index;
+    std::string m_bytes;
     std::uint64_t m_blockEnd = 0;    // where the blocks end and the index begins
     std::uint64_t m_blockBytes = 0;  // of all blocks seen so far: each byte of the file belongs to one signal only
     long long m_resolution = 0;
     long long m_endTime = 0;
     int m_topLevelCount = 0;
-    std::vector<SSignalEntry> m_signals;  // level by level
+    std::vector<SSignalEntry> m_signals;                                   // level by level
+    mutable std::unordered_map<const char *, Kestrin::KTypeInfo> m_types;  // by their texts, which are one for each
 };
+
+/// An open file and its index.
+struct SStreamFile {
+    std::shared_ptr<const CFileBytes> bytes;
+    std::shared_ptr<const CStreamIndex> index;  ///< shared by all openings that met the same contents, while one lives
+    bool isPacked = false;                      ///< `bytes` are a temporary file's, and shared too
+
+    /// Reads the packed bytes of a block. @throw XFault if they are not what the index says
+    std::string ReadBlock(const SBlockEntry &entry) const;
+};
+
+/// Opens a file; one that gzip packed is unpacked into a temporary file. @throw XFault
+SStreamFile OpenStreamFile(const std::filesystem::path &path);
 
 }  // namespace Morvel

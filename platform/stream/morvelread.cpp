@@ -25,22 +25,25 @@ void Report(const std::string &file, const char *why)
 
 class CMorvelRead final : public IMorvelRead {
 public:
-    explicit CMorvelRead(const char *file) : m_file(file) {}
+    explicit CMorvelRead(const char *file) : m_file(OpenStreamFile(file)) {}
 
-    int GetSignalCount() override { return m_file.GetTopLevelCount(); }
+    int GetSignalCount() override { return m_file.index->GetTopLevelCount(); }
 
     int GetChild(int parent, int number) override
     {
-        const SSignalEntry *signal = m_file.Find(parent);
+        const SSignalEntry *signal = m_file.index->Find(parent);
         const bool exists = signal != nullptr && number >= 0 && number < signal->childCount;
         return exists ? signal->firstChild + number : -1;
     }
 
-    int GetSignal(int number) override { return number >= 0 && number < m_file.GetTopLevelCount() ? number : -1; }
+    int GetSignal(int number) override
+    {
+        return number >= 0 && number < m_file.index->GetTopLevelCount() ? number : -1;
+    }
 
     void GetInfo(int handle, bool *hasChildren, int *childCount, const char **name, int *mode, int *reserved) override
     {
-        const SSignalEntry *signal = m_file.Find(handle);
+        const SSignalEntry *signal = m_file.index->Find(handle);
         const int count = signal != nullptr ? signal->childCount : 0;
         Set(hasChildren, count > 0);
         Set(childCount, count);
@@ -51,7 +54,7 @@ public:
 
     const char *GetTypeText(int handle) override
     {
-        const SSignalEntry *signal = m_file.Find(handle);
+        const SSignalEntry *signal = m_file.index->Find(handle);
         return signal != nullptr ? signal->typeText : nullptr;
     }
 
@@ -65,17 +68,17 @@ private:
             *target = value;
     }
 
-    CIndexedFile m_file;
+    SStreamFile m_file;
 };
 
 using EventsPtr = std::shared_ptr<const CStoredEvents>;
 
 class CRawMorvelRead final : public IRawMorvelRead {
 public:
-    explicit CRawMorvelRead(const char *file) : m_name(file), m_file(file) {}
+    explicit CRawMorvelRead(const char *file) : m_name(file), m_file(OpenStreamFile(file)) {}
 
-    long long GetResolution() override { return m_file.GetResolution(); }
-    long long GetEndTime() override { return m_file.GetEndTime(); }
+    long long GetResolution() override { return m_file.index->GetResolution(); }
+    long long GetEndTime() override { return m_file.index->GetEndTime(); }
     const KEventsStore *GetEventsStore(int handle) override;
 
 private:
@@ -86,7 +89,7 @@ private:
     EventsPtr LoadBus(const SSignalEntry &signal, const Kestrin::KTypeInfo &type);
 
     std::string m_name;
-    CIndexedFile m_file;
+    SStreamFile m_file;
     std::shared_ptr<CBlockCache> m_cache = std::make_shared<CBlockCache>();
     std::map<int, std::unique_ptr<const KEventsStore>> m_stores;  // null: there is none
     std::map<int, EventsPtr> m_events;                            // a scalar shares them with the bus that it is in
@@ -97,17 +100,32 @@ try {
     const auto store = m_stores.find(handle);
     if (store != m_stores.end())
         return store->second.get();
-    if (m_file.Find(handle) == nullptr)
+    if (m_file.index->Find(handle) == nullptr)
         return nullptr;
     return m_stores.emplace(handle, MakeStore(handle)).first->second.get();
 } catch (const std::bad_alloc &) {
     return nullptr;
 }
 
+// A host opens a file for each element of a bus, and closes it again. What its events keep of the file spares the next
+// opening to read the index.
+EventsPtr KeepWith(EventsPtr events, const SStreamFile &file)
+{
+    struct SKept {
+        EventsPtr events;
+        SStreamFile file;
+    };
+    auto kept = std::make_shared<SKept>(SKept{std::move(events), file});
+    if (!file.isPacked)
+        kept->file.bytes = nullptr;  // a new opening has its own
+    const CStoredEvents *const stored = kept->events.get();
+    return {std::move(kept), stored};
+}
+
 std::unique_ptr<const KEventsStore> CRawMorvelRead::MakeStore(int handle)
 try {
     EventsPtr events = Load(handle);
-    return events != nullptr ? std::make_unique<KEventsStore>(std::move(events)) : nullptr;
+    return events != nullptr ? std::make_unique<KEventsStore>(KeepWith(std::move(events), m_file)) : nullptr;
 } catch (const XFault &fault) {
     Report(m_name, fault.what());
     return nullptr;
@@ -118,12 +136,12 @@ EventsPtr CRawMorvelRead::Load(int handle)
     const auto known = m_events.find(handle);
     if (known != m_events.end())
         return known->second;
-    return m_events.emplace(handle, LoadNew(*m_file.Find(handle))).first->second;
+    return m_events.emplace(handle, LoadNew(*m_file.index->Find(handle))).first->second;
 }
 
 EventsPtr CRawMorvelRead::LoadNew(const SSignalEntry &signal)
 {
-    const Kestrin::KTypeInfo type(signal.typeText);
+    const Kestrin::KTypeInfo &type = m_file.index->TypeOf(signal);
     if (signal.childCount > 0)
         return type.GetKind() == 4 && type.IsSimple() ? LoadBus(signal, type) : nullptr;
     if (type.IsScalar())

@@ -19,6 +19,7 @@ public:
     CLoadLevel &operator=(const CLoadLevel &) = delete;
     ~CLoadLevel() { --s_depth; }
 
+    static bool IsOutermost() { return s_depth == 1; }
     /// Whether the outermost signal of this load, or the last load, nests too deep or has too many signals below it.
     /// The load is then to be given up as a whole: going on behind the place would find nothing sensible there.
     static bool IsRefused() { return s_refused; }

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <exception>
 #include <string>
+#include <unordered_map>
 
 #include "base/wrap.h"
 #include "platform/tarn.h"
@@ -28,6 +29,43 @@ int CountChildren(const NTARN::HSignalRange &range)
     const long long count = static_cast<long long>(range.last) - range.first + 1;
     return static_cast<int>(std::clamp(count, 0LL, MaxSignals + 1));
 }
+
+// Counts what a database would make, before anything is made: handles that share their children describe more signals
+// than they are.
+class CDatabaseCount {
+public:
+    explicit CDatabaseCount(NTARN::IDatabaseReader &reader) : m_reader(reader) {}
+
+    /// Counts a signal and all below it, those of the calls before included.
+    /// @return false if they are more than MaxSignals below one, or nest too deep
+    bool Add(int handle)
+    {
+        m_total += Count(handle, 1);
+        return m_total <= MaxSignals + 1;
+    }
+
+private:
+    static constexpr long long TooMany = MaxSignals + 2;
+
+    long long Count(int handle, int depth)
+    {
+        const NTARN::HSignalRange children =
+            handle != -1 ? m_reader.GetChildRange(handle) : NTARN::HSignalRange{-1, -1};
+        const int elements = CountChildren(children);
+        if (elements == 0)
+            return 1;
+        if (const auto known = m_counts.find(handle); known != m_counts.end())
+            return known->second;
+        long long count = depth < MaxNesting && elements <= MaxSignals ? 1 : TooMany;
+        for (int i = 0; i < elements && count < TooMany; ++i)
+            count += Count(static_cast<int>(tesk::WrapAdd(children.first, i)), depth + 1);
+        return m_counts[handle] = std::min(count, TooMany);
+    }
+
+    NTARN::IDatabaseReader &m_reader;
+    std::unordered_map<int, long long> m_counts;  // of signals with children
+    long long m_total = 0;
+};
 
 // Whether a row of a list stands for something that is no signal.
 bool IsNoSignal(ISignalListReader &reader, int id)
@@ -95,6 +133,9 @@ long CSignalContainerImp::LoadFromDatabase(NTARN::IDatabaseReader *reader)
 try {
     if (reader == nullptr)
         return E_INVALIDARG;
+    CDatabaseCount count(*reader);
+    if (!std::all_of(reader->RootHandlesBegin(), reader->RootHandlesEnd(), [&](int root) { return count.Add(root); }))
+        return E_FAIL;
     for (const int *handle = reader->RootHandlesBegin(); handle != reader->RootHandlesEnd(); ++handle) {
         ISignal *signal = nullptr;
         if (AddFromDatabase(reader, nullptr, *handle, &signal) < 0)
@@ -113,6 +154,8 @@ try {
     *out = nullptr;
     const CLoadLevel level;
     if (reader == nullptr || handle == -1 || level.IsRefused())
+        return E_FAIL;
+    if (level.IsOutermost() && !CDatabaseCount(*reader).Add(handle))
         return E_FAIL;
     const std::string name = parent != nullptr ? reader->GetName(handle) : reader->GetFullName(handle, false);
     const int elements = CountChildren(reader->GetChildRange(handle));

@@ -1,7 +1,9 @@
 #include "signal/tree/signalsprovider.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
+#include <limits>
 #include <unordered_map>
 #include <utility>
 
@@ -12,6 +14,9 @@
 #include "signal/tree/streamform.h"
 
 namespace {
+
+// What the saved form can count: with more signals than that it would be read back as another one.
+constexpr std::size_t MostSaved = std::numeric_limits<std::uint16_t>::max();
 
 // Signals that live on outside a list whose names may lead to them. Never destroyed: a host may hold signals until the
 // process ends.
@@ -104,6 +109,8 @@ long CSignalsProvider::Save(ISignalStream *stream) const
 {
     if (stream == nullptr)
         return E_INVALIDARG;
+    if (m_signals.size() > MostSaved)
+        return E_FAIL;
     const long written = WriteWord(*stream, m_signals.size());
     if (written < 0)
         return written;

@@ -43,6 +43,20 @@ TEST(SavingAListOfSignals, WritesACountOfZeroForAnEmptyList)
     EXPECT_EQ(stream.m_bytes, std::string(2, '\0'));
 }
 
+TEST(SavingAListOfSignals, RefusesMoreSignalsThanTheWordCanCount)
+{
+    CList list;
+    const FakePtr signal = NewFake("s");
+    for (int i = 0; i < 0xFFFF; ++i)
+        list.Add(signal.get());
+    CStream stream;
+    EXPECT_EQ(list.Save(&stream), S_OK);
+    EXPECT_EQ(stream.m_bytes, "\xFF\xFF");
+    list.Add(signal.get());
+    EXPECT_EQ(list.Save(&stream), E_FAIL);
+    EXPECT_EQ(stream.m_bytes, "\xFF\xFF") << "nothing more is written";
+}
+
 TEST(SavingAListOfSignals, StopsAtTheFirstFailureAndAnswersIt)
 {
     CList list;

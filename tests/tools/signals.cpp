@@ -234,6 +234,27 @@ TEST(Signals, ReadsAPackedVcdFile)
     EXPECT_EQ(RunShell("cat " + file + " | tesk signals /dev/stdin").out, Signals(file));
 }
 
+TEST(Signals, NamesAFileOfAKindThatIsNotRead)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "a.saif").string();
+    WriteBytesTo(file, "(SAIFILE\n(SAIFVERSION \"2.0\")\n");
+    EXPECT_EQ(Refusal(file), "tesk: " + file +
+                                 ": it is a SAIF file, which is not read; it counts changes and holds no waveform; "
+                                 "give the VCD that it was made from\n");
+}
+
+TEST(Signals, TellsWhatIsPackedByItsContents)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "a.gz").string();
+    ASSERT_EQ(RunShell("gzip -c tests/data/tb.ghdl.vcd >" + file).status, 0);
+    EXPECT_EQ(Signals(file), Signals("tests/data/tb.ghdl.vcd"));
+    ASSERT_EQ(RunShell("tesk convert tests/data/tb.ghdl.vcd " + (folder / "a.zyn").string()).status, 0);
+    ASSERT_EQ(RunShell("gzip -c " + (folder / "a.zyn").string() + " >" + file).status, 0);
+    EXPECT_EQ(Signals(file), Signals((folder / "a.zyn").string()));
+}
+
 TEST(Signals, WarnsAsTheOtherCommandsDo)
 {
     const CTemporaryFolder folder;

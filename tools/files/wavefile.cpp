@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/input/foreignkinds.h"
+#include "platform/input/packedinput.h"
 #include "platform/tarn.h"
 #include "platform/tarnutil.h"
 #include "tools/commandline.h"
@@ -138,13 +140,28 @@ std::string Beginning(const std::string &path)
     return bytes;
 }
 
+// Of what gzip packed, the beginning of that.
+std::string Unpacked(const std::string &path, std::string bytes)
+try {
+    std::string unpacked(bytes.size(), '\0');
+    unpacked.resize(tesk::CPackedInput(path).Read(unpacked.data(), unpacked.size()));
+    return unpacked;
+} catch (const tesk::XInputFault &) {
+    return bytes;  // who reads all of it says what is wrong
+}
+
 }  // namespace
 
 EFileKind KindOfFile(const std::string &path)
 {
     if (!IsRegularFile(path))
         return KindOfPipe(path);
-    return tesk::KindOfContents(Beginning(path)).value_or(tesk::KindOfName(path));
+    const std::string bytes = Unpacked(path, Beginning(path));
+    if (const auto kind = tesk::KindOfContents(bytes))
+        return *kind;
+    if (const tesk::SForeignKind *const foreign = tesk::FindForeignKind(bytes, path))
+        Refuse(path, tesk::ForeignKindText(*foreign));
+    return tesk::KindOfName(path);
 }
 
 std::unique_ptr<IWaveformFile> OpenAs(EFileKind kind, const std::string &path)

@@ -101,7 +101,7 @@ void CStreamFile::AddSignals(const std::string &parentPath, int handle)
     const char *name = nullptr;
     int childCount = 0;
     stream.GetInfo(handle, nullptr, &childCount, &name, nullptr, nullptr);
-    const Kestrin::KTypeInfo type(stream.GetTypeText(handle));
+    const Kestrin::KTypeInfo &type = TypeOf(stream.GetTypeText(handle));
     const std::string path = parentPath + name;
     if (childCount == 0 ? type.IsScalar() : type.IsSimple() && type.GetNbOfElements() == childCount) {
         const int first = childCount > 0 ? stream.GetChild(handle, 0) : handle;
@@ -110,6 +110,13 @@ void CStreamFile::AddSignals(const std::string &parentPath, int handle)
     }
     for (int i = 0; i < childCount; ++i)
         AddSignals(path, stream.GetChild(handle, i));
+}
+
+// Signals of one type have one text, and a text may be long.
+const Kestrin::KTypeInfo &CStreamFile::TypeOf(const char *text)
+{
+    const auto known = m_types.find(text);
+    return known != m_types.end() ? known->second : m_types.try_emplace(text, text).first->second;
 }
 
 std::unique_ptr<IElementWalk> CStreamFile::Walk(long long element)

@@ -4,9 +4,11 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
+#include "platform/kestrin.h"
 #include "platform/morvel.h"
 #include "waveform/files/fileuse.h"
 #include "waveform/files/waveformfile.h"
@@ -37,9 +39,11 @@ public:
 
 private:
     void AddSignals(const std::string &parentPath, int handle);
+    const Kestrin::KTypeInfo &TypeOf(const char *text);
 
     std::unique_ptr<Reader> m_reader;
     std::optional<std::vector<SFileSignal>> m_signals;
+    std::unordered_map<const char *, Kestrin::KTypeInfo> m_types;  // by the reader's texts, one for each type
 };
 
 /// The use of an event stream. It is closed again in any case: a stimulus keeps a copy of the events.

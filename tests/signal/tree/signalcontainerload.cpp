@@ -213,6 +213,47 @@ TEST(AddFromDatabase, RefusesAChildRangeThatIsTooLong)
     }
 }
 
+// Each signal has the next one below it twice: few handles, and more ways down than any memory holds.
+CMemoryDatabase SharedDatabase(int nodes)
+{
+    CMemoryDatabase database;
+    database.roots = {2};
+    for (int i = 1; i <= nodes; ++i) {
+        for (const int handle : {2 * i, 2 * i + 1})
+            database.signals[handle] = {"s", StdLogicType, {2 * i + 2, 2 * i + 3}, 0, 0};
+    }
+    for (const int handle : {2 * nodes + 2, 2 * nodes + 3})
+        database.signals[handle] = {"s", StdLogicType, {-1, -1}, 0, 0};
+    return database;
+}
+
+TEST(LoadFromDatabase, RefusesATreeThatSharedChildrenMakeTooLargeBeforeItIsMade)
+{
+    CMemoryDatabase database = SharedDatabase(40);
+    const TReference<ISignalContainer> container = MakeContainer();
+    EXPECT_EQ(container->LoadFromDatabase(&database), E_FAIL);
+    ISignal *signal = nullptr;
+    EXPECT_EQ(container->AddFromDatabase(&database, nullptr, 2, &signal), E_FAIL);
+    EXPECT_EQ(container->GetCount(), 0U);
+}
+
+TEST(LoadFromDatabase, CountsTheTreesOfAllRootsTogether)
+{
+    CMemoryDatabase database = SharedDatabase(20);
+    database.roots.assign(12, 2);  // 12 times 2^21 - 1
+    const TReference<ISignalContainer> container = MakeContainer();
+    EXPECT_EQ(container->LoadFromDatabase(&database), E_FAIL);
+    EXPECT_EQ(container->GetCount(), 0U);
+}
+
+TEST(LoadFromDatabase, TakesSharedChildrenApart)
+{
+    CMemoryDatabase database = SharedDatabase(3);
+    const TReference<ISignalContainer> container = MakeContainer();
+    EXPECT_EQ(container->LoadFromDatabase(&database), S_OK);
+    EXPECT_EQ(container->GetCount(), 1U);
+}
+
 class CThrowingDatabase : public NTARN::IDatabaseReader {
 public:
     long long GetEndTime() override { return 0; }
