@@ -20,7 +20,7 @@ constexpr SValueType Types[] = {
 
 void Read(const std::uint8_t *data, std::size_t size, unsigned flags, const SValueType &type)
 {
-    const tesk::InputStream file(fmemopen(const_cast<std::uint8_t *>(data), size, "rb"));
+    const CFilePtr file(fmemopen(const_cast<std::uint8_t *>(data), size, "rb"));
     if (file == nullptr)
         return;
     CSampleColumn column;

@@ -83,7 +83,7 @@ try {
     SBounds bounds;
     if (!TakeName(args.m_signal, name) || !ReadBound(args.m_start, bounds.start) || !ReadBound(args.m_end, bounds.end))
         return 0;
-    tesk::InputStream file = OpenTextTable(args.m_file);
+    CFilePtr file = OpenTextTable(args.m_file);
     if (file == nullptr)
         return 0;
     auto column = std::make_unique<CSampleColumn>();

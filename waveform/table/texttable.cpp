@@ -16,7 +16,7 @@
 namespace {
 
 // A directory can be opened on some systems, but it holds no table, and a device may never end.
-tesk::InputStream OpenFile(const char *name)
+CFilePtr OpenFile(const char *name)
 {
     std::error_code ignored;
     const auto type = std::filesystem::status(name, ignored).type();
@@ -26,9 +26,9 @@ tesk::InputStream OpenFile(const char *name)
 
 }  // namespace
 
-tesk::InputStream OpenTextTable(SimpleString::CStr &name)
+CFilePtr OpenTextTable(SimpleString::CStr &name)
 {
-    tesk::InputStream file = OpenFile(name);
+    CFilePtr file = OpenFile(name);
     if (file == nullptr) {
         name += ".txt";
         file = OpenFile(name);

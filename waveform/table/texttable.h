@@ -9,10 +9,12 @@
 #include "waveform/samplecolumn.h"
 #include "waveform/table/tablereader.h"
 
+using CFilePtr = tesk::InputStream;
+
 /// Opens a table for reading. A pipe that nothing writes to holds none.
 /// @param name  gets ".txt" appended if there is no file of this name
 /// @return null if there is none of that name either
-tesk::InputStream OpenTextTable(SimpleString::CStr &name);
+CFilePtr OpenTextTable(SimpleString::CStr &name);
 
 /// One pass through a table. The column tells what is wanted by its arguments, interval, start time and flags, and
 /// receives the events in the order of the table.
