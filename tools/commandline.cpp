@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstring>
 #include <iostream>
+#include <new>
 
 #include "tools/quote.h"
 
@@ -17,7 +18,7 @@ constexpr int WrongUsage = 2;
 
 int Complain(const std::exception &error, int status)
 {
-    std::fprintf(stderr, "tesk: %s\n", OneLine(error.what()).c_str());
+    std::fprintf(stderr, "tesk: %s\n", MessageLine(error.what()).c_str());
     return status;
 }
 
@@ -25,7 +26,7 @@ int Complain(const std::exception &error, int status)
 
 void RefuseOption(const std::string &option, const std::string &text, const std::string &why)
 {
-    throw CWrongUsage(option + " " + text + ": " + why);
+    throw CWrongUsage(option + " " + Shorten(text) + ": " + why);
 }
 
 void CCommand::Argument(const std::string &name, std::string &target, const std::string &help)
@@ -122,6 +123,8 @@ int CCommandLine::Execute(int argc, char **argv)
         return isHelp ? m_app->exit(error) : Complain(error, WrongUsage);
     } catch (const CWrongUsage &error) {
         return Complain(error, WrongUsage);
+    } catch (const std::bad_alloc &) {
+        return Complain(CRefusal("there is not enough memory for this"), Refused);
     } catch (const std::exception &error) {
         return Complain(error, Refused);
     }

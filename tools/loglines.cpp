@@ -31,7 +31,7 @@ void CLogLines::Take(void *context, int level, const char *, const char *text)
     if (level == Error)
         lines.m_lastError = text;
     if (level == Error && lines.m_errors == EErrors::Shown)
-        std::fprintf(stderr, "tesk: %s\n", OneLine(text).c_str());
+        std::fprintf(stderr, "tesk: %s\n", MessageLine(text).c_str());
     else if (level != Error && lines.m_warnings == EWarnings::Shown)
-        std::fprintf(stderr, "tesk: warning: %s\n", OneLine(text).c_str());
+        std::fprintf(stderr, "tesk: warning: %s\n", MessageLine(text).c_str());
 }

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdio>
+#include <utility>
 
 namespace {
 
@@ -29,9 +30,12 @@ std::string Quote(std::string text)
 {
     for (char &c : text)
         c = c >= ' ' && c < 0x7F ? c : '?';
-    if (text.size() > LongestQuote)
-        text = text.substr(0, LongestQuote) + "...";
-    return '"' + text + '"';
+    return '"' + Shorten(std::move(text)) + '"';
+}
+
+std::string Shorten(std::string text)
+{
+    return text.size() > LongestQuote ? text.substr(0, LongestQuote) + "..." : text;
 }
 
 std::string Printable(std::string_view text)
@@ -54,6 +58,14 @@ std::string OneLine(std::string_view text)
         text.remove_prefix(control != 0 ? control : 1);
     }
     return line;
+}
+
+std::string MessageLine(std::string_view text)
+{
+    constexpr std::size_t Begin = 5000, End = 1000;
+    if (text.size() <= Begin + End)
+        return OneLine(text);
+    return OneLine(text.substr(0, Begin)) + " ... " + OneLine(text.substr(text.size() - End));
 }
 
 std::string CsvField(const std::string &field)

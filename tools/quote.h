@@ -13,5 +13,12 @@ std::string Printable(std::string_view text);
 /// A message with users' texts in it: control characters are shown by their codes, letters of all languages stay.
 std::string OneLine(std::string_view text);
 
+/// A text for a message, without quotes: not longer than a reader needs to find it.
+std::string Shorten(std::string text);
+
+/// A whole message as `OneLine` makes it, of which the middle is left out where it is longer than any file's name and what
+/// there is to say of it.
+std::string MessageLine(std::string_view text);
+
 /// A field of a CSV table, in quotes where RFC 4180 wants them.
 std::string CsvField(const std::string &field);

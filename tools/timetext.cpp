@@ -1,9 +1,13 @@
 #include "tools/timetext.h"
 
 #include <algorithm>
+#include <charconv>
+#include <limits>
+#include <system_error>
 
 #include "settings/timeunits.h"
 #include "tools/commandline.h"
+#include "tools/quote.h"
 
 namespace {
 
@@ -29,7 +33,10 @@ double ReadNumber(const std::string &option, const std::string &text, std::strin
     if (number.find_first_of("0123456789") == std::string::npos || std::ranges::count(number, '.') > 1)
         RefuseOption(option, text, "no time of 0 or later; write a number and a unit, such as 10ns or 1.5us");
     rest = text.substr(std::min(text.find_first_not_of(" \t", end), text.size()));
-    return std::stod(number);
+    double value = 0;
+    const bool isInRange = std::from_chars(number.data(), number.data() + number.size(), value).ec == std::errc();
+    const bool isLarge = number.find_first_not_of("0.") < number.find('.');
+    return isInRange ? value : isLarge ? std::numeric_limits<double>::infinity() : 0;
 }
 
 }  // namespace
@@ -71,7 +78,7 @@ long long ReadTimeOption(const std::string &option, const std::string &text, lon
     const double number = ReadNumber(option, text, unitName);
     const int unit = unitName.empty() ? 1 : tesk::UnitIDFromName(unitName.c_str());
     if (unit < 0)
-        RefuseOption(option, text, "unknown time unit \"" + unitName + "\"; use fs, ps, ns, us, ms, sec, min or hr");
+        RefuseOption(option, text, "unknown time unit " + Quote(unitName) + "; use fs, ps, ns, us, ms, sec, min or hr");
     if (tesk::ChangeTime(number, static_cast<unsigned>(unit), 0) >= 9.2e18)
         RefuseOption(option, text, "too long; a time may have 9.2e18 fs at most, about 2.5 hr");
     STimeValue time;

@@ -9,6 +9,7 @@
 namespace {
 
 constexpr std::size_t MostChanges = 10'000'000;  // held at a time; an end may be far away
+constexpr std::size_t MostBytes = 256 << 20;     // of their values
 
 bool HasOwnEnd(const IStimulus &stimulus)
 {
@@ -48,10 +49,24 @@ long long Earliest(const std::vector<long long> &times)
     return earliest;
 }
 
-[[noreturn]] void RefuseLength()
-{
-    throw CRefusal("more than " + std::to_string(MostChanges) + " changes; give an earlier end with --until");
-}
+// What a walk holds.
+class CHeld {
+public:
+    // @throw CRefusal if it is more than it may be
+    void Add(const SChange &change)
+    {
+        m_bytes += change.value ? change.value->size() : 0;
+        if (++m_changes > MostChanges)
+            throw CRefusal("more than " + std::to_string(MostChanges) + " changes; give an earlier end with --until");
+        if (m_bytes > MostBytes)
+            throw CRefusal("the values of the changes have more than " + std::to_string(MostBytes >> 20) +
+                           " MiB; give an earlier end with --until");
+    }
+
+private:
+    std::size_t m_changes = 0;
+    std::size_t m_bytes = 0;
+};
 
 }  // namespace
 
@@ -69,7 +84,7 @@ std::vector<std::vector<SChange>> Walk(const std::vector<tesk::StimulusPtr> &sti
             changes[i].push_back({begin, value});
     }
 
-    std::size_t held = 0;
+    CHeld held;
     for (std::size_t times = 0; !isCut || times < DefaultChanges; ++times) {
         const long long time = Earliest(next);
         if (time == -1 || (until && time > *until))
@@ -78,8 +93,7 @@ std::vector<std::vector<SChange>> Walk(const std::vector<tesk::StimulusPtr> &sti
             if (next[i] != time)
                 continue;
             changes[i].push_back({time, ValueAt(*stimuli[i], time)});
-            if (++held > MostChanges)
-                RefuseLength();
+            held.Add(changes[i].back());
         }
         for (std::size_t i = 0; i < stimuli.size(); ++i) {
             if (next[i] == time)
