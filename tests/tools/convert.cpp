@@ -4,8 +4,12 @@
 
 #include <algorithm>
 #include <array>
+#include <sstream>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "platform/fst/fstvcd.h"
 #include "platform/stream/streamfiles.h"
 #include "tools/runtool.h"
 
@@ -253,13 +257,69 @@ TEST(Convert, SaysWhatItCannotConvert)
     const std::string name = (folder / "a").string();
     WriteStream(name + ".zyn", {});
     EXPECT_EQ(Refusal(name + ".zyn " + name + ".tmp"),
-              "tesk: " + name + ".zyn: is an event stream already; it can be converted to VCD\n");
-    EXPECT_EQ(Refusal("tests/data/tb.ghdl.vcd out.fst"),
-              "tesk: out.fst: its name tells no format that can be written; end it in .zyn for an event stream or in "
-              ".vcd, or use --format\n");
+              "tesk: " + name + ".zyn: is an event stream already; it can be converted to VCD and FST\n");
+    EXPECT_EQ(
+        Refusal("tests/data/tb.ghdl.vcd out.wave"),
+        "tesk: out.wave: its name tells no format that can be written; end it in .zyn for an event stream, in .vcd "
+        "or in .fst, or use --format\n");
+    EXPECT_EQ(Refusal("tests/data/tb.ghdl.vcd - --format fst"),
+              "tesk: standard output takes a VCD only; give an event stream or an FST a file\n");
     EXPECT_EQ(Refusal("tests/data/tb.ghdl.vcd - --format stream"),
-              "tesk: standard output takes a VCD only; give an event stream a file\n");
+              "tesk: standard output takes a VCD only; give an event stream or an FST a file\n");
     EXPECT_EQ(Refusal(name + ".none " + name + ".vcd"), "tesk: " + name + ".none: there is no such file\n");
+}
+
+// Each variable of a dump, and its changes.
+std::vector<std::pair<std::string, std::string>> ChangesByName(const std::string &dump)
+{
+    std::istringstream text(dump);
+    const fsttest::SVcdDump read = fsttest::CVcdText(text).Read();
+    std::vector<std::pair<std::string, std::string>> list;
+    for (const auto &variable : read.variables) {
+        list.emplace_back(variable.name, "");
+        for (const auto &change : read.changes.at(variable.id))
+            list.back().second += '#' + std::to_string(change.time) + ' ' + change.value + ' ';
+    }
+    return list;
+}
+
+// The VCD of a file, and the VCD of the FST of it.
+TEST(Convert, WritesAnFstThatTellsTheSame)
+{
+    const CTemporaryFolder folder;
+    const std::string fst = (folder / "a.fst").string();
+    for (const char *file : {"tests/data/tb.verilator.vcd", "tests/data/tb.iverilog.fst", "tests/data/tb.ghdl.vcd",
+                             "examples/traffic.vcd"}) {
+        Succeed("tesk convert "s + file + " " + fst);
+        EXPECT_EQ(ChangesByName(DumpOf(fst)), ChangesByName(DumpOf(TESK_SOURCE_DIR "/"s + file))) << file;
+        EXPECT_EQ(RunShell("tesk signals " + fst).out, RunShell("tesk signals "s + file).out) << file;
+    }
+}
+
+TEST(Convert, WritesAnFstThatAForeignReaderTakes)
+{
+    const CTemporaryFolder folder;
+    const std::string stream = (folder / "a.zyn").string();
+    const std::string fst = (folder / "a.fst").string();
+    WriteStream(stream, {Bit("tb.\\a+b\\", {{0, "\2"}, {7, "\5"}}),
+                         {"tb.n", "i#7#integerrict-2147483648 2147483647", {{3, "\xff\xff\xff\xff"}}, {}},
+                         {"tb.s", "e#5#states2 IDLE BUSY ", {{3, "\1"}}, {}}});
+    Succeed("tesk convert " + stream + " " + fst);
+    const std::string dump = RunShell("fst2vcd -e -f " + fst).out;
+    for (const char *line :
+         {"\t1ps\n", "$scope module tb $end\n$var wire 1 ! \\a+b $end\n$var integer 32 \" n $end\n$var string", "#0\n",
+          "0!\n", "#3\n", "b11111111111111111111111111111111 \"\n", "sBUSY #\n", "#7\nw!\n"})
+        EXPECT_THAT(dump, HasSubstr(line));
+}
+
+TEST(Convert, RefusesATimeThatIsTooLongForAnFst)
+{
+    const CTemporaryFolder folder;
+    const std::string name = (folder / "a").string();
+    WriteBytesTo(name + ".vcd", "$timescale 244ns $end\n$var wire 1 ! a $end\n$enddefinitions $end\n#0\n0!\n"
+                                "#9223372036854775800\n1!\n");
+    EXPECT_THAT(Refusal(name + ".vcd " + name + ".fst"), HasSubstr("a time is too long for an FST file"));
+    EXPECT_FALSE(std::filesystem::exists(name + ".fst"));
 }
 
 TEST(Convert, ReplacesItsOwnInput)
@@ -405,7 +465,7 @@ TEST(Convert, NamesFilesOnOneLine)
     EXPECT_EQ(Refusal("'" + name + ".zyn' out.vcd"), "tesk: Event stream " + shown + ".zyn is no event stream.\n");
     WriteStream(name + ".zyn", {});
     EXPECT_EQ(Refusal("'" + name + ".zyn' out.zyn"),
-              "tesk: " + shown + ".zyn: is an event stream already; it can be converted to VCD\n");
+              "tesk: " + shown + ".zyn: is an event stream already; it can be converted to VCD and FST\n");
 }
 
 TEST(Convert, HasAnExampleInItsHelp)

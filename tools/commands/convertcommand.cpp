@@ -19,7 +19,8 @@ struct SConvertOptions {
     std::string format;
 };
 
-const std::map<std::string, EFileKind> Formats = {{"stream", EFileKind::Stream}, {"vcd", EFileKind::Vcd}};
+const std::map<std::string, EFileKind> Formats = {
+    {"stream", EFileKind::Stream}, {"vcd", EFileKind::Vcd}, {"fst", EFileKind::Database}};
 
 // The format asked for, else that which the name of the file stands for.
 EFileKind OutputKind(const SConvertOptions &options)
@@ -28,11 +29,13 @@ EFileKind OutputKind(const SConvertOptions &options)
         return Formats.at(options.format);
     if (options.output == "-")
         return EFileKind::Vcd;
+    if (options.output.ends_with(".fst"))
+        return EFileKind::Database;
     const EFileKind kind = tesk::KindOfName(options.output);
     if (kind == EFileKind::Database)
         throw CRefusal(OneLine(options.output) +
                        ": its name tells no format that can be written; end it in .zyn for an event "
-                       "stream or in .vcd, or use --format");
+                       "stream, in .vcd or in .fst, or use --format");
     return kind;
 }
 
@@ -40,15 +43,17 @@ int Convert(const SConvertOptions &options)
 {
     const EFileKind kind = OutputKind(options);
     const bool toStream = kind == EFileKind::Stream;
-    if (toStream && options.output == "-")
-        throw CRefusal("standard output takes a VCD only; give an event stream a file");
+    if (kind != EFileKind::Vcd && options.output == "-")
+        throw CRefusal("standard output takes a VCD only; give an event stream or an FST a file");
     if (toStream && KindOfFile(options.input) == EFileKind::Stream)
-        throw CRefusal(OneLine(options.input) + ": is an event stream already; it can be converted to VCD");
+        throw CRefusal(OneLine(options.input) + ": is an event stream already; it can be converted to VCD and FST");
     const std::unique_ptr<tesk::IWaveformFile> file = OpenWaveFile(options.input);
-    if (toStream)
+    if (toStream) {
         WriteEventStream(options.output, *file);
-    else
-        WriteOutput(options.output == "-" ? "" : options.output, [&](std::ostream &out) { WriteWaveDump(out, *file); });
+        return 0;
+    }
+    const auto write = kind == EFileKind::Vcd ? WriteWaveDump : WriteFst;
+    WriteOutput(options.output == "-" ? "" : options.output, [&](std::ostream &out) { write(out, *file); });
     return 0;
 }
 
@@ -56,13 +61,13 @@ int Convert(const SConvertOptions &options)
 
 void AddConvertCommand(CCommandLine &commandLine)
 {
-    CCommand command = commandLine.Add("convert", "Make an event stream or a VCD of a waveform file");
+    CCommand command = commandLine.Add("convert", "Make an event stream, a VCD or an FST of a waveform file");
     const auto options = std::make_shared<SConvertOptions>();
     command.Argument("input", options->input, "VCD, FST, GHW or event stream; its contents tell what it is");
     command.Argument("output", options->output, "What to write, whole or not at all; \"-\" is standard output");
-    command.Choice("--format", options->format, {"stream", "vcd"},
-                   "Default: by the name of the output, .zyn or .tmp for a stream, .vcd; vcd on standard output");
-    command.Footer("From an event stream one signal is read without the others. Viewers read VCD.\n"
+    command.Choice("--format", options->format, {"stream", "vcd", "fst"},
+                   "Default: by the name of the output, .zyn or .tmp for a stream, .vcd, .fst; vcd on standard output");
+    command.Footer("From an event stream one signal is read without the others. Viewers read VCD and FST.\n"
                    "Example: tesk convert waves.fst waves.zyn");
     command.Action([options] { return Convert(*options); });
 }

@@ -14,3 +14,8 @@ void WriteEventStream(const std::string &path, tesk::IWaveformFile &file);
 /// the file has them, reals, integers as such, any other enumeration as the string variables that viewers know. The
 /// elements of any other array are variables of their own.
 void WriteWaveDump(std::ostream &out, tesk::IWaveformFile &file);
+
+/// Writes an FST file with the same variables as a value change dump. Its ticks are a power of ten of a second.
+/// @param out  must be able to seek
+/// @throw CRefusal if a time is too long
+void WriteFst(std::ostream &out, tesk::IWaveformFile &file);

@@ -1,0 +1,138 @@
+#include "tools/files/dumpvariables.h"
+
+#include <array>
+#include <bit>
+#include <string_view>
+
+#include "tools/files/vcdtext.h"
+#include "waveform/files/signalwalk.h"
+
+using tesk::IWaveformFile;
+using tesk::SFileSignal;
+
+namespace {
+
+using Kestrin::KTypeInfo;
+
+constexpr int EnumerationKind = 1;
+constexpr int RealKind = 3;
+constexpr int PhysicalKind = 6;
+
+std::string Literal(const KTypeInfo &type, unsigned position)
+{
+    const std::array<unsigned char, 2> bytes = {static_cast<unsigned char>(position & 0xFF),
+                                                static_cast<unsigned char>(position >> 8)};
+    return type.GetValueString_OldFormat(bytes.data(), 0, 0, 0, false);
+}
+
+// The letter that a dump has for a literal of one character; 0 if it has none. Beside the four states these are the ones
+// that simulators write for std_logic, in lower case, since GTKWave's converter passes over single capital ones.
+char DumpLetter(const std::string &literal)
+{
+    constexpr std::string_view Literals = "01XxZzUWLH-";
+    constexpr std::string_view Letters = "01xxzzuwlh-";
+    const std::size_t index = literal.size() == 1 ? Literals.find(literal[0]) : Literals.npos;
+    return index != Literals.npos ? Letters[index] : '\0';
+}
+
+// The letters of all literals; empty if one of them has none.
+std::string LettersOf(const KTypeInfo &type)
+{
+    std::string letters;
+    for (unsigned position = 0; position < 256; ++position) {
+        const std::string literal = Literal(type, position);
+        if (literal.empty())
+            break;
+        const char letter = DumpLetter(literal);
+        if (letter == '\0')
+            return {};
+        letters += letter;
+    }
+    return letters;
+}
+
+SScalarForm FormOf(const KTypeInfo &type)
+{
+    switch (type.GetKind()) {
+    case EnumerationKind: {
+        const std::string letters = LettersOf(type);
+        return {letters.empty() ? EDumpKind::Text : EDumpKind::Bits, 0, letters};
+    }
+    case RealKind: return {EDumpKind::Real, 0, {}};
+    case PhysicalKind: return {EDumpKind::Integer, 64, {}};
+    default: return {EDumpKind::Integer, 32, {}};
+    }
+}
+
+}  // namespace
+
+std::string SDumpVariable::Range() const
+{
+    int left = 0;
+    int right = 0;
+    int direction = 0;
+    if (!type.GetArrayDimensionRanges(0, left, right, direction))
+        return {};
+    return "[" + std::to_string(left) + ':' + std::to_string(right) + ']';
+}
+
+std::string SDumpEvents::Bits(const CDumpValues &values) const
+{
+    std::string text;
+    for (const auto &value : values)
+        text += value && *value < form.letters.size() ? form.letters[*value] : 'x';
+    return text;
+}
+
+std::string SDumpEvents::IntegerBits(const CDumpValues &values) const
+{
+    return VcdBits(values.front().value_or(0), form.integerBits);
+}
+
+double SDumpEvents::Real(const CDumpValues &values) const
+{
+    return std::bit_cast<double>(values.front().value_or(0));
+}
+
+std::string SDumpEvents::Text(const CDumpValues &values) const
+{
+    return Literal(signal.type, static_cast<unsigned>(values.front().value_or(0)));
+}
+
+void CDump::Add(IWaveformFile &file, const SFileSignal &signal, const SScalarForm &form)
+{
+    const bool isScalar = signal.type.IsScalar();
+    const char *scalar = isScalar ? signal.type.GetTypeInfoString() : signal.type.GetArrayElementTypeInfo();
+    const auto [known, isNew] = m_known.try_emplace({scalar, isScalar, IdentifyEvents(file, signal)}, events.size());
+    if (isNew)
+        events.push_back({form, signal});
+    variables.push_back({SplitVcdName(signal.path), signal.type, known->second});
+}
+
+CDump::CDump(IWaveformFile &file)
+{
+    for (const SFileSignal &signal : file.GetSignals()) {
+        const KTypeInfo *element = signal.type.GetArrayElementKTypeInfo();
+        const SScalarForm form = FormOf(element != nullptr ? *element : signal.type);
+        if (element == nullptr || form.kind == EDumpKind::Bits) {
+            Add(file, signal, form);
+            continue;
+        }
+        int left = 0;
+        int right = 0;
+        int direction = 0;
+        signal.type.GetArrayDimensionRanges(0, left, right, direction);
+        for (long long i = 0; i < signal.elementCount; ++i) {
+            const std::string index = std::to_string(direction == 0 ? left + i : left - i);
+            Add(file, {signal.path + '(' + index + ')', *element, signal.firstElement + i, 1}, form);
+        }
+    }
+}
+
+std::vector<SFileSignal> CDump::Signals() const
+{
+    std::vector<SFileSignal> signals;
+    for (const SDumpEvents &shown : events)
+        signals.push_back(shown.signal);
+    return signals;
+}

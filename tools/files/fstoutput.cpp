@@ -1,0 +1,135 @@
+// FST files out of other waveform files.
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/fstwriter/fstwriter.h"
+#include "tools/commandline.h"
+#include "tools/files/dumpvariables.h"
+#include "tools/files/waveoutput.h"
+#include "waveform/files/filewalk.h"
+
+using NTARN::CFstWriter;
+using NTARN::EFstDirection;
+using NTARN::EFstScope;
+using NTARN::EFstVariable;
+
+namespace {
+
+// A tick of the file is a power of ten; what the resolution has beyond that multiplies the times.
+struct STimeScale {
+    int exponent = -15;
+    long long factor;
+
+    explicit STimeScale(long long femtoseconds) : factor(femtoseconds)
+    {
+        constexpr int Most = 2;
+        for (; factor % 10 == 0 && exponent < Most; ++exponent)
+            factor /= 10;
+    }
+
+    std::uint64_t Time(long long ticks) const
+    {
+        long long time = 0;
+        if (__builtin_mul_overflow(ticks, factor, &time))
+            throw CRefusal("a time is too long for an FST file; convert to .zyn or .vcd");
+        return static_cast<std::uint64_t>(time);
+    }
+};
+
+EFstVariable KindOf(EDumpKind kind)
+{
+    switch (kind) {
+    case EDumpKind::Integer: return EFstVariable::Integer;
+    case EDumpKind::Real: return EFstVariable::Real;
+    case EDumpKind::Text: return EFstVariable::Text;
+    default: return EFstVariable::Wire;
+    }
+}
+
+std::uint32_t WidthOf(const SDumpEvents &events)
+{
+    const bool isInteger = events.form.kind == EDumpKind::Integer;
+    return static_cast<std::uint32_t>(isInteger ? events.form.integerBits : events.Width());
+}
+
+// Variables that show the same events are names of one.
+class CFstOutput {
+public:
+    CFstOutput(std::ostream &out, const CDump &dump, int exponent)
+        : m_dump(dump), m_writer(out, exponent), m_handles(dump.events.size(), CFstWriter::None)
+    {}
+
+    void Declare()
+    {
+        for (const SDumpVariable &variable : m_dump.variables) {
+            GoTo(variable.name.scopes);
+            Declare(variable);
+        }
+        GoTo({});
+    }
+
+    void SetTime(std::uint64_t time) { m_writer.SetTime(time); }
+
+    void Change(std::size_t index, const CDumpValues &values)
+    {
+        const SDumpEvents &events = m_dump.events[index];
+        const std::uint32_t handle = m_handles[index];
+        switch (events.form.kind) {
+        case EDumpKind::Integer: return m_writer.Change(handle, events.IntegerBits(values));
+        case EDumpKind::Real: return m_writer.Change(handle, events.Real(values));
+        case EDumpKind::Text: return m_writer.ChangeText(handle, events.Text(values));
+        default: return m_writer.Change(handle, events.Bits(values));
+        }
+    }
+
+    void Finish(std::uint64_t end)
+    {
+        if (!m_writer.Finish(end))
+            throw CRefusal("the FST file cannot be written: " + m_writer.Error());
+    }
+
+private:
+    void GoTo(const std::vector<std::string> &scopes)
+    {
+        GoToScopes(
+            m_scopes, scopes, [this] { m_writer.CloseScope(); },
+            [this](const std::string &scope) { m_writer.OpenScope(EFstScope::Module, scope); });
+        m_scopes = scopes;
+    }
+
+    void Declare(const SDumpVariable &variable)
+    {
+        const SDumpEvents &events = m_dump.events[variable.events];
+        const EFstVariable kind = KindOf(events.form.kind);
+        const std::string range = events.form.kind == EDumpKind::Bits ? variable.Range() : "";
+        const std::string name = variable.name.variable + (range.empty() ? "" : " " + range);
+        std::uint32_t &handle = m_handles[variable.events];
+        if (handle == CFstWriter::None)
+            handle = m_writer.AddVariable(kind, EFstDirection::None, name, WidthOf(events));
+        else
+            m_writer.AddAlias(kind, EFstDirection::None, name, handle);
+    }
+
+    const CDump &m_dump;
+    CFstWriter m_writer;
+    std::vector<std::uint32_t> m_handles;  // of the events
+    std::vector<std::string> m_scopes;     // that are open
+};
+
+}  // namespace
+
+void WriteFst(std::ostream &out, tesk::IWaveformFile &file)
+{
+    const STimeScale scale(file.GetResolution());
+    const CDump dump(file);
+    CFstOutput output(out, dump, scale.exponent);
+    output.Declare();
+    output.SetTime(0);
+    tesk::CFileWalk walk(file, dump.Signals());
+    while (walk.Next()) {
+        output.SetTime(scale.Time(walk.GetTime()));
+        output.Change(walk.GetSignal(), walk.GetValues());
+    }
+    output.Finish(scale.Time(file.GetEndTime()));
+}
