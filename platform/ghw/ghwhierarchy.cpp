@@ -5,6 +5,8 @@
 #include <unordered_set>
 #include <utility>
 
+#include "platform/names/signalname.h"
+
 namespace NTARN {
 namespace {
 
@@ -24,6 +26,9 @@ enum class EGhwScope : std::uint8_t {
 
 // Longer paths are no names any more; together they could fill the memory.
 constexpr std::size_t MostPathSize = 1 << 12;
+// And so could those of all that is named: as much for every file, and something for each byte.
+constexpr std::uint64_t BasePaths = 32 << 20;
+constexpr std::uint64_t PathsPerByte = 16;
 // What the descriptions of all signals' types may cost together: as much for every file, and something for each byte.
 constexpr std::uint64_t BaseTypeCost = 64 << 20;
 constexpr std::uint64_t TypeCostPerByte = 16;
@@ -45,7 +50,8 @@ class CGhwHierarchyReader {
 public:
     CGhwHierarchyReader(CGhwHierarchy &hierarchy, CGhwBytes &bytes, const CGhwTypes &types, CGhwBudget &budget)
         : m_hierarchy(hierarchy), m_bytes(bytes), m_types(types), m_budget(budget),
-          m_typeCostLeft(BaseTypeCost + TypeCostPerByte * bytes.Size())
+          m_typeCostLeft(BaseTypeCost + TypeCostPerByte * bytes.Size()),
+          m_pathsLeft(BasePaths + PathsPerByte * bytes.Size())
     {}
 
     void Run()
@@ -81,7 +87,7 @@ private:
         return true;
     }
 
-    std::string Name() { return SpellGhwName(m_types.Strings().Text(m_bytes.Number())); }
+    std::string Name() { return SpellSignalName(m_types.Strings().Text(m_bytes.Number())); }
 
     void OpenForGenerate()
     {
@@ -105,7 +111,7 @@ private:
         const std::vector<std::uint32_t> &literals = m_types.At(type.base).literals;
         if (position >= literals.size())
             throw XGhwDamage();
-        return SpellGhwName(m_types.Strings().Text(literals[position]));
+        return SpellSignalName(m_types.Strings().Text(literals[position]));
     }
 
     void OpenScope(std::string name)
@@ -136,7 +142,7 @@ private:
         if (!m_types.At(type).isBounded || m_types.At(type).scalars > m_bytes.Left())
             throw XGhwDamage();
         ReadElements(m_types.At(type));
-        if (PathSize() + m_types.Strings().Text(name).size() <= MostPathSize && IsTold(type)) {
+        if (IsNamed(name, m_types.At(type)) && IsTold(type)) {
             m_hierarchy.m_signals.push_back({name, m_scope, type, first});
             return;
         }
@@ -168,6 +174,16 @@ private:
         m_hierarchy.m_elements.push_back(number - 1);
     }
 
+    // Whether the paths of a signal and its parts are not too long.
+    bool IsNamed(std::uint32_t name, const SGhwType &type)
+    {
+        const std::uint64_t size = PathSize() + m_types.Strings().Text(name).size();
+        if (size > MostPathSize || type.vectors > m_pathsLeft || size * type.vectors > m_pathsLeft)
+            return false;
+        m_pathsLeft -= size * type.vectors;
+        return true;
+    }
+
     // Whether a type is told in a description that is not too large for its file.
     bool IsTold(std::uint32_t type)
     {
@@ -187,6 +203,7 @@ private:
     CGhwBudget &m_budget;
     int m_scope = -1;  // the one that is open
     std::uint64_t m_typeCostLeft;
+    std::uint64_t m_pathsLeft;
     std::unordered_set<std::uint32_t> m_told;
 };
 
@@ -207,7 +224,7 @@ std::string CGhwHierarchy::Path(const SGhwSignal &signal, char separator) const
         end -= name.size() + 1;
         path.replace(end, name.size(), name);
     }
-    return path + SpellGhwName(m_types->Strings().Text(signal.name));
+    return path + SpellSignalName(m_types->Strings().Text(signal.name));
 }
 
 }  // namespace NTARN

@@ -9,6 +9,7 @@
 #include "platform/felvarbase.h"
 #include "platform/ghw/ghwtypetext.h"
 #include "platform/log.h"
+#include "platform/names/signalname.h"
 
 namespace NTARN {
 namespace {
@@ -51,18 +52,18 @@ void PassKnownTypes(CGhwBytes &bytes)
         bytes.Number();
 }
 
-// "[3]" or "[3,0]": the indices of an array's element, of which the last dimension's go fastest.
+// "[3]" or "[3][0]": the indices of an array's element, of which the last dimension's go fastest. A formula could not name
+// "[3,0]": a comma ends its name.
 std::string ElementName(const SGhwType &type, std::size_t part)
 {
-    std::string name = "]";
+    std::string name;
     for (auto range = type.dimensions.rbegin(); range != type.dimensions.rend(); ++range) {
         const auto length = static_cast<std::size_t>(range->Length());
         const auto offset = static_cast<std::int64_t>(part % length);
         part /= length;
-        name.insert(0, (name.size() > 1 ? "," : ""));
-        name.insert(0, std::to_string(range->isDown ? range->left - offset : range->left + offset));
+        name.insert(0, '[' + std::to_string(range->isDown ? range->left - offset : range->left + offset) + ']');
     }
-    return '[' + name;
+    return name;
 }
 
 void Warn(const std::string &text)
@@ -123,7 +124,7 @@ std::string CGhwReader::GetName(int handle)
     const SGhwType &type = m_head.types.At(m_nodes.Find(node->parent)->type);
     const std::size_t part = m_nodes.PartOf(handle);
     return type.kind == EGhwKind::Array ? ElementName(type, part)
-                                        : SpellGhwName(m_head.strings.Text(type.fields[part].name));
+                                        : SpellSignalName(m_head.strings.Text(type.fields[part].name));
 }
 
 // The type of a part is told inside that of the whole.

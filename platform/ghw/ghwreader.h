@@ -17,7 +17,7 @@ namespace NTARN {
 bool IsGhwFile(const std::string &path);
 
 /// Times are femtoseconds. A record has its fields as children, under their names, and an array its elements, `[i]` or
-/// `[i,j]`, left bounds first. Scalars have the events, all others none of their own.
+/// `[i][j]`, left bounds first. Scalars have the events, all others none of their own.
 class CGhwReader final : public IDatabaseReader {
 public:
     /// @throw XFileDoesNotExist, XFileCorrupted, XGhwDamage

@@ -76,12 +76,4 @@ std::string_view CGhwStrings::Text(std::uint32_t number) const
     return std::string_view(m_text).substr(begin, m_ends[number] - begin);
 }
 
-std::string SpellGhwName(std::string_view name)
-{
-    std::string spelled(name);
-    std::ranges::replace(spelled, '(', '[');
-    std::ranges::replace(spelled, ')', ']');
-    return spelled;
-}
-
 }  // namespace NTARN

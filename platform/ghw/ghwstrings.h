@@ -27,7 +27,4 @@ private:
     std::vector<std::size_t> m_ends = {0};  // of each string in m_text
 };
 
-/// A name as a formula spells it: with brackets where it has parentheses.
-std::string SpellGhwName(std::string_view name);
-
 }  // namespace NTARN

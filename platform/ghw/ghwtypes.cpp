@@ -322,7 +322,8 @@ private:
             MeasurePart(type, field.type);
         }
         type.cost = Add(type.cost, Multiply(2, type.textSize));
-        type.scalars = type.IsScalar() ? 1 : CountScalars(type);
+        type.scalars = type.IsScalar() ? 1 : Count(type, &SGhwType::scalars);
+        type.vectors = IsRow(type) ? 1 : Count(type, &SGhwType::vectors);
     }
 
     void MeasurePart(SGhwType &type, std::uint32_t place) const
@@ -333,15 +334,21 @@ private:
         type.cost = Add(type.cost, part.cost);
     }
 
-    std::uint64_t CountScalars(const SGhwType &type) const
+    bool IsRow(const SGhwType &type) const
+    {
+        return type.IsScalar() || (type.dimensions.size() == 1 && m_types[type.element].IsScalar());
+    }
+
+    // The sum over all parts.
+    std::uint64_t Count(const SGhwType &type, std::uint64_t SGhwType::*member) const
     {
         if (!type.isBounded)
             return 0;
         if (type.kind == EGhwKind::Array)
-            return Multiply(type.PartCount(), m_types[type.element].scalars);
+            return Multiply(type.PartCount(), m_types[type.element].*member);
         std::uint64_t count = 0;
         for (const SGhwField &field : type.fields)
-            count = Add(count, m_types[field.type].scalars);
+            count = Add(count, m_types[field.type].*member);
         return count;
     }
 

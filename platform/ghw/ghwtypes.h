@@ -47,6 +47,7 @@ struct SGhwType {
     std::uint32_t element = 0;   ///< of an array: place of its type
     std::uint32_t depth = 1;     ///< of types in one another
     std::uint64_t scalars = 1;   ///< in one signal, the largest number if there are more
+    std::uint64_t vectors = 1;   ///< as scalars, but scalars in one row of an array count once
     std::uint64_t textSize = 0;  ///< of the type description, or some more
     std::uint64_t cost = 0;  ///< bytes that the type description takes where it is taken apart, roughly; the largest
                              ///< number if there can be none

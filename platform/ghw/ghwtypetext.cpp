@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "base/stdlogic.h"
+#include "platform/names/signalname.h"
 
 namespace NTARN {
 namespace {
@@ -97,7 +98,7 @@ std::string RecordText(const CGhwTypes &types, const SGhwType &type)
 {
     std::string text = Head('r', types.Strings().Text(type.name)) + std::to_string(type.fields.size());
     for (const SGhwField &field : type.fields)
-        text += ' ' + SpellGhwName(types.Strings().Text(field.name)) + ' ' + GhwTypeText(types, field.type);
+        text += ' ' + SpellSignalName(types.Strings().Text(field.name)) + ' ' + GhwTypeText(types, field.type);
     return type.fields.empty() ? text + ' ' : text;
 }
 

@@ -15,6 +15,23 @@ TEST(GhwTool, PlaysAnEnumerationInItsLiterals)
     EXPECT_EQ(run.err, "");
 }
 
+TEST(GhwTool, PlaysARecordFieldByField)
+{
+    const SToolRun run =
+        RunShell("tesk play '/custom tests/data/ghw_types.ghdl.ghw,ghw_types.pa' --res 1ns --format csv");
+    EXPECT_EQ(run.out, "ticks,time,value,.data,.data[1],.data[0],.count\n"
+                       "0,0ns,\"(00,0)\",00,0,0,0\n"
+                       "15,15ns,\"(01,3)\",01,0,1,3\n"
+                       "35,35ns,\"(01,3)\",01,0,1,3\n");
+}
+
+TEST(GhwTool, PlaysAnElementOfAnArrayOfTwoDimensions)
+{
+    const SToolRun run =
+        RunShell("tesk play '/custom tests/data/ghw_types.ghdl.ghw,ghw_types.gr(1)(98)' --res 1ns --format csv");
+    EXPECT_EQ(run.out, "ticks,time,value\n0,0ns,idle\n15,15ns,run\n35,35ns,run\n");
+}
+
 TEST(GhwTool, ListsTheFieldsOfRecordsAsSignals)
 {
     const SToolRun run = RunShell("tesk signals tests/data/ghw_types.ghdl.ghw");

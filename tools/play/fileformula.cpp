@@ -8,11 +8,15 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <optional>
 
 #include "core/fileformulaargs.h"
 #include "core/stimulus.h"
 #include "formula/kinds/keywordsearch.h"
 #include "formula/kinds/kinds.h"
+#include "platform/kestrin.h"
+#include "signal/signal.h"
+#include "signal/tree/component.h"
 #include "tools/files/wavefile.h"
 #include "tools/loglines.h"
 #include "tools/play/kindtexts.h"
@@ -51,19 +55,38 @@ std::string FindFileFault(const std::string &file, const std::string &extension)
     return access((file + extension).c_str(), R_OK) == 0 ? "" : "cannot open " + file + ": " + why;
 }
 
-// Looks a whole signal up as the stimuli do: in any letter case, and brackets are square, except in an event stream.
-const SFileSignal *FindSignal(IWaveformFile &file, const CFileFormulaArgs &args)
+// The name of the signal as the stimuli look it up: brackets are square, except in an event stream.
+std::string SpelledName(const CFileFormulaArgs &args)
 {
     SimpleString::CStr rewritten = args.m_signal;
     if (tesk::FileKind(tesk::KindOfName(std::string(args.m_file))).rules.renamesBrackets)
         tesk::RenameBrackets(rewritten);
-    const std::string name(rewritten);
+    return std::string(rewritten);
+}
+
+// Looks a whole signal up, in any letter case.
+const SFileSignal *FindSignal(IWaveformFile &file, const CFileFormulaArgs &args)
+{
+    const std::string name = SpelledName(args);
     const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
     const auto isNamed = [&](const SFileSignal &signal) {
         return std::ranges::equal(signal.path, name, {}, lower, lower);
     };
     const auto found = std::ranges::find_if(file.GetSignals(), isNamed);
     return found != file.GetSignals().end() ? &*found : nullptr;
+}
+
+// The type of a record, or of an array of other things than scalars, of which the file lists the parts; empty if it has none
+// of this name.
+std::string FindPartType(IWaveformFile &file, const CFileFormulaArgs &args)
+{
+    const std::optional<int> handle = file.FindSignal(SpelledName(args).c_str());
+    ISignal *made = nullptr;
+    if (!handle || file.MakeSignal(*handle, false, &made) < 0)
+        return {};
+    const TReference<ISignal> signal(made);
+    const Kestrin::KTypeInfo *type = signal->GetTypeInfo();
+    return type != nullptr ? type->GetTypeInfoString() : "";
 }
 
 // Why nothing of a waveform file can be replayed where the library does not say it.
@@ -101,8 +124,10 @@ std::string FindReplayedType(const std::string &formula)
     if (kind == nullptr || kind->kind != tesk::EFormulaKind::Custom || !ParseArguments(formula, *kind, args))
         return {};
     const CFormulaFile file{std::string(args.m_file)};
-    const SFileSignal *signal = file.Get() != nullptr ? FindSignal(*file.Get(), args) : nullptr;
-    return signal != nullptr ? signal->type.GetTypeInfoString() : "";
+    if (file.Get() == nullptr)
+        return {};
+    const SFileSignal *signal = FindSignal(*file.Get(), args);
+    return signal != nullptr ? signal->type.GetTypeInfoString() : FindPartType(*file.Get(), args);
 }
 
 std::string ExplainFileFormula(const std::string &formula, const std::string &error)

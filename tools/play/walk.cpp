@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <string>
+#include <utility>
 
 #include "tools/commandline.h"
 
@@ -20,14 +21,20 @@ bool HasOwnEnd(const IStimulus &stimulus)
     return (isPlain || stimulus.IsCustom()) && stimulus.GetRepeatRateInSimUnits() == 0;
 }
 
-// The next change later than `time`, -1 if there is none. Where the stimulus answers with a time that is not later,
-// which a file finer than the simulator's tick can bring about, time goes on by one tick.
-long long NextTime(IStimulus &stimulus, long long time)
+// Where a walk goes next on a stimulus.
+struct SNext {
+    long long time;       // -1 if there is no change any more
+    bool isStep = false;  // a step of the walk's own: there need not be a change
+};
+
+// The next change later than `time`. Where the stimulus answers with a time that is not later, which a file finer than the
+// simulator's tick can bring about, time goes on by one tick.
+SNext NextTime(IStimulus &stimulus, long long time)
 {
     const long long next = stimulus.GetNextEventTime(time);
     if (next == -1 || next > time)
-        return next;
-    return time == std::numeric_limits<long long>::max() ? -1 : time + 1;
+        return {next};
+    return time == std::numeric_limits<long long>::max() ? SNext{-1} : SNext{time + 1, true};
 }
 
 std::optional<std::string> ValueAt(IStimulus &stimulus, long long time)
@@ -39,14 +46,20 @@ std::optional<std::string> ValueAt(IStimulus &stimulus, long long time)
 }
 
 // The smallest time that is one; -1 if none is.
-long long Earliest(const std::vector<long long> &times)
+long long Earliest(const std::vector<SNext> &nexts)
 {
     long long earliest = -1;
-    for (const long long time : times) {
+    for (const auto &[time, isStep] : nexts) {
         if (time != -1 && (earliest == -1 || time < earliest))
             earliest = time;
     }
     return earliest;
+}
+
+// Whether a value that a walk has come to by a step of its own is news.
+bool IsNew(const std::optional<std::string> &value, const std::vector<SChange> &changes)
+{
+    return changes.empty() ? value.has_value() : changes.back().value != value;
 }
 
 // What a walk holds.
@@ -75,10 +88,10 @@ std::vector<std::vector<SChange>> Walk(const std::vector<tesk::StimulusPtr> &sti
 {
     const bool isCut = !until && !std::ranges::all_of(stimuli, HasOwnEnd, &tesk::StimulusPtr::operator*);
     std::vector<std::vector<SChange>> changes(stimuli.size());
-    std::vector<long long> next;
+    std::vector<SNext> next;
     for (std::size_t i = 0; i < stimuli.size(); ++i) {
         next.push_back(NextTime(*stimuli[i], -1));
-        const bool isSilent = next[i] == -1 || next[i] > begin;  // until there, or for ever
+        const bool isSilent = next[i].time == -1 || next[i].time > begin;  // until there, or for ever
         const std::optional<std::string> value = isSilent ? ValueAt(*stimuli[i], begin) : std::nullopt;
         if (value && !value->empty())
             changes[i].push_back({begin, value});
@@ -90,13 +103,16 @@ std::vector<std::vector<SChange>> Walk(const std::vector<tesk::StimulusPtr> &sti
         if (time == -1 || (until && time > *until))
             break;
         for (std::size_t i = 0; i < stimuli.size(); ++i) {
-            if (next[i] != time)
+            if (next[i].time != time)
                 continue;
-            changes[i].push_back({time, ValueAt(*stimuli[i], time)});
+            std::optional<std::string> value = ValueAt(*stimuli[i], time);
+            if (next[i].isStep && !IsNew(value, changes[i]))
+                continue;
+            changes[i].push_back({time, std::move(value)});
             held.Add(changes[i].back());
         }
         for (std::size_t i = 0; i < stimuli.size(); ++i) {
-            if (next[i] == time)
+            if (next[i].time == time)
                 next[i] = NextTime(*stimuli[i], time);
         }
     }

@@ -317,6 +317,25 @@ TEST(GhwDamage, OfNamesLeavesOutThoseThatAreTooLong)
     EXPECT_THAT(log.Messages(), ElementsAre(HasSubstr("names or types are too long are left out (1).")));
 }
 
+TEST(GhwDamage, OfNamesLeavesOutThoseThatWouldFillTheMemory)
+{
+    CGhwMaker maker = Sample();
+    maker.Scope(Block, std::string(4000, 'n'));
+    const std::uint32_t name = maker.String("x");
+    constexpr int Count = 20000;
+    for (int i = 0; i < Count; ++i)
+        maker.scopes.Byte(Signal).Varint(name).Varint(1).Varint(1);
+    const CTemporaryFolder folder;
+    WriteBytes(folder / "long.ghw", maker.Bytes());
+    const CLogCatcher log;
+    const ReaderPtr reader = Open(folder / "long.ghw");
+    const std::ptrdiff_t kept = reader->RootHandlesEnd() - reader->RootHandlesBegin();
+    EXPECT_GT(kept, 5000);
+    EXPECT_LT(kept, 10000);
+    EXPECT_EQ(reader->GetName(static_cast<int>(kept)).size(), 4002U);
+    EXPECT_THAT(log.Messages(), ElementsAre(HasSubstr("left out (" + std::to_string(Count + 3 - kept) + ").")));
+}
+
 TEST(GhwDamage, OfAFileThatChangesWhileItIsOpenIsTold)
 {
     const CTemporaryFolder folder;
