@@ -6,6 +6,9 @@
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <vector>
+
+#include "tools/help/commandtable.h"
 
 namespace CLI {
 class App;
@@ -29,10 +32,18 @@ public:
 /// One command. The targets of its options must live as long as the command line.
 class CCommand {
 public:
-    explicit CCommand(CLI::App &app) : m_app(&app) {}
+    /// @param entry  of the table of commands; is filled in
+    CCommand(CLI::App &app, tesk::SCommandEntry &entry) : m_app(&app), m_entry(&entry) {}
 
     /// A required argument without a name.
     void Argument(const std::string &name, std::string &target, const std::string &help);
+    /// One that may be left out, behind the required ones.
+    void OptionalArgument(const std::string &name, std::string &target, const std::string &help);
+    /// One that must be one of some words.
+    void ChoiceArgument(const std::string &name, std::string &target, const std::set<std::string> &choices,
+                        const std::string &help);
+    /// Any number of words, none of them required.
+    void Arguments(const std::string &name, std::vector<std::string> &target, const std::string &help);
     /// @param names  such as "-o,--output"
     /// @param type   what stands behind the name in the help
     void Option(const std::string &names, std::string &target, const std::string &type, const std::string &help);
@@ -54,7 +65,11 @@ public:
     bool Has(const std::string &name) const;
 
 private:
+    void Enter(const std::string &names, const std::string &type, const std::string &help,
+               const std::set<std::string> &choices = {});
+
     CLI::App *m_app;
+    tesk::SCommandEntry *m_entry;
 };
 
 /// The command line of the tool.
@@ -63,7 +78,17 @@ public:
     CCommandLine();
     ~CCommandLine();
 
+    /// Of the tool, such as "0.1.0".
+    static std::string Version();
+
     CCommand Add(const std::string &name, const std::string &description);
+    /// Adds a command that is for scripts and not listed.
+    CCommand AddHidden(const std::string &name, const std::string &description);
+
+    /// All commands so far.
+    tesk::CCommandTable Table() const;
+    /// The help of a command, or with an empty name of the tool, as --help gives it. @throw CWrongUsage for no command
+    std::string HelpOf(const std::string &command) const;
 
     /// Reads the words and runs the command; messages go to standard error.
     /// @return the status: 0 done, 1 refused, 2 wrong usage
@@ -73,4 +98,5 @@ private:
     int Execute(int argc, char **argv);
 
     std::unique_ptr<CLI::App> m_app;
+    std::vector<std::unique_ptr<tesk::SCommandEntry>> m_entries;
 };

@@ -6,8 +6,10 @@
 // Each adds its command, with its options, help and an example.
 void AddCheckCommand(CCommandLine &commandLine);
 void AddClockCommand(CCommandLine &commandLine);
+void AddCompletionCommand(CCommandLine &commandLine);
 void AddConvertCommand(CCommandLine &commandLine);
 void AddCounterCommand(CCommandLine &commandLine);
+void AddHelpCommand(CCommandLine &commandLine);
 void AddPlayCommand(CCommandLine &commandLine);
 void AddRandomCommand(CCommandLine &commandLine);
 void AddSignalsCommand(CCommandLine &commandLine);

@@ -1,0 +1,78 @@
+#include "tools/help/usage.h"
+
+#include <algorithm>
+#include <array>
+
+#include "tools/examine/nearname.h"
+#include "tools/quote.h"
+
+namespace tesk {
+
+namespace {
+
+constexpr std::array GeneralOptions = {"--help", "-h", "--help-all", "--version"};
+
+bool IsGeneralOption(const std::string &word)
+{
+    return std::ranges::find(GeneralOptions, word) != GeneralOptions.end();
+}
+
+// An option in its long or short form; a formula such as "-1 0ns" and a lone "-" are none.
+bool LooksLikeOption(const std::string &word)
+{
+    if (word.starts_with("--"))
+        return word.size() > 2;
+    return word.size() == 2 && word[0] == '-' && !(word[1] >= '0' && word[1] <= '9') && word[1] != '.';
+}
+
+std::string Hint(const std::string &word, const std::vector<std::string> &names)
+{
+    const std::string near = FindNearName(word, names);
+    return near.empty() ? "" : " (did you mean " + near + "?)";
+}
+
+std::string FindOptionFault(const std::vector<std::string> &words, const SCommandEntry &command)
+{
+    for (std::size_t i = 1; i < words.size() && words[i] != "--"; ++i) {
+        const std::string name = words[i].substr(0, words[i].find('='));
+        if (!LooksLikeOption(name) || IsGeneralOption(name))
+            continue;
+        const SOptionEntry *option = FindOption(command, name);
+        if (option == nullptr)
+            return command.name + " has no option " + OneLine(name) + Hint(name, OptionNames(command)) +
+                   "; \"tesk help " + command.name + "\" lists them";
+        const bool takesNext = !option->IsFlag() && words[i].find('=') == std::string::npos;
+        i += takesNext ? 1 : 0;
+    }
+    return {};
+}
+
+}  // namespace
+
+std::vector<std::string> CommandNames(const CCommandTable &table)
+{
+    std::vector<std::string> names;
+    for (const SCommandEntry &command : table) {
+        if (!command.isHidden)
+            names.push_back(command.name);
+    }
+    return names;
+}
+
+std::string FindUsageFault(const std::vector<std::string> &words, const CCommandTable &table)
+{
+    if (words.empty())
+        return "a command is missing, such as play or signals; \"tesk help\" lists them";
+    const std::string &word = words.front();
+    const auto command = std::ranges::find(table, word, &SCommandEntry::name);
+    if (command != table.end())
+        return FindOptionFault(words, *command);
+    if (!word.starts_with('-'))
+        return "no command " + Quote(word) + DidYouMean(word, CommandNames(table)) + "; \"tesk help\" lists them";
+    const std::vector<std::string> general(GeneralOptions.begin(), GeneralOptions.end());
+    return IsGeneralOption(word)
+               ? ""
+               : "no option " + OneLine(word) + Hint(word, general) + "; write tesk COMMAND [OPTIONS]";
+}
+
+}  // namespace tesk
