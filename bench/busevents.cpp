@@ -12,7 +12,7 @@ namespace {
 
 constexpr long long EventsPerLeaf = 1000;
 
-TReference<ISignal> NewVector(long long leaves)
+tesk::TReference<ISignal> NewVector(long long leaves)
 {
     const std::string left = std::to_string(leaves - 1);
     const std::string name = "v(" + left + " downto 0)";
@@ -20,7 +20,7 @@ TReference<ISignal> NewVector(long long leaves)
         "a#" + std::to_string(name.size()) + "#" + name + "1 ricd" + left + " 0 e#9#std_logicc9 UX01ZWLH-";
     ISignal *signal = nullptr;
     CreateSignal(type.c_str(), nullptr, &signal);
-    return TReference<ISignal>(signal);
+    return tesk::TReference<ISignal>(signal);
 }
 
 // Each leaf changes 1,000 times; `step` is the mean distance of two changes of one leaf.
@@ -40,11 +40,11 @@ void FillLeaves(ISignal &vector, unsigned step)
 // Arguments: leaves, mean distance of a leaf's changes. A large distance makes most steps change one leaf only.
 void WalkBus(benchmark::State &state)
 {
-    const TReference<ISignal> vector = NewVector(state.range(0));
+    const tesk::TReference<ISignal> vector = NewVector(state.range(0));
     FillLeaves(*vector, static_cast<unsigned>(state.range(1)));
     IBusEventIterator *created = nullptr;
     CreateBusEventIterator(vector.get(), &created);
-    const TReference<IBusEventIterator> iterator(created);
+    const tesk::TReference<IBusEventIterator> iterator(created);
     long long steps = 0;
     for (auto _ : state) {
         for (iterator->Reset(); iterator->Next() == S_OK;)

@@ -25,15 +25,15 @@ std::string Name(int number)
     return "s" + std::to_string(number);
 }
 
-TReference<ISignalContainer> NewDesign(int signals)
+tesk::TReference<ISignalContainer> NewDesign(int signals)
 {
     ISignalContainer *container = nullptr;
     CreateSignalContainer(&container, nullptr);
-    TReference<ISignalContainer> design(container);
+    tesk::TReference<ISignalContainer> design(container);
     for (int i = 0; i < signals; ++i) {
         ISignal *made = nullptr;
         design->CreateStdSignal(1, &made);
-        const TReference<ISignal> signal(made);
+        const tesk::TReference<ISignal> signal(made);
         signal->SetName(Name(i).c_str());
         design->Add(signal.get());
     }
@@ -46,7 +46,7 @@ void BuildArray1024x64(benchmark::State &state)
     for (auto _ : state) {
         ISignal *made = nullptr;
         CreateSignal(type.c_str(), nullptr, &made);
-        const TReference<ISignal> signal(made);
+        const tesk::TReference<ISignal> signal(made);
         benchmark::DoNotOptimize(made);
     }
     state.SetItemsProcessed(state.iterations() * 65536);
@@ -65,7 +65,7 @@ BENCHMARK(BuildDesign)->Arg(100000)->Unit(benchmark::kMillisecond);
 void FindScalars(benchmark::State &state)
 {
     const int signals = static_cast<int>(state.range(0));
-    const TReference<ISignalContainer> design = NewDesign(signals);
+    const tesk::TReference<ISignalContainer> design = NewDesign(signals);
     std::vector<std::string> names;
     for (int i = 0; i < signals; ++i)
         names.push_back(Name(static_cast<int>(i * 7919LL % signals)));
@@ -81,10 +81,10 @@ BENCHMARK(FindScalars)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 void FindElements(benchmark::State &state)
 {
-    const TReference<ISignalContainer> design = NewDesign(0);
+    const tesk::TReference<ISignalContainer> design = NewDesign(0);
     ISignal *made = nullptr;
     CreateSignal(ArrayType().c_str(), nullptr, &made);
-    const TReference<ISignal> memory(made);
+    const tesk::TReference<ISignal> memory(made);
     memory->SetName("mem");
     design->Add(memory.get());
     for (auto _ : state)
@@ -99,7 +99,7 @@ BENCHMARK(FindElements)->Unit(benchmark::kMicrosecond);
 
 void Save(benchmark::State &state)
 {
-    const TReference<ISignalContainer> design = NewDesign(SavedSignals);
+    const tesk::TReference<ISignalContainer> design = NewDesign(SavedSignals);
     for (auto _ : state) {
         CMemoryStream stream;
         design->Save(&stream);
@@ -115,7 +115,7 @@ void Load(benchmark::State &state)
     NewDesign(SavedSignals)->Save(&stream);
     for (auto _ : state) {
         stream.position = 0;
-        const TReference<ISignalContainer> design = NewDesign(0);
+        const tesk::TReference<ISignalContainer> design = NewDesign(0);
         design->Load(&stream, nullptr);
         benchmark::DoNotOptimize(design.get());
     }

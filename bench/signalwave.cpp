@@ -33,11 +33,11 @@ struct SVirtualRecord final {
     unsigned char flags;
 };
 
-TReference<ISignalWave> NewWave()
+tesk::TReference<ISignalWave> NewWave()
 {
     ISignalWave *wave = nullptr;
     CreateSignalWave(4, &wave);
-    return TReference<ISignalWave>(wave);
+    return tesk::TReference<ISignalWave>(wave);
 }
 
 // Distance in bytes between two neighbouring events.
@@ -80,7 +80,7 @@ void AppendToWave(benchmark::State &state)
     const long long count = state.range(0);
     double bytes = 0;
     for (auto _ : state) {
-        const TReference<ISignalWave> wave = NewWave();
+        const tesk::TReference<ISignalWave> wave = NewWave();
         FillWave(*wave, count);
         bytes = BytesPerEvent(*wave);
     }
@@ -103,7 +103,7 @@ void AppendToVector(benchmark::State &state)
 
 void FindInWave(benchmark::State &state)
 {
-    const TReference<ISignalWave> wave = NewWave();
+    const tesk::TReference<ISignalWave> wave = NewWave();
     FillWave(*wave, state.range(0));
     const std::vector<long long> times = RandomTimes(state.range(0));
     std::size_t i = 0;
@@ -131,11 +131,11 @@ void FindInVector(benchmark::State &state)
 
 void WalkWave(benchmark::State &state)
 {
-    const TReference<ISignalWave> wave = NewWave();
+    const tesk::TReference<ISignalWave> wave = NewWave();
     FillWave(*wave, state.range(0));
     IEventIterator *created = nullptr;
     wave->CreateEventIterator(&created);
-    const TReference<IEventIterator> iterator(created);
+    const tesk::TReference<IEventIterator> iterator(created);
     for (auto _ : state) {
         long long sum = 0;
         IEvent *event = nullptr;

@@ -3,11 +3,13 @@
 #include <algorithm>
 
 #include "base/limits.h"
+#include "core/plain/tokenviews.h"
 #include "core/stimulus.h"
-#include "core/tokenizer.h"
 #include "platform/crt.h"
 #include "settings/decconverter.h"
 #include "settings/longnumber.h"
+
+using namespace tesk;
 
 // What became of a chunk; the numbers are what `Run` gives.
 enum class CSimpleFormulaParser::ESplit {

@@ -1,9 +1,6 @@
 // The tokeniser that all plain-formula code shares.
 #pragma once
 
-#include <string>
-#include <string_view>
-
 #include "settings/cstr.h"
 
 // Text sets. A closer stands at the place of its opener.
@@ -37,14 +34,3 @@ SimpleString::CStr PeekToken(const SimpleString::CStr &text, const char *open, c
 /// of `text`. The tokens come back joined with the first character of `blanks`.
 SimpleString::CStr SplitChunk(SimpleString::CStr &text, const char *stop, const char *open, const char *close,
                               const char *blanks, EJoin join = EJoin::BetweenTokens);
-
-/// `NextToken` without copying: the token is a part of what `rest` saw, and `rest` moves behind it.
-std::string_view TakeToken(std::string_view &rest, const char *open, const char *close, const char *blanks);
-
-/// The inside of the group that `text` begins with, up to the end if it is not closed; all of `text` if it begins with
-/// none.
-std::string_view StripGroup(std::string_view text, const char *open, const char *close);
-
-/// `SplitChunk` on a text that is only seen.
-std::string TakeChunk(std::string_view &rest, const char *stop, const char *open, const char *close, const char *blanks,
-                      EJoin join);

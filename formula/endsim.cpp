@@ -4,6 +4,8 @@
 #include "waveform/matimporter.h"
 #include "waveform/table/samplesteps.h"
 
+using namespace tesk;
+
 void IStimulus::OnEndsim()
 {
     tesk::CloseOpenWaveformFiles();

@@ -11,11 +11,11 @@
 
 namespace {
 
-TReference<ISignalContainer> Load(CMemoryStream &stream)
+tesk::TReference<ISignalContainer> Load(CMemoryStream &stream)
 {
     ISignalContainer *made = nullptr;
     CreateSignalContainer(&made, nullptr);
-    TReference<ISignalContainer> container(made);
+    tesk::TReference<ISignalContainer> container(made);
     container->Load(&stream, nullptr);
     return container;
 }
@@ -50,7 +50,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 {
     CMemoryStream stream;
     stream.bytes.assign(reinterpret_cast<const char *>(data), size);
-    const TReference<ISignalContainer> container = Load(stream);
+    const tesk::TReference<ISignalContainer> container = Load(stream);
     Use(*container);
     // What was saved loads, and is saved the same: but for "Stimulator" and "VBus", which a first load doubles.
     CMemoryStream saved;

@@ -20,7 +20,7 @@ constexpr SValueType Types[] = {
 
 void Read(const std::uint8_t *data, std::size_t size, unsigned flags, const SValueType &type)
 {
-    const CFilePtr file(fmemopen(const_cast<std::uint8_t *>(data), size, "rb"));
+    const tesk::CFilePtr file(fmemopen(const_cast<std::uint8_t *>(data), size, "rb"));
     if (file == nullptr)
         return;
     CSampleColumn column;
@@ -29,12 +29,12 @@ void Read(const std::uint8_t *data, std::size_t size, unsigned flags, const SVal
     column.m_interval = 1000;
     column.m_isReal = type.isReal;
     column.m_isInteger = type.isInteger;
-    CTextTable table(file.get(), column, "s", type.width, type.radix);
+    tesk::CTextTable table(file.get(), column, "s", type.width, type.radix);
     const bool isRead = (flags & CFileFormulaArgs::FLAG_ROW) != 0 ? table.ReadRows() : table.ReadColumns();
     if (!isRead)
         return;
-    CollapseTo(column, 5);
-    OrderSamples(column, "s");
+    tesk::CollapseTo(column, 5);
+    tesk::OrderSamples(column, "s");
 }
 
 void Ignore(void *, int, const char *, const char *) {}

@@ -8,6 +8,8 @@
 #include "settings/brel/brelparser.h"
 #include "settings/brel/breltime.h"
 
+using namespace tesk;
+
 namespace {
 
 std::string UpperCase(std::string_view text)

@@ -7,9 +7,9 @@
 #include "core/stimulus.h"
 #include "settings/cstr.h"
 
-class CRandomState;
-
 namespace tesk {
+
+class CRandomState;
 
 /// Settings of a random stimulator: which distribution, its parameters, the seed, and the time between draws. The
 /// distributions are those of Verilog's `$random` and `$dist_...` (IEEE Std 1364-2005, 17.9).

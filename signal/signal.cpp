@@ -6,6 +6,8 @@
 #include "settings/typetext.h"
 #include "signal/tree/signalimp.h"
 
+using namespace tesk;
+
 namespace {
 
 // Room for the description of every predefined type.

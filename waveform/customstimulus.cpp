@@ -12,6 +12,8 @@
 #include "waveform/replay/namematch.h"
 #include "waveform/replay/rawvalue.h"
 
+using namespace tesk;
+
 namespace {
 
 constexpr long long LastTime = std::numeric_limits<long long>::max();

@@ -21,6 +21,8 @@
 #include "waveform/mat/matnumber.h"
 #include "waveform/table/samplesteps.h"
 
+using namespace tesk;
+
 namespace {
 
 constexpr int Failed = 0;

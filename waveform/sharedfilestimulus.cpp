@@ -11,6 +11,8 @@
 #include "waveform/replay/rawvalue.h"
 #include "waveform/replay/scaledtime.h"
 
+using namespace tesk;
+
 using tesk::WrapSubtract;
 
 namespace {

@@ -11,6 +11,8 @@
 #include "waveform/files/fileuse.h"
 #include "waveform/replay/namematch.h"
 
+using namespace tesk;
+
 using NTARN::HSignalRange;
 using NTARN::IDatabaseReader;
 using NTARN::KEventIterator;

@@ -13,6 +13,8 @@
 #include "waveform/table/samplesteps.h"
 #include "waveform/table/texttable.h"
 
+using namespace tesk;
+
 namespace {
 
 // The stretch of the table that is played, in ticks.

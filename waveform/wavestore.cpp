@@ -17,6 +17,8 @@
 #include "waveform/store/pendingevents.h"
 #include "waveform/store/wordrun.h"
 
+using namespace tesk;
+
 struct WaveStore::WaveSignal {
     std::string m_name;                          // full name
     const Kestrin::KTypeInfo *m_type = nullptr;  // owned by the store, shared by signals of one type

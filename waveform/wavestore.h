@@ -12,6 +12,8 @@
 #include "platform/kestrin.h"
 #include "platform/tarnutil.h"
 
+namespace tesk {
+
 class CEventRun;
 class CPendingEvents;
 class CWordRun;
@@ -29,6 +31,8 @@ struct SEventPlace {
     std::size_t m_byte = 0;
     long long m_time = 0;
 };
+
+}  // namespace tesk
 
 /// Holds the signals of one file and the events of their scalar elements. A handle names one element; handles count
 /// from 1. What a writer gives beside the rules of the interface is taken as far as it makes sense: see each operation.
@@ -84,7 +88,7 @@ public:
     /// Number of signals.
     std::size_t GetSignalCount() const;
     /// A signal by its number, in the order of the file. @param index  below `GetSignalCount()`
-    SStoredSignal GetSignal(std::size_t index) const;
+    tesk::SStoredSignal GetSignal(std::size_t index) const;
 
     /// The handle whose events count as those of `handle`: itself, or the one that it shares them with.
     /// @return 0 for a handle that was not added
@@ -101,7 +105,7 @@ public:
     /// So all events of an element are walked over at a few nanoseconds each.
     /// @param place  a new one, or as the last call for this handle left it
     /// @return how many; 0 at the end
-    std::size_t ReadEvents(long long handle, SEventPlace &place, std::span<WaveEvent> events) const;
+    std::size_t ReadEvents(long long handle, tesk::SEventPlace &place, std::span<WaveEvent> events) const;
 
     /// Femtoseconds per file tick.
     long long GetResolution() const { return m_resolution; }
@@ -112,15 +116,15 @@ private:
     struct WaveSignal;
 
     std::size_t FindRun(long long handle) const;
-    const CEventRun *FindSettled(long long handle) const;
-    std::span<CEventRun> FindWordRuns(long long last, std::intptr_t count);
+    const tesk::CEventRun *FindSettled(long long handle) const;
+    std::span<tesk::CEventRun> FindWordRuns(long long last, std::intptr_t count);
     void Settle() const;
     void SettleWord(std::uint32_t word) const;
 
-    std::vector<WaveSignal> m_signals;          // in the order of their definition
-    mutable std::vector<CEventRun> m_events;    // of handle h at h - 1
-    mutable std::vector<CWordRun> m_words;      // what is not in m_events yet: the first look-up has it stored
-    std::unique_ptr<CPendingEvents> m_pending;  // not in m_events yet: the first look-up has them stored
+    std::vector<WaveSignal> m_signals;                // in the order of their definition
+    mutable std::vector<tesk::CEventRun> m_events;    // of handle h at h - 1
+    mutable std::vector<tesk::CWordRun> m_words;      // what is not in m_events yet: the first look-up has it stored
+    std::unique_ptr<tesk::CPendingEvents> m_pending;  // not in m_events yet: the first look-up has them stored
     std::unordered_map<std::string, Kestrin::KTypeInfo> m_types;  // of the signals, by their texts
     mutable WaveEvent m_last;                                     // what FindLast gave
     mutable WaveEvent m_next;                                     // what FindNext gave

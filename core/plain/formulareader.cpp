@@ -4,8 +4,10 @@
 #include <utility>
 
 #include "base/wrap.h"
-#include "core/tokenizer.h"
+#include "core/plain/tokenviews.h"
 #include "platform/crt.h"
+
+using namespace tesk;
 
 namespace {
 

@@ -11,6 +11,8 @@
 #include "settings/brel/breltime.h"
 #include "settings/decconverter.h"
 
+using namespace tesk;
+
 namespace {
 
 constexpr int Nanoseconds = 2;

@@ -8,6 +8,8 @@
 
 #include "base/wrap.h"
 
+namespace tesk {
+
 namespace {
 
 constexpr int MostNested = 1000;
@@ -138,3 +140,5 @@ bool ReadBrelItems(std::string_view text, CBrelSequence &sequence)
 {
     return CBrelReader(text).ReadItems(text, 0, sequence);
 }
+
+}  // namespace tesk

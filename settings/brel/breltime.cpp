@@ -4,6 +4,8 @@
 
 #include "settings/timeunits.h"
 
+namespace tesk {
+
 SBrelTime::SBrelTime(long long femtoseconds)
 {
     int id = 1;
@@ -14,3 +16,5 @@ SBrelTime::SBrelTime(long long femtoseconds)
     number.assign(digits, end.ptr);
     unit = tesk::UnitNameFromID(static_cast<unsigned>(id));
 }
+
+}  // namespace tesk

@@ -3,6 +3,8 @@
 
 #include <string>
 
+namespace tesk {
+
 /// A time in the coarsest unit from "ps" up in which it is whole. A fraction of a picosecond is rounded away.
 struct SBrelTime {
     explicit SBrelTime(long long femtoseconds);
@@ -10,3 +12,5 @@ struct SBrelTime {
     std::string number;
     const char *unit;
 };
+
+}  // namespace tesk

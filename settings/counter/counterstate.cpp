@@ -6,7 +6,7 @@
 #include "platform/log.h"
 #include "settings/timeunits.h"
 
-using tesk::CCounterStimulusInfo;
+namespace tesk {
 
 namespace {
 
@@ -41,7 +41,7 @@ bool CCounterState::Initialize(const char *formula, int length)
     CCounterStimulusInfo settings;
     if (!settings.FromFormula(formula))
         return false;
-    static_cast<tesk::CCounterStimulusInfoImpl &>(*this) = *settings.GetImpl();
+    static_cast<CCounterStimulusInfoImpl &>(*this) = *settings.GetImpl();
     m_length = length < 0 ? 1 : length;
     if (!ReadPeriod() || !ReadValue(m_startingValue, m_count) || !ReadValue(m_increment, m_incrementValue))
         return false;
@@ -57,7 +57,7 @@ bool CCounterState::ReadPeriod()
     constexpr int Picoseconds = 1;
     double period = 0.0;
     int unit = -1;
-    if (!tesk::TextToTime(m_countPeriod, &period, &unit))
+    if (!TextToTime(m_countPeriod, &period, &unit))
         return false;
     if (unit == -1)
         unit = Picoseconds;
@@ -128,7 +128,7 @@ void CCounterState::StartAt(long long time)
 
 long long CCounterState::NextTime() const
 {
-    return tesk::WrapAdd(m_time, m_period);
+    return WrapAdd(m_time, m_period);
 }
 
 bool CCounterState::GetValue(int wire, long long time, SimpleString::CStr &value) const
@@ -155,3 +155,5 @@ long long CCounterState::GetNextEventTime(int wire, long long time)
     }
     return NextTime();
 }
+
+}  // namespace tesk

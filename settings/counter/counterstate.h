@@ -8,6 +8,8 @@
 #include "settings/bitvector.h"
 #include "settings/counter.h"
 
+namespace tesk {
+
 /// A counter. It always knows two values: the present one, in force from `time`, and the next one, one period later.
 /// Whichever wire asks first for what lies behind `time` moves it on for all; it never moves back.
 class CCounterState : public tesk::CCounterStimulusInfoImpl {
@@ -52,3 +54,5 @@ std::unordered_map<int, CCounterState *> &CounterRegistry();
 
 /// Enters a counter. @return its handle
 int RegisterCounter(std::unique_ptr<CCounterState> state);
+
+}  // namespace tesk

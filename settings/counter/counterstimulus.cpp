@@ -11,6 +11,8 @@
 #include "settings/counter/counterstate.h"
 #include "settings/text/formulafields.h"
 
+using namespace tesk;
+
 namespace {
 
 std::string WireForm(int wire, int handle)

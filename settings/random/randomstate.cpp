@@ -7,6 +7,8 @@
 #include "base/wrap.h"
 #include "settings/random/distributions.h"
 
+using namespace tesk;
+
 namespace {
 
 unsigned g_nextRandomHandle = 0;
@@ -32,7 +34,7 @@ SimpleString::CStr DecimalText(int number)
 
 }  // namespace
 
-std::unordered_map<int, CRandomState *> &RandomRegistry()
+std::unordered_map<int, CRandomState *> &tesk::RandomRegistry()
 {
     static auto *const registry = new std::unordered_map<int, CRandomState *>;  // never deleted, nor are its generators
     return *registry;

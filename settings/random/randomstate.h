@@ -8,6 +8,8 @@
 #include "settings/cstr.h"
 #include "settings/random.h"
 
+namespace tesk {
+
 /// Draws one number a period. It always knows two of them: the present one, in force until `time`, and the next one,
 /// which takes effect there. Whichever wire asks first for what lies behind `time` moves it on for all; it never moves
 /// back.
@@ -53,3 +55,5 @@ private:
 
 /// All generators by handle. One without a wire stays for the life of the process.
 std::unordered_map<int, CRandomState *> &RandomRegistry();
+
+}  // namespace tesk

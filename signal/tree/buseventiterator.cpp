@@ -8,6 +8,8 @@
 #include "signal/tree/component.h"
 #include "signal/tree/signalwalk.h"
 
+using namespace tesk;
+
 namespace {
 
 constexpr long long NoTime = -1;

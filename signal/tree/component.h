@@ -7,6 +7,8 @@
 
 #include "signal/unknown.h"
 
+namespace tesk {
+
 /// Gives an implementation of `Interface` the three operations of IUnknown. `Identifier` is the identifier of
 /// `Interface`. A new component has a count of 0; `HandOut` raises it to 1.
 template <typename Interface, const GUID &Identifier>
@@ -79,3 +81,5 @@ TReference<Interface> Share(Interface *object)
         object->AddRef();
     return TReference<Interface>(object);
 }
+
+}  // namespace tesk

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <unordered_map>
 
+using namespace tesk;
+
 namespace {
 
 constexpr int NoHandle = -1;

@@ -7,6 +7,8 @@
 #include "signal/signal.h"
 #include "signal/tree/component.h"
 
+namespace tesk {
+
 class CHandleManager final : public TComponent<IHandleManager, IID_IHandleManager> {
 public:
     CHandleManager() : m_handleCursor(m_signals.end()) {}
@@ -39,3 +41,5 @@ private:
     ISignal *const *m_signalEnd = nullptr;
     CIndex::iterator m_handleCursor;  // the handle that GetNextHandle answers
 };
+
+}  // namespace tesk

@@ -3,6 +3,8 @@
 
 #include "base/limits.h"
 
+namespace tesk {
+
 /// One signal that is being loaded; its children are loaded while it lives.
 class CLoadLevel {
 public:
@@ -29,3 +31,5 @@ private:
     static inline long long s_signals = 0;
     static inline bool s_refused = false;
 };
+
+}  // namespace tesk

@@ -1,5 +1,7 @@
 #include "signal/tree/parentlink.h"
 
+namespace tesk {
+
 CParentLink::~CParentLink()
 {
     Leave();
@@ -31,3 +33,5 @@ void CParentLink::Leave()
     m_parent = nullptr;
     m_parentLink = m_next = m_previous = nullptr;
 }
+
+}  // namespace tesk

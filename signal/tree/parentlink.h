@@ -3,6 +3,8 @@
 
 class ISignal;
 
+namespace tesk {
+
 /// A signal's pointer to its parent, which holds no reference. A parent of this library knows all signals that name it,
 /// whether or not they still are among its children, so that none of them leads to it when it has ended.
 class CParentLink {
@@ -26,3 +28,5 @@ private:
     CParentLink *m_next = nullptr;        // of those that name the same parent
     CParentLink *m_previous = nullptr;
 };
+
+}  // namespace tesk

@@ -4,6 +4,8 @@
 
 #include "base/wrap.h"
 
+namespace tesk {
+
 const char *CPropertyTable::Find(const char *name) const
 {
     if (name == nullptr)
@@ -15,7 +17,7 @@ const char *CPropertyTable::Find(const char *name) const
 int CPropertyTable::GetNumber(const char *name, int byDefault) const
 {
     const char *text = Find(name);
-    return text != nullptr ? tesk::ReadInt(text) : byDefault;
+    return text != nullptr ? ReadInt(text) : byDefault;
 }
 
 void CPropertyTable::Set(const char *name, const SimpleString::CStr &text)
@@ -36,3 +38,5 @@ void CPropertyTable::Remove(const char *name)
     if (const auto entry = m_texts.find(name); entry != m_texts.end())
         m_texts.erase(entry);
 }
+
+}  // namespace tesk

@@ -7,6 +7,8 @@
 #include "platform/crt.h"
 #include "settings/cstr.h"
 
+namespace tesk {
+
 /// Compares names of properties: without letter case.
 struct SPropertyLess {
     using is_transparent = void;
@@ -33,3 +35,5 @@ public:
 private:
     std::map<SimpleString::CStr, SimpleString::CStr, SPropertyLess> m_texts;
 };
+
+}  // namespace tesk

@@ -7,6 +7,8 @@
 #include "platform/tarn.h"
 #include "signal/tree/signalimp.h"
 
+namespace tesk {
+
 // `addChild(ISignalContainer &, int)` adds one element. Deliberate: any failure fails the whole signal.
 template <typename AddChild>
 bool CSignalImp::AttachChildren(ISignalContainer &container, int elements, AddChild addChild)
@@ -32,7 +34,7 @@ try {
     const int first = elements > 0 ? reader->GetChildRange(m_handle).first : 0;
     const auto addChild = [&](ISignalContainer &children, int i) {
         ISignal *child = nullptr;
-        return children.AddFromDatabase(reader, this, static_cast<int>(tesk::WrapAdd(first, i)), &child);
+        return children.AddFromDatabase(reader, this, static_cast<int>(WrapAdd(first, i)), &child);
     };
     if (!AttachChildren(*container, elements, addChild))
         return E_FAIL;
@@ -48,7 +50,7 @@ long CSignalImp::AttachFromList(ISignalListReader *reader, ISignalContainer *con
         return E_INVALIDARG;
     SetStimulatorInfo(reader->GetProperty(m_handle, "Stimulator"));
     const char *isBus = reader->GetProperty(m_handle, "VBus");
-    SetFlag(VBus, isBus != nullptr && tesk::ReadInt(isBus) != 0);
+    SetFlag(VBus, isBus != nullptr && ReadInt(isBus) != 0);
     SetParent(parent);
     const auto addChild = [&](ISignalContainer &children, int i) {
         ISignal *child = nullptr;
@@ -101,3 +103,5 @@ void CSignalImp::EnterContainer(ISignalContainer &container)
     if (handle != -1)
         container.SetHandles(name, &handle, 1);
 }
+
+}  // namespace tesk

@@ -8,6 +8,8 @@
 #include "core/scalarinfo.h"
 #include "signal/tree/signaliterator.h"
 
+using namespace tesk;
+
 CSignalContainerImp::CSignalContainerImp(TReference<IHandleManager> manager) : m_handleManager(std::move(manager))
 {
     m_provider.SetHandleManager(m_handleManager.get());

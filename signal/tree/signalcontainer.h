@@ -4,6 +4,8 @@
 #include "signal/tree/component.h"
 #include "signal/tree/signalsprovider.h"
 
+namespace tesk {
+
 class CSignalContainerImp final : public TComponent<ISignalContainer, IID_ISignalContainer> {
 public:
     explicit CSignalContainerImp(TReference<IHandleManager> manager);
@@ -42,3 +44,5 @@ private:
     TReference<IHandleManager> m_handleManager;  // stands before m_provider, whose Clear asks for it
     CSignalsProvider m_provider;
 };
+
+}  // namespace tesk

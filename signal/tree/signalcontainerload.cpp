@@ -11,6 +11,8 @@
 #include "signal/tree/signalimp.h"
 #include "signal/tree/streamform.h"
 
+namespace tesk {
+
 namespace {
 
 constexpr unsigned StdLogic = 1;
@@ -222,3 +224,5 @@ try {
 } catch (const std::bad_alloc &) {
     return E_OUTOFMEMORY;
 }
+
+}  // namespace tesk

@@ -7,6 +7,8 @@
 #include "signal/tree/signaltext.h"
 #include "signal/tree/signalwalk.h"
 
+namespace tesk {
+
 // The container takes a signal that is removed out of the handle manager. A signal that ends in another way, for
 // instance because the type of its parent changed, must not be found there either, nor by its name in a list that it
 // has left. A child that somebody else holds must not lead to its parent any more;
@@ -83,10 +85,10 @@ long CSignalImp::CreateBusEventIterator(IBusEventIterator **out)
 }
 
 // None for a signal without a type.
-std::optional<tesk::CSignalText> CSignalImp::Texts()
+std::optional<CSignalText> CSignalImp::Texts()
 {
     const Kestrin::KTypeInfo *type = EffectiveType();
-    return type != nullptr ? std::optional(tesk::CSignalText(*this, *type)) : std::nullopt;
+    return type != nullptr ? std::optional(CSignalText(*this, *type)) : std::nullopt;
 }
 
 const char *CSignalImp::GetValueText(const void *value)
@@ -118,3 +120,5 @@ long CSignalImp::ParseValue(const char *text, void *buffer, unsigned size)
     const auto texts = Texts();
     return texts ? texts->Parse(text, buffer, size) : E_FAIL;
 }
+
+}  // namespace tesk

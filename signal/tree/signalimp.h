@@ -14,9 +14,9 @@
 #include "signal/tree/properties.h"
 
 namespace tesk {
+
 class CChildrenMaker;
 class CSignalText;
-}  // namespace tesk
 
 class CSignalImp final : public TComponent<ISignal, IID_ISignal> {
 public:
@@ -94,13 +94,13 @@ private:
 
     void SetFlag(unsigned flag, bool on);
     void LinkTo(ISignal *parent);
-    std::optional<tesk::CSignalText> Texts();
+    std::optional<CSignalText> Texts();
 
     // signaltype.cpp
     const Kestrin::KTypeInfo *EffectiveType();
     long ChangeType(const Kestrin::KTypeInfo &type);
     long BuildFor(const Kestrin::KTypeInfo &type);
-    tesk::CChildrenMaker ChildrenMaker();
+    CChildrenMaker ChildrenMaker();
     long TakeBuilt(TReference<ISignalContainer> children);
     long BuildWave(const Kestrin::KTypeInfo &type);
     long MakeOwnWave(unsigned size);
@@ -141,3 +141,5 @@ inline TReference<CSignalImp> NewSignal(ISignal *parent)
 {
     return Share(new CSignalImp(parent));
 }
+
+}  // namespace tesk

@@ -1,5 +1,7 @@
 #include "signal/tree/signaliterator.h"
 
+namespace tesk {
+
 long CSignalIteratorImp::Next(unsigned count, ISignal **out, unsigned *fetched)
 {
     unsigned stored = 0;
@@ -11,3 +13,5 @@ long CSignalIteratorImp::Next(unsigned count, ISignal **out, unsigned *fetched)
         *fetched = stored;
     return stored > 0 ? S_OK : S_FALSE;
 }
+
+}  // namespace tesk

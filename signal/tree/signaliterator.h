@@ -4,6 +4,8 @@
 #include "signal/tree/component.h"
 #include "signal/tree/signalsprovider.h"
 
+namespace tesk {
+
 class CSignalIteratorImp final : public TComponent<ISignalIterator, IID_ISignalIterator> {
 public:
     explicit CSignalIteratorImp(const CSignalsProvider &signals) : m_signals(signals) {}
@@ -15,3 +17,5 @@ private:
     const CSignalsProvider &m_signals;  // the container's; no reference held
     unsigned m_current = 0;             // index of the next signal
 };
+
+}  // namespace tesk

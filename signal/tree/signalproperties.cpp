@@ -7,6 +7,8 @@
 #include "signal/tree/signalimp.h"
 #include "signal/tree/signalwalk.h"
 
+namespace tesk {
+
 namespace {
 
 constexpr const char *Mode = "Mode";
@@ -32,11 +34,11 @@ void CSignalImp::SetProperty(const char *name, const char *value)
     m_properties.Set(name, text);
     // Deliberate: other than the table, these four go by letter case.
     if (std::strcmp(name, Handle) == 0)
-        m_handle = tesk::ReadInt(text);
+        m_handle = ReadInt(text);
     else if (std::strcmp(name, "MaxTime") == 0)
         m_maxTime = _atoi64(text);
     else if (std::strcmp(name, "VBus") == 0)
-        SetFlag(VBus, tesk::ReadInt(text) != 0);
+        SetFlag(VBus, ReadInt(text) != 0);
     else if (std::strcmp(name, "Name") == 0)
         m_name = text;
 }
@@ -135,7 +137,7 @@ void CSignalImp::SetStimulator(int type, int strength, const char *formula)
 // What is kept is the parser's text, never the caller's. A formula that cannot be parsed leaves the old one in place.
 void CSignalImp::SetFormula(int type, int strength, const char *formula)
 {
-    const tesk::StimulusPtr stimulus(IStimulus::Create(formula, 0, 1000, nullptr, false, false));
+    const StimulusPtr stimulus(IStimulus::Create(formula, 0, 1000, nullptr, false, false));
     if (stimulus == nullptr)
         return;
     SimpleString::CStr canonical;
@@ -173,3 +175,5 @@ void CSignalImp::SetValueTextOption(bool on)
     SetFlag(ValueTextOption, on);
     ForEachChild(*this, [on](ISignal &child) { child.SetValueTextOption(on); });
 }
+
+}  // namespace tesk

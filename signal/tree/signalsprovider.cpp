@@ -13,6 +13,8 @@
 #include "signal/tree/signalwalk.h"
 #include "signal/tree/streamform.h"
 
+namespace tesk {
+
 namespace {
 
 // What the saved form can count: with more signals than that it would be read back as another one.
@@ -227,3 +229,5 @@ void CSignalsProvider::Forget(const ISignal *signal)
         note->second->ForgetName(signal);
     Departed().erase(first, last);
 }
+
+}  // namespace tesk

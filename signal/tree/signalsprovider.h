@@ -7,6 +7,8 @@
 #include "settings/cstr.h"
 #include "signal/signal.h"
 
+namespace tesk {
+
 /// A name as it was when its signal was entered; a null name stays null.
 class CNameKey {
 public:
@@ -75,3 +77,5 @@ private:
     std::vector<const ISignal *> m_departed;    // left the list while m_names may lead to them; for comparison only
     IHandleManager *m_handleManager = nullptr;  // no reference
 };
+
+}  // namespace tesk

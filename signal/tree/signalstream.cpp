@@ -8,6 +8,8 @@
 #include "signal/tree/signalimp.h"
 #include "signal/tree/streamform.h"
 
+namespace tesk {
+
 namespace {
 
 constexpr const char *Stimulator = "Stimulator";
@@ -98,7 +100,7 @@ bool CSignalImp::LoadProperties(ISignalStream &stream, unsigned count)
         if (_stricmp(key.c_str(), Stimulator) == 0)
             SetStimulatorInfo(value.c_str());
         else if (_stricmp(key.c_str(), VBusName) == 0)
-            SetFlag(VBus, tesk::ReadInt(value.c_str()) != 0);
+            SetFlag(VBus, ReadInt(value.c_str()) != 0);
     }
     return true;
 }
@@ -141,3 +143,5 @@ long CSignalImp::ExportToList(ISignalListWriter *writer, int index)
     }
     return S_OK;
 }
+
+}  // namespace tesk

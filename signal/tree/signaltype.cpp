@@ -9,6 +9,8 @@
 #include "signal/tree/signalchildren.h"
 #include "signal/tree/signalimp.h"
 
+namespace tesk {
+
 namespace {
 
 struct SStdType {
@@ -64,7 +66,7 @@ try {
 long CSignalImp::ChangeType(const Kestrin::KTypeInfo &type)
 {
     m_stdType = 0;
-    return tesk::CountSignals(type) <= MaxSignals ? ApplyType(type) : E_FAIL;
+    return CountSignals(type) <= MaxSignals ? ApplyType(type) : E_FAIL;
 }
 
 long CSignalImp::ApplyType(const Kestrin::KTypeInfo &type)
@@ -109,9 +111,9 @@ long CSignalImp::BuildFor(const Kestrin::KTypeInfo &type)
     }
 }
 
-tesk::CChildrenMaker CSignalImp::ChildrenMaker()
+CChildrenMaker CSignalImp::ChildrenMaker()
 {
-    return tesk::CChildrenMaker([this](const Kestrin::KTypeInfo &type) -> TReference<ISignal> {
+    return CChildrenMaker([this](const Kestrin::KTypeInfo &type) -> TReference<ISignal> {
         TReference<CSignalImp> child = NewSignal(this);
         if (child->ApplyType(type) < 0)
             return nullptr;
@@ -168,3 +170,5 @@ void CSignalImp::FollowType()
     else
         SetDisplayMode(m_children != nullptr ? Composite : Decimal);
 }
+
+}  // namespace tesk

@@ -4,6 +4,8 @@
 #include "signal/signal.h"
 #include "signal/tree/component.h"
 
+namespace tesk {
+
 /// Calls `action(ISignal &)` for each child in order; does nothing for a signal without children.
 template <typename Action>
 void ForEachChild(ISignal &signal, Action action)
@@ -16,3 +18,5 @@ void ForEachChild(ISignal &signal, Action action)
     while (children->Next(1, &child, nullptr) == S_OK)
         action(*child);
 }
+
+}  // namespace tesk

@@ -9,6 +9,8 @@
 #include "signal/tree/component.h"
 #include "signal/wave.h"
 
+using namespace tesk;
+
 namespace {
 
 constexpr long long NoTime = -1;

@@ -7,6 +7,8 @@
 
 #include "signal/signal.h"
 
+namespace tesk {
+
 /// The largest number that a word holds; longer texts are cut there.
 inline constexpr std::size_t LargestWord = 0xFFFF;
 
@@ -45,3 +47,5 @@ inline bool WriteText(ISignalStream &stream, const char *text)
     const bool textWritten = stream.Write(text, static_cast<unsigned>(length)) >= 0;
     return lengthWritten && textWritten;
 }
+
+}  // namespace tesk

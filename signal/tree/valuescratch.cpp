@@ -5,6 +5,8 @@
 #include <string>
 #include <utility>
 
+namespace tesk {
+
 namespace {
 
 constexpr std::size_t ValueSizeAtStart = 102400;
@@ -139,3 +141,5 @@ const char *CTextLevel::Abandon()
     m_nested = true;
     return nullptr;
 }
+
+}  // namespace tesk

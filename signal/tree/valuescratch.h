@@ -5,6 +5,8 @@
 #include <memory>
 #include <string_view>
 
+namespace tesk {
+
 /// The bytes of a value being put together, and the text being made. A text that was handed out lives until the next
 /// text operation on any signal.
 ///
@@ -74,3 +76,5 @@ private:
     bool m_nested;        // the marker to go back to
     std::size_t m_start;  // from the beginning of the outermost text
 };
+
+}  // namespace tesk

@@ -5,6 +5,8 @@
 #include <random>
 #include <string>
 
+#include "core/plain/tokenviews.h"
+
 using SimpleString::CStr;
 
 namespace {
@@ -127,7 +129,7 @@ TEST(Tokeniser, LosesNoTokenOfAnyText)  // what tokens hold and what stands betw
         std::string rebuilt;
         while (!rest.empty()) {
             const std::string_view before = rest;
-            const std::string_view token = TakeToken(rest, ParserOpen, ParserClose, TokenBlanks);
+            const std::string_view token = tesk::TakeToken(rest, ParserOpen, ParserClose, TokenBlanks);
             ASSERT_LT(rest.size(), before.size());
             rebuilt += before.substr(0, before.size() - rest.size() - token.size());
             rebuilt += token;

@@ -263,7 +263,7 @@ TEST(BrelInterfaces, KeepTheOrderOfTheirSlots)
 TEST(BrelSequence, RefusesToOutgrowItsRoom)
 {
     CBrelSequence sequence;
-    ASSERT_TRUE(ReadBrelItems("H1(L1)2", sequence));
+    ASSERT_TRUE(tesk::ReadBrelItems("H1(L1)2", sequence));
     std::vector<char> text(12 + IBrelFormula::SpareRoom);
     long long time = 0;
     EXPECT_TRUE(sequence.WriteFormula(text.data(), time, 12));  // "1 0ps,0 1ns,"

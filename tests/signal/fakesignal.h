@@ -5,7 +5,7 @@
 
 #include "signal/signaltools.h"
 
-class CFakeSignal final : public TComponent<ISignal, IID_ISignal> {
+class CFakeSignal final : public tesk::TComponent<ISignal, IID_ISignal> {
 public:
     CFakeSignal(const char *name, int handle) : m_name(name), m_handle(handle), m_wave(NewWave()) {}
 
@@ -98,7 +98,7 @@ using FakePtr = TReference<CFakeSignal>;
 
 inline FakePtr NewFake(const char *name, int handle = -1)
 {
-    return Share(new CFakeSignal(name, handle));
+    return tesk::Share(new CFakeSignal(name, handle));
 }
 
 /// Gives a fake signal children instead of its wave.

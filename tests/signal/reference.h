@@ -4,6 +4,8 @@
 #include "signal/signal.h"
 #include "signal/tree/component.h"
 
+using tesk::TReference;
+
 /// The number of references to an object that is alive.
 inline unsigned ReferencesTo(IUnknown &object)
 {

@@ -110,14 +110,14 @@ TEST(CreateStdSignal, RefusesTheUnboundedVectorsAndUnknownTypes)
 TEST(Signal, EndsWithItsLastReferenceAndReleasesWhatItHolds)
 {
     TReference<ISignal> scalar = MakeSignal(StdLogicType);
-    const TReference<ISignalWave> wave = Share(scalar->GetWave());
+    const TReference<ISignalWave> wave = tesk::Share(scalar->GetWave());
     EXPECT_EQ(ReferencesTo(*wave), 2U);
     scalar.reset();
     EXPECT_EQ(ReferencesTo(*wave), 1U);
 
     TReference<ISignal> vector = MakeSignal(VectorType(2));
-    const TReference<ISignalContainer> children = Share(vector->GetChildren());
-    const TReference<ISignal> child = Share(ChildAt(children.get(), 0));
+    const TReference<ISignalContainer> children = tesk::Share(vector->GetChildren());
+    const TReference<ISignal> child = tesk::Share(ChildAt(children.get(), 0));
     EXPECT_EQ(ReferencesTo(*children), 2U);
     EXPECT_EQ(ReferencesTo(*child), 2U) << "its container holds the only other one";
     vector.reset();

@@ -5,7 +5,7 @@
 #include "signal/tree/signalsprovider.h"
 
 /// A list as a container has it: cleared before it ends.
-class CList : public CSignalsProvider {
+class CList : public tesk::CSignalsProvider {
 public:
     explicit CList(IHandleManager *manager = nullptr) { SetHandleManager(manager); }
     ~CList() override { Clear(); }

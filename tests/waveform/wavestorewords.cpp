@@ -43,7 +43,7 @@ TEST(WaveStore, ReadsTheEventsOfAnElementPieceByPiece)
         AddEvent(store, 1, i / 2, i % 7 == 0 ? UINT64_MAX : static_cast<std::uint64_t>(i % 9), i % 31 == 0 ? 5 : 0);
     for (const std::size_t room : {1U, 2U, 7U, 64U, 999U, 1000U, 5000U}) {
         std::vector<WaveEvent> events(room);
-        SEventPlace place;
+        tesk::SEventPlace place;
         int read = 0;
         while (const std::size_t count = store.ReadEvents(3, place, events)) {
             for (std::size_t i = 0; i < count; ++i, ++read) {
@@ -55,7 +55,7 @@ TEST(WaveStore, ReadsTheEventsOfAnElementPieceByPiece)
         EXPECT_EQ(read, 1000) << room;
         EXPECT_EQ(store.ReadEvents(3, place, {}), 0u);
     }
-    SEventPlace place;
+    tesk::SEventPlace place;
     std::vector<WaveEvent> events(3);
     EXPECT_EQ(store.ReadEvents(2, place, events), 0u);
     EXPECT_EQ(store.ReadEvents(9, place, events), 0u);
@@ -65,7 +65,7 @@ TEST(WaveStore, GoesOnReadingWhatWasAddedMeanwhile)
 {
     WaveStore store;
     Add(store, 1, 1);
-    SEventPlace place;
+    tesk::SEventPlace place;
     WaveEvent event;
     for (int i = 0; i < 500; ++i) {
         ASSERT_EQ(store.ReadEvents(1, place, {&event, 1}), 0u);
@@ -112,8 +112,8 @@ TEST(WaveStore, TakesWordsLikeTheEventsOfTheirElements)
         }
         for (long long handle = 1; handle <= 3 + count; ++handle) {
             ASSERT_EQ(words.HasEvents(handle), events.HasEvents(handle));
-            SEventPlace place;
-            SEventPlace otherPlace;
+            tesk::SEventPlace place;
+            tesk::SEventPlace otherPlace;
             WaveEvent event;
             WaveEvent other;
             while (words.ReadEvents(handle, place, {&event, 1}) == 1) {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "core/tokenizer.h"
+#include "core/plain/tokenviews.h"
 
 namespace tesk {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "core/basedliteral.h"
-#include "core/tokenizer.h"
+#include "core/plain/tokenviews.h"
 #include "platform/types/typereader.h"
 #include "tools/examine/nearname.h"
 #include "tools/quote.h"

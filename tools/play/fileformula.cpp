@@ -84,7 +84,7 @@ std::string FindPartType(IWaveformFile &file, const CFileFormulaArgs &args)
     ISignal *made = nullptr;
     if (!handle || file.MakeSignal(*handle, false, &made) < 0)
         return {};
-    const TReference<ISignal> signal(made);
+    const tesk::TReference<ISignal> signal(made);
     const Kestrin::KTypeInfo *type = signal->GetTypeInfo();
     return type != nullptr ? type->GetTypeInfoString() : "";
 }

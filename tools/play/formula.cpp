@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "core/formulaparser.h"
-#include "core/tokenizer.h"
+#include "core/plain/tokenviews.h"
 #include "formula/kinds/keywordsearch.h"
 #include "formula/kinds/kinds.h"
 #include "tools/loglines.h"
@@ -32,7 +32,8 @@ std::string FindFault(const std::string &formula, long long start)
 {
     std::string_view rest = formula;
     for (int number = 1; !rest.empty(); ++number) {
-        const std::string chunk = TakeChunk(rest, ",", ParserOpen, ParserClose, TokenBlanks, EJoin::BetweenTokens);
+        const std::string chunk =
+            tesk::TakeChunk(rest, ",", ParserOpen, ParserClose, TokenBlanks, EJoin::BetweenTokens);
         if (chunk.empty())
             return "part " + std::to_string(number) + " is empty";
         if (!IsReadable(chunk, start))
@@ -46,7 +47,7 @@ std::string FindRefusedPart(const std::string &formula, long long count, bool is
 {
     std::string_view rest = formula;
     for (int number = 1; !rest.empty(); ++number) {
-        const std::string part = TakeChunk(rest, ",", ParserOpen, ParserClose, TokenBlanks, EJoin::BetweenTokens);
+        const std::string part = tesk::TakeChunk(rest, ",", ParserOpen, ParserClose, TokenBlanks, EJoin::BetweenTokens);
         std::vector<SimpleString::CStr> unused;
         if (!part.starts_with('-') &&
             CFormulaParser().Run(part.c_str(), unused, static_cast<int>(count), isBitVector, start) == 0)

@@ -20,7 +20,7 @@ struct SModuleEnder {
 using ModulePtr = std::unique_ptr<void, SModuleEnder>;
 
 struct SMatFileEnder {
-    void operator()(MATFile *file) const { MatLibraries().matClose(file); }
+    void operator()(MATFile *file) const { tesk::MatLibraries().matClose(file); }
 };
 using MatFilePtr = std::unique_ptr<MATFile, SMatFileEnder>;
 
@@ -44,9 +44,9 @@ std::string ReaderFault()
 MatFilePtr OpenFile(const CFileFormulaArgs &args)
 {
     const std::string path(args.m_file);
-    MatFilePtr file(MatLibraries().matOpen(path.c_str(), "r"));
+    MatFilePtr file(tesk::MatLibraries().matOpen(path.c_str(), "r"));
     if (file == nullptr && ReaderFault().empty())
-        file.reset(MatLibraries().matOpen((path + ".mat").c_str(), "r"));
+        file.reset(tesk::MatLibraries().matOpen((path + ".mat").c_str(), "r"));
     return file;
 }
 
@@ -71,7 +71,7 @@ std::string ExplainVariable(const std::string &name, const mxArray *array)
 {
     constexpr int Double = 6;
     const std::string quoted = "variable " + Quote(name);
-    const int classId = MatLibraries().mxGetClassID(array);
+    const int classId = tesk::MatLibraries().mxGetClassID(array);
     if (Is("mxIsSparse", array))
         return quoted + " is sparse; save it as full(" + name + ")";
     if (HasNumbers(classId))
@@ -79,7 +79,7 @@ std::string ExplainVariable(const std::string &name, const mxArray *array)
                ")";
     if (classId != Double)
         return quoted + " is of class " + ClassName(classId) + ", and a matrix of doubles is played";
-    const int rank = MatLibraries().mxGetNumberOfDimensions(array);
+    const int rank = tesk::MatLibraries().mxGetNumberOfDimensions(array);
     if (rank > 2)
         return quoted + " has " + std::to_string(rank) + " dimensions; save a matrix of two";
     return {};
@@ -98,12 +98,12 @@ std::string FirstOfVariables(const CFileFormulaArgs &args, MATFile *file,
                              std::string (*say)(const std::string &name, const mxArray *array))
 {
     constexpr int TimePoints = 4;
-    SMatTarget target;
+    tesk::SMatTarget target;
     if (!target.Read(args.m_signal))
         return {};
     const bool hasTimes = (args.m_flags & TimePoints) == 0 && !args.m_timeSource.IsEmpty();
     for (const std::string &name : {std::string(target.name), hasTimes ? std::string(args.m_timeSource) : ""}) {
-        const mxArray *array = name.empty() ? nullptr : FindMatVariable(name.c_str(), file);
+        const mxArray *array = name.empty() ? nullptr : tesk::FindMatVariable(name.c_str(), file);
         const std::string words = array != nullptr ? say(name, array) : ReaderFault();
         if (!words.empty())
             return words;

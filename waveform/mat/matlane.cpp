@@ -4,6 +4,8 @@
 #include "core/stimulus.h"
 #include "platform/kestrin.h"
 
+namespace tesk {
+
 namespace {
 
 enum EKind { Enumeration = 1, Integer = 2, Real = 3, Array = 4, Physical = 6 };
@@ -121,3 +123,5 @@ std::optional<long long> FindLane(const SMatTarget &target, const Kestrin::KType
     default: return std::nullopt;
     }
 }
+
+}  // namespace tesk

@@ -10,6 +10,8 @@ namespace Kestrin {
 class KTypeInfo;
 }
 
+namespace tesk {
+
 /// The variable of a formula: a name and up to two indices behind it, "v(3)" or "v(1)(3)".
 struct SMatTarget {
     /// @param signal  the text of the formula
@@ -29,3 +31,5 @@ long long CorrectIndex(long long index, const Kestrin::KTypeInfo &type);
 /// @param matrix  the variable
 /// @return nothing if the type, the indices and the variable do not fit together
 std::optional<long long> FindLane(const SMatTarget &target, const Kestrin::KTypeInfo &type, const SMatMatrix &matrix);
+
+}  // namespace tesk

@@ -3,6 +3,8 @@
 #include "platform/loader.h"
 #include "waveform/matimporter.h"
 
+using namespace tesk;
+
 namespace {
 
 struct SBinding {
@@ -74,7 +76,7 @@ void ReleaseMatLibraries()
     Release(g_matBinding);
 }
 
-const SMatLibraries &MatLibraries()
+const SMatLibraries &tesk::MatLibraries()
 {
     return g_matBinding.entries;
 }

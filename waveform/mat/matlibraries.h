@@ -6,6 +6,8 @@
 struct MATFile;
 struct mxArray;
 
+namespace tesk {
+
 /// The entry points; all null until `LoadMatLibraries` succeeds. Sizes and indices have 32 bits in the oldest of these
 /// libraries, 64 in others: `mxGetDimensions` gives either, and a result of which 32 bits are enough is taken as such.
 struct SMatLibraries {
@@ -28,3 +30,5 @@ struct SMatLibraries {
 
 /// To be used after `LoadMatLibraries` only.
 const SMatLibraries &MatLibraries();
+
+}  // namespace tesk

@@ -10,6 +10,8 @@
 #include "base/wrap.h"
 #include "waveform/mat/matlibraries.h"
 
+namespace tesk {
+
 namespace {
 
 constexpr int DoubleClass = 6;
@@ -62,7 +64,7 @@ struct SPath {
     bool ReadElement(const mxArray *array, std::size_t &element) const
     {
         const std::size_t end = rest.find(')', par);
-        return end < dot && ::ReadElement(array, rest.substr(par + 1, end - par - 1), element);
+        return end < dot && tesk::ReadElement(array, rest.substr(par + 1, end - par - 1), element);
     }
 
     std::string_view rest;
@@ -135,3 +137,5 @@ SMatLane LaneOf(const SMatMatrix &matrix, bool byRows, std::size_t lane)
     const std::size_t places = (matrix.elements - first - 1) / step + 1;  // some elements, so the step is not 0
     return {matrix.data + first, std::min(byRows ? matrix.columns : matrix.rows, places), step};
 }
+
+}  // namespace tesk

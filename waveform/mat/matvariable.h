@@ -6,6 +6,8 @@
 struct MATFile;
 struct mxArray;
 
+namespace tesk {
+
 /// Finds a variable by its path: a name, "v", a field of a structure, "s.f", or of an element of an array of
 /// structures, "s(2).f" or "s(1,2).f", to any depth. Deliberate: "v(2)" is the whole variable, if it has a second
 /// element; and the element (i,j) is number (i - 1) * rows + (j - 1), which is not MATLAB's order.
@@ -40,3 +42,5 @@ std::size_t LaneCount(const SMatMatrix &matrix, bool byRows);
 /// A lane, from 0. Of a lane beyond the last as much as there are elements at its places. With other than two
 /// dimensions all elements are the one lane.
 SMatLane LaneOf(const SMatMatrix &matrix, bool byRows, std::size_t lane);
+
+}  // namespace tesk

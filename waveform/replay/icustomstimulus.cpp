@@ -5,6 +5,8 @@
 #include "signal/signal.h"
 #include "waveform/customstimulus.h"
 
+using namespace tesk;
+
 using tesk::WrapAdd;
 using tesk::WrapModulo;
 using tesk::WrapMultiply;

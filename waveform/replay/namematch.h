@@ -6,6 +6,8 @@
 
 #include "platform/crt.h"
 
+namespace tesk {
+
 enum class ENameMatch { Differs, Begins, Equals };
 
 /// Deepest signal that a search by name goes down to.
@@ -18,3 +20,5 @@ inline ENameMatch MatchName(const std::string &path, const char *fullName)
         return ENameMatch::Differs;
     return std::strlen(fullName) == path.size() ? ENameMatch::Equals : ENameMatch::Begins;
 }
+
+}  // namespace tesk

@@ -6,6 +6,8 @@
 #include <memory>
 #include <new>
 
+namespace tesk {
+
 /// Bytes, 0 at first; only a long value takes a heap allocation.
 class CRawValue {
 public:
@@ -26,3 +28,5 @@ private:
     std::unique_ptr<unsigned char[]> m_long;
     unsigned char *m_bytes;
 };
+
+}  // namespace tesk

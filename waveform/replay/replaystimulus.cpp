@@ -11,6 +11,8 @@
 #include "waveform/files/fileuse.h"
 #include "waveform/replay/scaledtime.h"
 
+using namespace tesk;
+
 using SimpleString::CStr;
 using tesk::WrapAdd;
 using tesk::WrapSubtract;

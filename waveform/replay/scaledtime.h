@@ -4,6 +4,8 @@
 #include "base/wrap.h"
 #include "settings/timeunits.h"
 
+namespace tesk {
+
 struct SScaledTime {
     long long number;
     int unit;
@@ -16,3 +18,5 @@ inline SScaledTime ScaleResolution(long long femtoseconds)
     tesk::ScaleNumberNoFloat(&number, &unit);
     return {tesk::TruncateToInt64(number), unit};
 }
+
+}  // namespace tesk

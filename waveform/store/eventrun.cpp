@@ -8,6 +8,8 @@
 #include "waveform/store/packedevents.h"
 #include "waveform/wavestore.h"
 
+namespace tesk {
+
 // What is behind these 16 bytes in memory are the blocks.
 struct CEventRun::SEvents {
     long long lastTime;
@@ -217,3 +219,5 @@ std::size_t CEventRun::Read(SEventPlace &place, std::span<WaveEvent> events) con
     }
     return count;
 }
+
+}  // namespace tesk

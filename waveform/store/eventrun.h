@@ -8,6 +8,8 @@
 
 #include "platform/tarnutil.h"
 
+namespace tesk {
+
 struct SEventPlace;
 
 /// Costs 16 bytes while it is empty; an event of an enumeration then takes one to four bytes for most files.
@@ -59,3 +61,5 @@ private:
     std::uint32_t m_sharedWith = NotShared;
     std::uint32_t m_word = NoWord;
 };
+
+}  // namespace tesk

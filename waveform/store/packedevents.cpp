@@ -5,6 +5,8 @@
 #include <limits>
 #include <new>
 
+namespace tesk {
+
 std::uint32_t GrowPacked(void *&bytes, std::size_t header, std::size_t used, std::size_t wanted)
 {
     if (wanted > std::numeric_limits<std::uint32_t>::max() / 2)
@@ -16,3 +18,5 @@ std::uint32_t GrowPacked(void *&bytes, std::size_t header, std::size_t used, std
     bytes = grown;
     return static_cast<std::uint32_t>(total - header);
 }
+
+}  // namespace tesk

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace tesk {
+
 inline constexpr std::size_t LargestPackedHead = 10;
 
 inline std::size_t PackedHeadSize(std::uint64_t distance)
@@ -42,3 +44,5 @@ inline const std::uint8_t *ReadPackedHead(const std::uint8_t *from, std::uint8_t
 /// @return the room, without the header
 /// @throw std::bad_alloc; then all is as it was
 std::uint32_t GrowPacked(void *&bytes, std::size_t header, std::size_t used, std::size_t wanted);
+
+}  // namespace tesk

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <bit>
 
+namespace tesk {
+
 // One pass of a radix sort, by as many of the upper bits of the run as make up to 256 bundles. It keeps the order of
 // what is equal.
 void CPendingEvents::BundleRuns()
@@ -25,3 +27,5 @@ void CPendingEvents::Release()
 {
     *this = CPendingEvents();
 }
+
+}  // namespace tesk

@@ -7,6 +7,8 @@
 
 #include "platform/tarnutil.h"
 
+namespace tesk {
+
 /// Collects events as they come and hands them on in bundles, each for a few runs. A dump changes thousands of signals in
 /// turn, and the end of each run lies in a cold corner of memory; so each corner is gone to once for many events.
 class CPendingEvents {
@@ -56,3 +58,5 @@ private:
     std::vector<std::uint64_t> m_keys;         // run, then place in m_events
     std::vector<std::uint64_t> m_bundled;
 };
+
+}  // namespace tesk

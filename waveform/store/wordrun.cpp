@@ -7,6 +7,8 @@
 
 #include "waveform/store/packedevents.h"
 
+namespace tesk {
+
 namespace {
 
 constexpr std::size_t Planes = std::size(WaveWord().m_planes);
@@ -101,3 +103,5 @@ bool CWordRun::SReader::Next()
     }
     return true;
 }
+
+}  // namespace tesk

@@ -8,6 +8,8 @@
 
 #include "platform/tarnutil.h"
 
+namespace tesk {
+
 /// Takes the events as words, which is quick, and hands them out by elements when these are asked for.
 ///
 /// An event is the time since the one before, and of each plane that changes those bytes that do.
@@ -65,3 +67,5 @@ private:
     std::uint32_t m_count;
     WaveWord m_begin = NoWord;  // in front of the first event that is stored
 };
+
+}  // namespace tesk

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <cstring>
 
+namespace tesk {
+
 /// Reads the number of the eight bytes at `text` in three multiplications, each of which joins neighbours: digits to
 /// numbers of two digits, these to numbers of four, these to one of eight.
 /// @return false, with `number` left alone, if one of the bytes is no digit, and always where numbers lie the other way
@@ -24,3 +26,5 @@ inline bool ReadEightDigits(const char *text, unsigned long long &number)
     number = (bytes * (1 + (std::uint64_t{10000} << 32))) >> 32;
     return true;
 }
+
+}  // namespace tesk

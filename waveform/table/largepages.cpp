@@ -6,6 +6,8 @@
 #include <sys/mman.h>
 #endif
 
+namespace tesk {
+
 #if defined(__linux__) && defined(MADV_HUGEPAGE)
 
 void PreferLargePages(void *memory, std::size_t size)
@@ -20,3 +22,5 @@ void PreferLargePages(void *memory, std::size_t size)
 void PreferLargePages(void *, std::size_t) {}
 
 #endif
+
+}  // namespace tesk

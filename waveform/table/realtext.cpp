@@ -6,6 +6,8 @@
 #include <charconv>
 #include <limits>
 
+namespace tesk {
+
 namespace {
 
 bool IsSpace(char c)
@@ -93,3 +95,5 @@ bool ReadReal(std::string_view text, double &number)
     number = isNegative ? -value : value;
     return true;
 }
+
+}  // namespace tesk

@@ -7,6 +7,8 @@
 #include "core/stimulus.h"
 #include "platform/log.h"
 
+namespace tesk {
+
 void FreeSample(const CSampleColumn &column, SampleEvent &event)
 {
     if (column.m_isReal)
@@ -116,3 +118,5 @@ void ClearSampleColumns()
     g_SampleColumns.clear();
     g_NextSampleHandle = 1;
 }
+
+}  // namespace tesk

@@ -5,6 +5,8 @@
 
 #include "waveform/samplecolumn.h"
 
+namespace tesk {
+
 /// Frees the text of an event that is going away.
 void FreeSample(const CSampleColumn &column, SampleEvent &event);
 
@@ -40,3 +42,5 @@ void LogSamples(const CSampleColumn &column, int level, const char *format, cons
 
 /// Destroys all columns; handles count from 1 again.
 void ClearSampleColumns();
+
+}  // namespace tesk

@@ -8,6 +8,8 @@
 #include "waveform/table/realtext.h"
 #include "waveform/textimporter.h"
 
+using namespace tesk;
+
 namespace {
 
 char *CopyText(std::string_view text)
@@ -63,7 +65,7 @@ char *ConvertBits(std::string_view token, int width, int radix)
 
 }  // namespace
 
-void ConvertSample(SampleEvent &event, std::string_view token, const CSampleColumn &column, int width, int radix)
+void tesk::ConvertSample(SampleEvent &event, std::string_view token, const CSampleColumn &column, int width, int radix)
 {
     if (column.m_isReal) {
         event.m_real = 0;
@@ -78,5 +80,5 @@ void ConvertSample(SampleEvent &event, std::string_view token, const CSampleColu
 
 void ConvertSample(SampleEvent &event, const char *token, const CSampleColumn &column, int width, int radix)
 {
-    ConvertSample(event, std::string_view(token), column, width, radix);
+    tesk::ConvertSample(event, std::string_view(token), column, width, radix);
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+namespace tesk {
+
 namespace {
 
 constexpr std::size_t BlockSize = 256 * 1024;
@@ -78,3 +80,5 @@ void CTableReader::SetContent(std::size_t length)
     m_end = m_buffer.data() + length;
     *m_end = '\n';
 }
+
+}  // namespace tesk

@@ -10,6 +10,8 @@
 #include "platform/crt.h"
 #include "waveform/table/eightdigits.h"
 
+namespace tesk {
+
 /// Reads the pieces of a file. Values are separated by blanks, tabs, commas and semicolons, runs of them counting as
 /// one. Each CR and each LF is a line end of its own.
 class CTableReader {
@@ -116,3 +118,5 @@ inline void CTableReader::SkipAll(EByte kind)
         m_position = position;
     } while (m_position == m_end && Refill());
 }
+
+}  // namespace tesk

@@ -13,6 +13,8 @@
 #include "waveform/table/samplesteps.h"
 #include "waveform/table/samplevalue.h"
 
+namespace tesk {
+
 namespace {
 
 // A directory can be opened on some systems, but it holds no table, and a device may never end.
@@ -211,3 +213,5 @@ bool CTextTable::RefuseRow(long long row) const
     Q71log_PrintFormattedString(1, "KERNEL", "", text);
     return false;
 }
+
+}  // namespace tesk

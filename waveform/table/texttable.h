@@ -9,7 +9,9 @@
 #include "waveform/samplecolumn.h"
 #include "waveform/table/tablereader.h"
 
-using CFilePtr = tesk::InputStream;
+namespace tesk {
+
+using CFilePtr = InputStream;
 
 /// Opens a table for reading. A pipe that nothing writes to holds none.
 /// @param name  gets ".txt" appended if there is no file of this name
@@ -65,3 +67,5 @@ private:
     std::size_t m_valueCount = 0;  // of a table in rows
     std::size_t m_timeCount = 0;
 };
+
+}  // namespace tesk

@@ -204,7 +204,7 @@ TEST(VcdImport, AgreesWithASlowReaderOnRandomDumps)
 std::string EventsOf(const WaveStore &store, long long handle, std::size_t room)
 {
     CRecorder recorder;
-    SEventPlace place;
+    tesk::SEventPlace place;
     std::vector<WaveEvent> events(room);
     while (const std::size_t count = store.ReadEvents(handle, place, events)) {
         for (std::size_t i = 0; i < count; ++i)

@@ -37,7 +37,7 @@ TEST(BusEventIterator, AllocatesNothingWhileItRuns)
 {
     ISignal *created = nullptr;
     ASSERT_EQ(CreateSignal("a#15#mem(7 downto 0)1 ricd7 0 e#9#std_logicc9 UX01ZWLH-", nullptr, &created), S_OK);
-    const TReference<ISignal> signal(created);
+    const tesk::TReference<ISignal> signal(created);
     for (unsigned i = 0; i < 8; ++i) {
         ISignal *leaf = nullptr;
         signal->GetChildren()->GetAt(i, &leaf);
@@ -46,7 +46,7 @@ TEST(BusEventIterator, AllocatesNothingWhileItRuns)
     }
     IBusEventIterator *createdIterator = nullptr;
     ASSERT_EQ(CreateBusEventIterator(signal.get(), &createdIterator), S_OK);
-    const TReference<IBusEventIterator> iterator(createdIterator);
+    const tesk::TReference<IBusEventIterator> iterator(createdIterator);
 
     const int before = g_allocations;
     int steps = 0;

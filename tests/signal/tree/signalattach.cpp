@@ -11,7 +11,7 @@ TEST(AttachFromList, TakesInformationAndBusFlag)
     const TReference<ISignal> parent = MakeEmpty();
     const TReference<ISignal> signal = MakeNamed("s", StdLogicType);
     signal->SetHandle(5);
-    ASSERT_EQ(Share(signal.get()).release()->AttachFromList(&list, container.get(), parent.get(), 0), S_OK);
+    ASSERT_EQ(tesk::Share(signal.get()).release()->AttachFromList(&list, container.get(), parent.get(), 0), S_OK);
     EXPECT_STREQ(signal->GetStimulatorInfo(), "info");
     EXPECT_TRUE(signal->IsVBus());
     EXPECT_EQ(signal->GetParent(), parent.get());
@@ -27,7 +27,7 @@ TEST(AttachFromList, ReplacesTheChildrenThatASignalHad)
     const TReference<ISignalContainer> container = MakeContainer();
     const TReference<ISignal> signal = MakeNamed("s", VectorType(4));
     signal->SetHandle(5);
-    ASSERT_EQ(Share(signal.get()).release()->AttachFromList(&list, container.get(), nullptr, 1), S_OK);
+    ASSERT_EQ(tesk::Share(signal.get()).release()->AttachFromList(&list, container.get(), nullptr, 1), S_OK);
     EXPECT_EQ(signal->GetChildren()->GetCount(), 1U);
     EXPECT_EQ(signal->GetHandle(), -1);
 }
@@ -65,9 +65,9 @@ TEST(AttachFromDatabase, ReleasesTheChildrenThatTheTypeHadBrought)
     database.signals[6] = {"[0]", StdLogicType, {}, 0, 0};
     const TReference<ISignalContainer> container = MakeContainer();
     const TReference<ISignal> signal = MakeNamed("s", VectorType(4));
-    const TReference<ISignalContainer> old = Share(signal->GetChildren());
+    const TReference<ISignalContainer> old = tesk::Share(signal->GetChildren());
     signal->SetHandle(5);
-    ASSERT_EQ(Share(signal.get()).release()->AttachFromDatabase(&database, container.get(), nullptr, 1), S_OK);
+    ASSERT_EQ(tesk::Share(signal.get()).release()->AttachFromDatabase(&database, container.get(), nullptr, 1), S_OK);
     EXPECT_EQ(ReferencesTo(*old), 1U);
     EXPECT_STREQ(ChildAt(signal->GetChildren(), 0)->GetName(), "[0]");
 }
@@ -78,7 +78,7 @@ TEST(AttachFromDatabase, MakesAFreshWaveForAScalarOfFewerThanFourBytes)
     const TReference<ISignalContainer> container = MakeContainer();
     const TReference<ISignal> signal = MakeNamed("s", StdLogicType);
     AddEvent(*signal, 1, 1);
-    ASSERT_EQ(Share(signal.get()).release()->AttachFromDatabase(&database, container.get(), nullptr, 0), S_OK);
+    ASSERT_EQ(tesk::Share(signal.get()).release()->AttachFromDatabase(&database, container.get(), nullptr, 0), S_OK);
     EXPECT_EQ(signal->GetWave()->GetEventCount(), 0U);
     EXPECT_EQ(signal->GetHandle(), -1);
 }

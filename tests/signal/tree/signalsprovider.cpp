@@ -10,7 +10,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-std::vector<ISignal *> Signals(const CSignalsProvider &list)
+std::vector<ISignal *> Signals(const tesk::CSignalsProvider &list)
 {
     std::vector<ISignal *> signals;
     ISignal *signal = nullptr;
@@ -20,7 +20,7 @@ std::vector<ISignal *> Signals(const CSignalsProvider &list)
     return signals;
 }
 
-ISignal *Find(const CSignalsProvider &list, const char *name)
+ISignal *Find(const tesk::CSignalsProvider &list, const char *name)
 {
     ISignal *found = nullptr;
     const long result = list.FindByName(name, &found);
@@ -195,9 +195,9 @@ TEST(ListOfSignals, ComparesNamesAsTheHierarchyDoesAtEachLookUp)
 
 TEST(ListOfSignals, TakesANullNameForEqualToAny)
 {
-    EXPECT_FALSE(SNameLess()(nullptr, "a"));
-    EXPECT_FALSE(SNameLess()("a", nullptr));
-    EXPECT_FALSE(SNameLess()(nullptr, nullptr));
+    EXPECT_FALSE(tesk::SNameLess()(nullptr, "a"));
+    EXPECT_FALSE(tesk::SNameLess()("a", nullptr));
+    EXPECT_FALSE(tesk::SNameLess()(nullptr, nullptr));
     CList list;
     const FakePtr nameless = NewFake(nullptr), a = NewFake("a");
     list.Add(nameless.get());
@@ -334,7 +334,7 @@ TEST(ListOfSignals, ClearsAManagerThatHasNoOtherOwner)
 TEST(ListOfSignals, LeavesAllEntriesInASharedManagerWhenCleared)  // deliberate
 {
     const TReference<IHandleManager> manager = MakeManager();
-    const TReference<IHandleManager> otherOwner = Share(manager.get());
+    const TReference<IHandleManager> otherOwner = tesk::Share(manager.get());
     CList list(manager.get());
     const FakePtr held = NewFake("held", 7);
     list.Add(held.get());

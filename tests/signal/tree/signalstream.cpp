@@ -175,7 +175,7 @@ TEST(LoadFromStream, ReplacesTheChildrenThatASignalHad)
     const TReference<ISignalContainer> container = MakeContainer();
     const TReference<ISignal> vector = MakeSignal(VectorType(3));
     vector->SetHandle(5);
-    ASSERT_EQ(Share(vector.get()).release()->LoadFromStream(&stream, container.get(), nullptr), S_OK);
+    ASSERT_EQ(tesk::Share(vector.get()).release()->LoadFromStream(&stream, container.get(), nullptr), S_OK);
     EXPECT_EQ(vector->GetChildren()->GetCount(), 1U);
     EXPECT_EQ(vector->GetHandle(), -1) << "only leaves keep handles";
 }
@@ -187,7 +187,7 @@ TEST(LoadFromStream, BindsAHandleThatTheSignalHas)
     const TReference<ISignal> signal = MakeNamed("s", StdLogicType);
     const TReference<ISignal> parent = MakeEmpty();
     signal->SetHandle(5);
-    ASSERT_EQ(Share(signal.get()).release()->LoadFromStream(&stream, container.get(), parent.get()), S_OK);
+    ASSERT_EQ(tesk::Share(signal.get()).release()->LoadFromStream(&stream, container.get(), parent.get()), S_OK);
     EXPECT_EQ(signal->GetParent(), parent.get());
     IHandleManager *manager = nullptr;
     container->GetHandleManager(&manager);

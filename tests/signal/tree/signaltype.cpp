@@ -48,7 +48,7 @@ TEST(SetTypeInfo, DoesNothingForAnEqualDescription)
 TEST(SetTypeInfoString, DeliberatelyBuildsAnewForAnEqualDescription)
 {
     const TReference<ISignal> vector = MakeSignal(VectorType(2));
-    const TReference<ISignalContainer> children = Share(vector->GetChildren());
+    const TReference<ISignalContainer> children = tesk::Share(vector->GetChildren());
     EXPECT_EQ(vector->SetTypeInfoString(VectorType(2).c_str()), S_OK);
     EXPECT_NE(vector->GetChildren(), children.get());
 

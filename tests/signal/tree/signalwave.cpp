@@ -317,7 +317,7 @@ TEST(AnEvent, StandsInsideTheWaveSoThatAChangeThroughItIsSeen)
 TEST(AWave, MayBeSharedAndEndsWithItsLastReference)
 {
     WavePtr wave = WaveOf({10});
-    WavePtr second = Share(wave.get());
+    WavePtr second = tesk::Share(wave.get());
     EXPECT_EQ(ReferencesTo(*wave), 2u);
     wave.reset();
     EXPECT_THAT(Times(*second), ElementsAre(10));

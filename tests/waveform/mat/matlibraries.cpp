@@ -151,7 +151,7 @@ TEST(MatImportProcess, LeavesNoProcessAndNoDescriptorBehind)
     CFileFormulaArgs args;
     args.m_file = TESK_SOURCE_DIR "/tests/data/octave7";
     args.m_signal = "m";
-    const TReference<ISignal> signal = MakeSignal(RealType);
+    const tesk::TReference<ISignal> signal = MakeSignal(RealType);
     for (int i = 0; i < 5; ++i)
         EXPECT_GT(ImportMatFile(0, args, signal.get()), 0);
     IStimulus::OnEndsim();

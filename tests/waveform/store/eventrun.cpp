@@ -6,15 +6,15 @@ namespace {
 
 TEST(EventRun, CostsSixteenBytesWithoutEvents)
 {
-    EXPECT_LE(sizeof(CEventRun), 16u);
-    EXPECT_TRUE(CEventRun().IsEmpty());
+    EXPECT_LE(sizeof(tesk::CEventRun), 16u);
+    EXPECT_TRUE(tesk::CEventRun().IsEmpty());
 }
 
 // What a million changes of a clock take: three bytes each for the time and the value, and no more than a quarter as slack.
 TEST(EventRun, IsPacked)
 {
     const auto before = mallinfo2().uordblks + mallinfo2().hblkhd;
-    CEventRun run;
+    tesk::CEventRun run;
     for (int i = 0; i < 1000000; ++i)
         run.Append({500LL * i, static_cast<std::uint64_t>(2 + i % 2), 0});
     const auto after = mallinfo2().uordblks + mallinfo2().hblkhd;
@@ -26,7 +26,7 @@ TEST(EventRun, IsPacked)
 
 TEST(EventRun, StoresAnEarlierEventAtTheTimeReached)
 {
-    CEventRun run;
+    tesk::CEventRun run;
     for (const long long time : {10, 5, 20})
         run.Append({time, static_cast<std::uint64_t>(time), 0});
     WaveEvent event;

@@ -11,7 +11,7 @@ TEST(ReadEightDigits, ReadsTheNumberWhereTheLowestByteStandsInFront)
     constexpr bool IsRead = std::endian::native == std::endian::little;
     for (const char *text : {"00000000", "00000001", "10000000", "12345678", "98765432", "99999999", "09090909"}) {
         unsigned long long number = 7;
-        EXPECT_EQ(ReadEightDigits(text, number), IsRead) << text;
+        EXPECT_EQ(tesk::ReadEightDigits(text, number), IsRead) << text;
         EXPECT_EQ(number, IsRead ? std::stoull(text) : 7);
     }
 }
@@ -25,7 +25,7 @@ TEST(ReadEightDigits, RefusesEveryOtherByteInEveryPlace)
             for (std::string text : {"00000000", "99999999"}) {
                 text[place] = static_cast<char>(byte);
                 unsigned long long number = 7;
-                EXPECT_FALSE(ReadEightDigits(text.c_str(), number)) << byte << " in place " << place;
+                EXPECT_FALSE(tesk::ReadEightDigits(text.c_str(), number)) << byte << " in place " << place;
                 EXPECT_EQ(number, 7U);
             }
         }

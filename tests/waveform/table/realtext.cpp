@@ -18,7 +18,7 @@ double Scan(const std::string &text, double none)
 double Read(const std::string &text, double none)
 {
     double value = none;
-    const bool isNumber = ReadReal(text, value);
+    const bool isNumber = tesk::ReadReal(text, value);
     EXPECT_TRUE(isNumber || value == none) << text;
     return value;
 }

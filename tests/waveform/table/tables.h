@@ -37,11 +37,11 @@ inline std::string VectorType(int length)
     return ArrayType("std_logic_vector(" + std::to_string(length - 1) + " downto 0)", length - 1, 0);
 }
 
-inline TReference<ISignal> MakeSignal(const std::string &type)
+inline tesk::TReference<ISignal> MakeSignal(const std::string &type)
 {
     ISignal *signal = nullptr;
     CreateSignal(type.c_str(), nullptr, &signal);
-    return TReference<ISignal>(signal);
+    return tesk::TReference<ISignal>(signal);
 }
 
 /// A folder that goes with everything in it; it is the working folder while it lives.
