@@ -1,10 +1,16 @@
 // tesk check: the canonical text of a formula, and whether its times make sense.
+#include <algorithm>
+#include <cstddef>
 #include <iostream>
+#include <iterator>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
+#include "tools/bench/bench.h"
+#include "tools/bench/benchcheck.h"
 #include "tools/commands/commands.h"
 #include "tools/examine/explained.h"
 #include "tools/play/fileformula.h"
@@ -87,8 +93,8 @@ void WriteText(const SVerdict &verdict)
 
 void WriteJson(const std::string &formula, const SVerdict &verdict)
 {
-    const nlohmann::json data = {{"formula", Printable(formula)},
-                                 {"canonical", Printable(verdict.canonical)},
+    const nlohmann::json data = {{"formula", formula},
+                                 {"canonical", verdict.canonical},
                                  {"findings", tesk::FindingsJson(verdict.findings)},
                                  {"settings", verdict.result},
                                  {"verdict", verdict.text},
@@ -127,8 +133,53 @@ int CheckLines(const SCheckOptions &options)
     return status;
 }
 
+std::string Count(std::ptrdiff_t number, const std::string &what)
+{
+    return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
+}
+
+void WriteBenchText(const tesk::SBench &bench, const std::vector<tesk::SBenchFault> &faults)
+{
+    for (const tesk::SBenchFault &fault : faults)
+        std::cout << tesk::FaultLine(bench, fault) << '\n';
+    const auto errors = std::ranges::count(faults, tesk::ESeverity::Error, &tesk::SBenchFault::severity);
+    std::cout << Count(std::ssize(bench.signals), "signal") << ", " << Count(std::ssize(bench.replays), "replay")
+              << ": " << Count(errors, "error") << ", " << Count(std::ssize(faults) - errors, "warning") << '\n';
+}
+
+void WriteBenchJson(const tesk::SBench &bench, const std::vector<tesk::SBenchFault> &faults)
+{
+    nlohmann::json signals = nlohmann::json::array(), findings = nlohmann::json::array();
+    for (const tesk::SBenchSignal &signal : bench.signals)
+        signals.push_back({{"name", signal.name}, {"type", signal.typeName}, {"formula", signal.formula}});
+    for (const tesk::SBenchFault &fault : faults)
+        findings.push_back({{"severity", fault.severity == tesk::ESeverity::Error ? "error" : "warning"},
+                            {"line", fault.place.line},
+                            {"column", fault.place.column},
+                            {"text", fault.text}});
+    const nlohmann::json data = {{"bench", bench.path},
+                                 {"signals", signals},
+                                 {"findings", findings},
+                                 {"status", tesk::HasError(faults) ? 1 : 0}};
+    std::cout << data.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
+}
+
+int CheckBench(const SCheckOptions &options)
+{
+    std::vector<tesk::SBenchFault> faults;
+    const tesk::SBench bench = tesk::ReadBench(options.formula, faults);
+    tesk::CheckBenchStimuli(bench, faults);
+    if (options.format == "json")
+        WriteBenchJson(bench, faults);
+    else
+        WriteBenchText(bench, faults);
+    return tesk::HasError(faults) ? 1 : 0;
+}
+
 int Check(const SCheckOptions &options)
 {
+    if (tesk::IsBenchName(options.formula))
+        return CheckBench(options);
     return options.formula == "-" ? CheckLines(options) : CheckOne(options, options.formula);
 }
 
@@ -138,7 +189,7 @@ void AddCheckCommand(CCommandLine &commandLine)
 {
     CCommand command = commandLine.Add("check", "Write a formula in its canonical form and check its times");
     const auto options = std::make_shared<SCheckOptions>();
-    command.Argument("formula", options->formula, "What to check");
+    command.Argument("formula", options->formula, "What to check, or a bench file whose name ends in .toml");
     command.Option("--type", options->type, "TYPE", "Type of the signal, needed by a formula that reads a table");
     AddTimeOptions(command, options->resolution, options->start);
     command.Choice("--format", options->format, {"text", "json"}, "Text, or a line of JSON for each formula");
