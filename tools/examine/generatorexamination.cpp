@@ -120,10 +120,9 @@ constexpr std::array<SDistribution, 8> Distributions = {{{"uniform", 2},
 // Where a keyword begins, in any letter case.
 std::size_t FindKeyword(std::string_view formula, std::string_view keyword)
 {
-    const auto found = std::ranges::search(formula, keyword, [](char left, char right) {
-        return IsSameWord({&left, 1}, {&right, 1});
-    });
-    return static_cast<std::size_t>(found.begin() - formula.begin());
+    const auto isSame = [](char left, char right) { return IsSameWord({&left, 1}, {&right, 1}); };
+    const auto found = std::search(formula.begin(), formula.end(), keyword.begin(), keyword.end(), isSame);
+    return static_cast<std::size_t>(found - formula.begin());
 }
 
 // The items of the legacy notation from left to right: groups, values with how long they hold.
