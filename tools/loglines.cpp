@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/log.h"
+#include "tools/output.h"
 #include "tools/quote.h"
 
 namespace {
@@ -33,5 +34,5 @@ void CLogLines::Take(void *context, int level, const char *, const char *text)
     if (level == Error && lines.m_errors == EErrors::Shown)
         std::fprintf(stderr, "tesk: %s\n", MessageLine(text).c_str());
     else if (level != Error && lines.m_warnings == EWarnings::Shown)
-        std::fprintf(stderr, "tesk: warning: %s\n", MessageLine(text).c_str());
+        std::fprintf(stderr, "tesk: %s: %s\n", Coloured("warning", EColour::Yellow).c_str(), MessageLine(text).c_str());
 }

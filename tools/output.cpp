@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -67,7 +69,7 @@ void RemoveDraftsOnSignals()
 
 void WriteOutput(const std::string &path, const std::function<void(std::ostream &)> &write)
 {
-    if (path.empty()) {
+    if (path.empty() || path == "-") {
         WriteStream(std::cout, "standard output", write);
         return;
     }
@@ -123,4 +125,27 @@ int TerminalWidth()
     if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
         return size.ws_col;
     return 80;
+}
+
+bool IsUtf8Locale()
+{
+    for (const char *name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+        const char *set = std::getenv(name);
+        if (set == nullptr || *set == '\0')
+            continue;
+        std::string locale = set;
+        std::ranges::transform(locale, locale.begin(),
+                               [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+        return locale.find("utf-8") != locale.npos || locale.find("utf8") != locale.npos;
+    }
+    return false;
+}
+
+std::string Coloured(const std::string &text, EColour colour)
+{
+    const char *refused = std::getenv("NO_COLOR");
+    if (!IsErrorTerminal() || (refused != nullptr && *refused != '\0'))
+        return text;
+    const char *code = colour == EColour::Red ? "31" : colour == EColour::Yellow ? "33" : "32";
+    return std::string("\x1B[1;") + code + 'm' + text + "\x1B[0m";
 }

@@ -140,7 +140,10 @@ TEST(Play, DrawsAPictureWithTextInsideBandsWhereItFits)
 
 TEST(Play, EndsAfterFortyChangesWhereTheStimulatorDoesNot)
 {
-    EXPECT_EQ(Lines(Play("\"1 0ns, 0 1ns -r 2ns\"")), 41);
+    const SToolRun cut = RunShell("tesk play \"1 0ns, 0 1ns -r 2ns\"");
+    EXPECT_EQ(Lines(cut.out), 41);
+    EXPECT_EQ(cut.err,
+              "tesk: the stimulator goes on for ever; these are its first 40 changes, give --until for others\n");
     EXPECT_EQ(Lines(Play("\"1 0ns, 0 1ns -r 2ns\" --until 99ns")), 101);
     EXPECT_EQ(Lines(Play("\"1 0ns, 0 1ns -r 2ns -cancel 100ns\"")), 102);
     EXPECT_EQ(Lines(Play("\"$(seq -f '1 %gns' -s, 1 100)\"")), 101);

@@ -45,13 +45,13 @@ private:
     std::filesystem::path m_path;
 };
 
-/// Runs a shell command line in which `tesk` is the tool.
+/// Runs a shell command line in which `tesk` is the tool, where letters are UTF-8 and nothing is a terminal.
 inline SToolRun RunShell(const std::string &commandLine)
 {
     const CTemporaryFolder folder;
-    const std::string command = "PATH=\"$(dirname '" TESK_TOOL "'):$PATH\"; cd '" TESK_SOURCE_DIR "' && { " +
-                                commandLine + "\n} >'" + (folder / "out").string() + "' 2>'" +
-                                (folder / "err").string() + "' </dev/null";
+    const std::string command =
+        "export LC_ALL=C.UTF-8; PATH=\"$(dirname '" TESK_TOOL "'):$PATH\"; cd '" TESK_SOURCE_DIR "' && { " +
+        commandLine + "\n} >'" + (folder / "out").string() + "' 2>'" + (folder / "err").string() + "' </dev/null";
     const int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(folder / "out"), ReadFile(folder / "err")};
 }

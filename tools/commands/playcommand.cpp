@@ -1,10 +1,11 @@
 // tesk play: walks a stimulus and writes its changes.
 #include <algorithm>
-#include <limits>
-#include <map>
+#include <cstdio>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "tools/commands/commands.h"
 #include "tools/examine/explained.h"
@@ -13,9 +14,11 @@
 #include "tools/play/formula.h"
 #include "tools/play/playedsignal.h"
 #include "tools/play/player.h"
+#include "tools/play/walk.h"
 #include "tools/timetext.h"
+#include "tools/writers/formats.h"
 #include "tools/writers/picture.h"
-#include "tools/writers/writers.h"
+#include "tools/writers/valuetext.h"
 
 namespace {
 
@@ -23,26 +26,17 @@ struct SPlayOptions {
     std::string formula;
     std::string resolution = "1ps";
     std::string start;
+    std::string from;
     std::string until;
+    std::string name;
+    std::string radix;
+    bool hasNoElements = false;
     std::string format;
     std::string output;
     long long width = 0;
     std::string type;
     long long count = 0;
     bool isStrict = false;
-};
-
-using CWriter = void (*)(std::ostream &out, const SWaveform &waveform, int width);
-
-const std::map<std::string, CWriter> Writers = {
-    {"table", [](std::ostream &out, const SWaveform &waveform, int) { WriteTable(out, waveform); }},
-    {"csv", [](std::ostream &out, const SWaveform &waveform, int) { WriteCsv(out, waveform); }},
-    {"json", [](std::ostream &out, const SWaveform &waveform, int) { WriteJson(out, waveform); }},
-    {"vcd", [](std::ostream &out, const SWaveform &waveform, int) { WriteVcd(out, waveform); }},
-    {"svg", [](std::ostream &out, const SWaveform &waveform,
-               int width) { WriteSvg(out, waveform, width != 0 ? width : 900); }},
-    {"wave", [](std::ostream &out, const SWaveform &waveform,
-                int width) { WriteWave(out, waveform, width != 0 ? width : TerminalWidth()); }},
 };
 
 // Without a type a formula that replays a signal is played on a signal of that one's type.
@@ -62,18 +56,46 @@ SWaveform DescribeWalk(const SPlayOptions &options)
     return waveform;
 }
 
+tesk::SWalkTimes ReadTimes(const SPlayOptions &options, const SWaveform &waveform)
+{
+    tesk::SWalkTimes times{waveform.begin, waveform.begin, {}};
+    if (!options.until.empty())
+        times.until = ReadTimeOption("--until", options.until, waveform.resolution);
+    if (!options.from.empty())
+        times.from = std::max(ReadTimeOption("--from", options.from, waveform.resolution), waveform.begin);
+    if (!options.from.empty() && times.until && times.from > *times.until)
+        RefuseOption("--from", options.from, "later than --until " + options.until);
+    return times;
+}
+
 void PlayFormula(const SPlayOptions &options, const SPlayedSignal &signal, SWaveform &waveform)
 {
-    std::optional<long long> until;
-    if (!options.until.empty())
-        until = ReadTimeOption("--until", options.until, waveform.resolution);
-    waveform.traces = PlayOnSignal(options.formula, signal, waveform.begin, waveform.resolution, until);
-    waveform.end = std::max(until.value_or(PictureEnd(waveform)), waveform.begin);
+    const tesk::SWalkTimes times = ReadTimes(options, waveform);
+    SPlayed played = PlayOnSignal(options.formula, signal, waveform.resolution, times);
+    if (played.isCut)
+        std::fprintf(
+            stderr, "tesk: the stimulator goes on for ever; these are its first %zu changes, give --until for others\n",
+            DefaultChanges);
+    waveform.traces = std::move(played.traces);
+    waveform.begin = times.from;
+    waveform.end = std::max(times.until.value_or(PictureEnd(waveform)), waveform.begin);
+}
+
+// What was played as it is to be shown.
+void Arrange(const SPlayOptions &options, bool showsRadix, SWaveform &waveform)
+{
+    if (options.hasNoElements)
+        std::erase_if(waveform.traces, [](const STrace &trace) { return trace.IsElement(); });
+    for (STrace &trace : waveform.traces)
+        trace.signal = options.name;
+    const std::optional<tesk::ERadix> radix = tesk::RadixOf(options.radix);
+    if (radix && showsRadix)
+        tesk::ShowInRadix(waveform, *radix);
 }
 
 int Play(const SPlayOptions &options)
 {
-    const std::string format = !options.format.empty() ? options.format : IsTerminal() ? "table" : "csv";
+    const tesk::SOutputFormat &format = tesk::FindOutputFormat(options.format, options.output);
     SWaveform waveform = DescribeWalk(options);
     const SPlayedSignal signal = DescribePlayed(options);
     const tesk::CExamined examined({options.formula, signal.description, waveform.resolution, waveform.begin});
@@ -83,8 +105,9 @@ int Play(const SPlayOptions &options)
     }
     examined.Explain([&] { PlayFormula(options, signal, waveform); });
     examined.Tell();
+    Arrange(options, format.showsRadix, waveform);
     WriteOutput(options.output,
-                [&](std::ostream &out) { Writers.at(format)(out, waveform, static_cast<int>(options.width)); });
+                [&](std::ostream &out) { format.write(out, waveform, static_cast<int>(options.width)); });
     return 0;
 }
 
@@ -99,13 +122,20 @@ void AddPlayCommand(CCommandLine &commandLine)
     command.Option("--type", options->type, "TYPE",
                    "Type of the signal, such as bit or std_logic_vector(7 downto 0), or a whole description");
     command.Number("--count", options->count, 1, 1 << 20, "Play on a vector of so many wires");
+    command.Option("--from", options->from, "TIME",
+                   "Where to begin, with the value in force there (default: when the stimulator is applied)");
     command.Option("--until", options->until, "TIME",
                    "Where to end (default: where the stimulator ends, else after 40 changes)");
-    command.Choice("--format", options->format, {"table", "csv", "json", "vcd", "svg", "wave"},
-                   "Default: table on a terminal, csv elsewhere");
-    command.Option("-o,--output", options->output, "FILE", "Write to a file, whole or not at all");
+    command.Choice("--format", options->format, tesk::OutputFormatNames(),
+                   "Default: by the ending of the output, else table on a terminal and csv elsewhere");
+    command.Option("-o,--output", options->output, "FILE",
+                   "Write to a file, whole or not at all; - is standard output");
+    command.Option("--name", options->name, "NAME", "What the signal is called in the output");
+    command.Choice("--radix", options->radix, tesk::RadixNames(), "How the values of buses are shown, but in a dump");
+    command.Flag("--no-elements", options->hasNoElements, "Show a composite signal without its elements");
     command.Flag("--strict", options->isStrict, "Play nothing, with status 1, if the formula cannot mean what it says");
     command.Number("--width", options->width, 40, 100000, "Of a picture, in pixels (svg) or columns (wave)");
-    command.Footer("Example: tesk play \"1 10ns, 0 20ns -r 30ns -cancel 100ns\" --format wave");
+    command.Footer("\"tesk help formulas\" tells how a formula is written.\nExample: tesk play \"1 10ns, 0 20ns -r "
+                   "30ns -cancel 100ns\" --format wave");
     command.Action([options] { return Play(*options); });
 }

@@ -42,6 +42,11 @@ std::size_t LetterBegin(std::string_view text, std::size_t at)
     return std::min(at, text.size());
 }
 
+EColour ColourOf(ESeverity severity)
+{
+    return severity == ESeverity::Error ? EColour::Red : EColour::Yellow;
+}
+
 const char *Name(ESeverity severity)
 {
     return severity == ESeverity::Error ? "error" : "warning";
@@ -84,10 +89,13 @@ void WriteFindings(const CFindings &findings, const std::string &formula)
             std::fprintf(stderr, "tesk: %zu further findings\n", findings.size() - MostLines);
             return;
         }
-        std::fprintf(stderr, "tesk: %s: %s\n", Name(finding.severity), FindingLine(finding).c_str());
+        const std::string name = Coloured(Name(finding.severity), ColourOf(finding.severity));
+        std::fprintf(stderr, "tesk: %s: %s\n", name.c_str(), FindingLine(finding).c_str());
         const std::string picture = isDrawn ? FindingPicture(finding, formula, 76) : "";
-        if (!picture.empty())
-            std::fprintf(stderr, "%s\n", picture.c_str());
+        const std::size_t caret = picture.rfind('^');
+        if (caret != picture.npos)
+            std::fprintf(stderr, "%s%s\n", picture.substr(0, caret).c_str(),
+                         Coloured(picture.substr(caret), EColour::Green).c_str());
     }
 }
 

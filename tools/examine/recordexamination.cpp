@@ -1,6 +1,7 @@
 #include "tools/examine/recordexamination.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <string>
 #include <string_view>
@@ -162,8 +163,11 @@ private:
     {
         const Int128 end = static_cast<Int128>(m_file->GetEndTime()) * m_file->GetResolution();
         if (end > MostFemtoseconds)
-            Add(ESeverity::Warning, "the file goes to " + TimeText(end) + ", and times behind 9223 sec are not played",
-                "");
+            Add(ESeverity::Warning,
+                "the file goes to " + TimeText(end) +
+                    (IsWhole() ? "; a simulator plays its times up to 9223 sec only, \"tesk play\" all of them"
+                               : ", and times behind 9223 sec are not played"),
+                IsWhole() ? "" : "without START, END, OFFSET and switches \"tesk play\" shows them");
         if (m_kind != EFileKind::Vcd || IsOneOfAUnit(m_file->GetResolution()))
             return;
         const long long unit = UnitOf(m_file->GetResolution());
@@ -171,6 +175,13 @@ private:
             "a VCD whose unit is " + TimeText(m_file->GetResolution()) + " plays to " +
                 TimeText(static_cast<Int128>(m_file->GetEndTime()) * unit) + " of " + TimeText(end),
             "\"tesk convert\" makes an event stream of it, which plays to the end");
+    }
+
+    // Whether the formula names a file and a signal, and nothing else.
+    bool IsWhole() const
+    {
+        const std::array parts = {&m_args.m_start, &m_args.m_end, &m_args.m_offset, &m_args.m_repeat, &m_args.m_cancel};
+        return std::ranges::all_of(parts, [](const SimpleString::CStr *part) { return part->IsEmpty(); });
     }
 
     static long long UnitOf(long long resolution)

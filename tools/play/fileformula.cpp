@@ -117,6 +117,18 @@ bool NeedsType(const std::string &formula)
     return kind != nullptr && kind->kind != tesk::EFormulaKind::Custom;
 }
 
+std::optional<SReplayArguments> ReplayArguments(const std::string &formula)
+{
+    const tesk::SFormulaKind *kind = FindFileKind(formula);
+    CFileFormulaArgs args;
+    if (kind == nullptr || kind->kind != tesk::EFormulaKind::Custom || !ParseArguments(formula, *kind, args))
+        return std::nullopt;
+    bool isWhole = true;
+    for (const SimpleString::CStr *part : {&args.m_start, &args.m_end, &args.m_offset, &args.m_repeat, &args.m_cancel})
+        isWhole = isWhole && part->IsEmpty();
+    return SReplayArguments{std::string(args.m_file), SpelledName(args), isWhole};
+}
+
 std::string FindReplayedType(const std::string &formula)
 {
     const tesk::SFormulaKind *kind = FindFileKind(formula);

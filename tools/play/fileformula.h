@@ -1,6 +1,7 @@
 // Formulas that refer to a file.
 #pragma once
 
+#include <optional>
 #include <string>
 
 /// The name under which the tool stimulates a signal.
@@ -14,6 +15,16 @@ bool NeedsType(const std::string &formula);
 
 /// The type description of the signal that a "/custom" formula replays; empty if there is none.
 std::string FindReplayedType(const std::string &formula);
+
+/// What a "/custom" formula replays.
+struct SReplayArguments {
+    std::string file;
+    std::string signal;  ///< as the file's look-up takes it
+    bool isWhole;        ///< from the beginning to the end, when the stimulator is applied, once
+};
+
+/// @return nothing for any other formula
+std::optional<SReplayArguments> ReplayArguments(const std::string &formula);
 
 /// Why a formula that refers to a file cannot be used, and what would do.
 /// @param error  what the library logged; empty if it said nothing

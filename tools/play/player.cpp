@@ -1,22 +1,45 @@
 #include "tools/play/player.h"
 
+#include <memory>
 #include <utility>
 
+#include "platform/kestrin.h"
 #include "tools/commandline.h"
 #include "tools/play/fileformula.h"
 #include "tools/play/formula.h"
+#include "tools/play/longreplay.h"
 #include "tools/play/walk.h"
 #include "tools/quote.h"
+#include "tools/writers/valuetext.h"
 
 namespace {
+
+// Whether values are drawn as a band, however short they are.
+bool IsBus(const std::string &type)
+{
+    constexpr int EnumerationKind = 1;
+    return !type.empty() && Kestrin::KTypeInfo(type.c_str()).GetKind() != EnumerationKind;
+}
+
+// The library gives an integer as a based literal where it comes from bits.
+void ShowIntegers(STrace &trace)
+{
+    constexpr int IntegerKind = 2;
+    if (trace.type.empty() || Kestrin::KTypeInfo(trace.type.c_str()).GetKind() != IntegerKind)
+        return;
+    for (SChange &change : trace.changes) {
+        if (change.value)
+            change.value = tesk::IntegerText(*change.value);
+    }
+}
 
 // Makes the stimuli of a signal, walks them in step and puts together what they show.
 class CPlayer {
 public:
-    CPlayer(long long start, long long resolution) : m_start(start), m_resolution(resolution) {}
+    CPlayer(long long resolution, const tesk::SWalkTimes &times) : m_resolution(resolution), m_times(times) {}
 
     void Prepare(const std::string &formula, SPlayedSignal signal);
-    std::vector<STrace> Play(std::optional<long long> until);
+    SPlayed Play();
 
 private:
     // A signal in the order in which traces are shown: behind its parent, before its own elements.
@@ -26,12 +49,17 @@ private:
     };
 
     std::size_t Add(const std::string &formula, SPlayedSignal signal);
+    void AddLeaf(const std::string &formula);
+    SWalked WalkLeaves();
 
     CSimulationRun m_run;  // first: ends behind the stimuli
     std::vector<SNode> m_nodes;
-    std::vector<tesk::StimulusPtr> m_stimuli;  // of the nodes without elements
-    long long m_start;
+    // Of the nodes without elements either stimuli, or changes out of a file that is too long for one.
+    std::vector<tesk::StimulusPtr> m_stimuli;
+    std::vector<std::vector<SChange>> m_replayed;
+    std::unique_ptr<tesk::CLongReplay> m_longReplay;  // null unless the file is
     long long m_resolution;
+    tesk::SWalkTimes m_times;
 };
 
 void CPlayer::Prepare(const std::string &formula, SPlayedSignal signal)
@@ -41,6 +69,7 @@ void CPlayer::Prepare(const std::string &formula, SPlayedSignal signal)
     else if (NeedsType(formula))
         throw CRefusal("formula " + Quote(formula) +
                        ": a table is read by the type of the signal; give it with --type, such as --type integer");
+    m_longReplay = tesk::CLongReplay::Open(formula, m_resolution);
     Add(formula, std::move(signal));
     WarnOfLoss(formula);
 }
@@ -52,12 +81,12 @@ std::size_t CPlayer::Add(const std::string &formula, SPlayedSignal signal)
     m_nodes.push_back({std::move(signal), {}});
     const SPlayedSignal &added = m_nodes.back().signal;
     if (added.elements.empty()) {
-        m_stimuli.push_back(CreateStimulus(formula, m_start, m_resolution));
+        AddLeaf(formula);
         return node;
     }
     const std::vector<SPlayedSignal> elements = added.elements;
     const auto formulas =
-        SplitFormula(formula, static_cast<long long>(elements.size()), added.isBitVector, m_start, m_resolution);
+        SplitFormula(formula, static_cast<long long>(elements.size()), added.isBitVector, m_times.begin, m_resolution);
     for (std::size_t i = 0; i < elements.size(); ++i) {
         SPlayedSignal element = elements[i];
         const std::string elementFormula(formulas[i]);
@@ -71,16 +100,41 @@ std::size_t CPlayer::Add(const std::string &formula, SPlayedSignal signal)
     return node;
 }
 
-std::vector<STrace> CPlayer::Play(std::optional<long long> until)
+void CPlayer::AddLeaf(const std::string &formula)
 {
-    auto walked = Walk(m_stimuli, m_start, until);
+    if (m_longReplay != nullptr && m_longReplay->IsWhole()) {
+        auto changes = m_longReplay->Changes(formula, m_times);
+        if (!changes)
+            CreateStimulus(formula, m_times.begin, m_resolution);  // tells why
+        m_replayed.push_back(std::move(changes).value_or(std::vector<SChange>()));
+        return;
+    }
+    m_stimuli.push_back(CreateStimulus(formula, m_times.begin, m_resolution));
+}
+
+SWalked CPlayer::WalkLeaves()
+{
+    SWalked walked;
+    if (m_longReplay == nullptr)
+        return Walk(m_stimuli, m_times);
+    if (m_stimuli.empty())
+        walked.changes = std::move(m_replayed);
+    else
+        walked = Walk(m_stimuli, m_times, m_longReplay->Limit());
+    m_longReplay->TellLoss();
+    return walked;
+}
+
+SPlayed CPlayer::Play()
+{
+    SWalked walked = WalkLeaves();
     std::vector<STrace> traces(m_nodes.size());
-    std::size_t stimulus = m_stimuli.size();
+    std::size_t leaf = walked.changes.size();
     // From the last to the first: elements before what they are elements of.
     for (std::size_t i = m_nodes.size(); i-- > 0;) {
         const SNode &node = m_nodes[i];
         if (node.elements.empty()) {
-            traces[i].changes = std::move(walked[--stimulus]);
+            traces[i].changes = std::move(walked.changes[--leaf]);
         } else {
             std::vector<const STrace *> elements;
             for (const std::size_t element : node.elements)
@@ -88,16 +142,19 @@ std::vector<STrace> CPlayer::Play(std::optional<long long> until)
             traces[i] = MergeElements(elements, node.signal.isBitVector);
         }
         traces[i].name = node.signal.name;
+        traces[i].type = node.signal.description;
+        traces[i].isBus = IsBus(traces[i].type);
+        ShowIntegers(traces[i]);
     }
-    return traces;
+    return {std::move(traces), walked.isCut};
 }
 
 }  // namespace
 
-std::vector<STrace> PlayOnSignal(const std::string &formula, const SPlayedSignal &signal, long long start,
-                                 long long resolution, std::optional<long long> until)
+SPlayed PlayOnSignal(const std::string &formula, const SPlayedSignal &signal, long long resolution,
+                     const tesk::SWalkTimes &times)
 {
-    CPlayer player(start, resolution);
+    CPlayer player(resolution, times);
     player.Prepare(formula, signal);
-    return player.Play(until);
+    return player.Play();
 }

@@ -9,8 +9,7 @@
 
 namespace {
 
-constexpr std::size_t MostChanges = 10'000'000;  // held at a time; an end may be far away
-constexpr std::size_t MostBytes = 256 << 20;     // of their values
+constexpr std::size_t MostSteps = 10'000'000;  // passed over, or without a later time, one after the other
 
 bool HasOwnEnd(const IStimulus &stimulus)
 {
@@ -27,14 +26,10 @@ struct SNext {
     bool isStep = false;  // a step of the walk's own: there need not be a change
 };
 
-// The next change later than `time`. Where the stimulus answers with a time that is not later, which a file finer than the
-// simulator's tick can bring about, time goes on by one tick.
-SNext NextTime(IStimulus &stimulus, long long time)
+// Whether it can be asked for any time, without the times before.
+bool AnswersForAnyTime(const IStimulus &stimulus)
 {
-    const long long next = stimulus.GetNextEventTime(time);
-    if (next == -1 || next > time)
-        return {next};
-    return time == std::numeric_limits<long long>::max() ? SNext{-1} : SNext{time + 1, true};
+    return dynamic_cast<const CStimulus *>(&stimulus) != nullptr || stimulus.IsCustom();
 }
 
 std::optional<std::string> ValueAt(IStimulus &stimulus, long long time)
@@ -62,59 +57,114 @@ bool IsNew(const std::optional<std::string> &value, const std::vector<SChange> &
     return changes.empty() ? value.has_value() : changes.back().value != value;
 }
 
-// What a walk holds.
-class CHeld {
+class CWalker {
 public:
-    // @throw CRefusal if it is more than it may be
-    void Add(const SChange &change)
+    CWalker(const std::vector<tesk::StimulusPtr> &stimuli, const tesk::SWalkTimes &times)
+        : m_stimuli(stimuli), m_times(times), m_recorder(times)
     {
-        m_bytes += change.value ? change.value->size() : 0;
-        if (++m_changes > MostChanges)
-            throw CRefusal("more than " + std::to_string(MostChanges) + " changes; give an earlier end with --until");
-        if (m_bytes > MostBytes)
-            throw CRefusal("the values of the changes have more than " + std::to_string(MostBytes >> 20) +
-                           " MiB; give an earlier end with --until");
+        m_walked.changes.resize(stimuli.size());
+        m_isCut = !times.until && !std::ranges::all_of(stimuli, HasOwnEnd, &tesk::StimulusPtr::operator*);
     }
 
+    SWalked Walk(std::optional<long long> limit);
+
 private:
-    std::size_t m_changes = 0;
-    std::size_t m_bytes = 0;
+    void Begin();
+    void JumpIn();
+    SNext NextTime(std::size_t stimulus, long long time);
+    void Record(std::size_t stimulus, long long time, bool isStep = false);
+
+    const std::vector<tesk::StimulusPtr> &m_stimuli;
+    tesk::SWalkTimes m_times;
+    tesk::CChangeRecorder m_recorder;
+    bool m_isCut;
+    SWalked m_walked;
+    std::vector<SNext> m_next;
+    std::size_t m_ownSteps = 0;  // without a later time
 };
+
+// The next change later than `time`. Where the stimulus answers with a time that is not later, which a file finer than the
+// simulator's tick can bring about, time goes on by one tick.
+SNext CWalker::NextTime(std::size_t stimulus, long long time)
+{
+    const long long next = m_stimuli[stimulus]->GetNextEventTime(time);
+    if (next == -1 || next > time) {
+        m_ownSteps = 0;
+        return {next};
+    }
+    if (++m_ownSteps > MostSteps)
+        throw CRefusal("the stimulus names no later time; give an earlier end with --until, or a coarser --res");
+    return time == std::numeric_limits<long long>::max() ? SNext{-1} : SNext{time + 1, true};
+}
+
+void CWalker::Record(std::size_t stimulus, long long time, bool isStep)
+{
+    std::vector<SChange> &changes = m_walked.changes[stimulus];
+    std::optional<std::string> value = ValueAt(*m_stimuli[stimulus], time);
+    if (!isStep || IsNew(value, changes))
+        m_recorder.Add(changes, {time, std::move(value)});
+}
+
+void CWalker::Begin()
+{
+    for (std::size_t i = 0; i < m_stimuli.size(); ++i) {
+        m_next.push_back(NextTime(i, -1));
+        const bool isSilent = m_next[i].time == -1 || m_next[i].time > m_times.begin;  // until there, or for ever
+        const std::optional<std::string> value = isSilent ? ValueAt(*m_stimuli[i], m_times.begin) : std::nullopt;
+        if (value && !value->empty())
+            Record(i, m_times.begin);
+    }
+}
+
+// Begins where the shown stretch does.
+void CWalker::JumpIn()
+{
+    for (std::size_t i = 0; i < m_stimuli.size(); ++i) {
+        const bool isChange = NextTime(i, m_times.from - 1).time == m_times.from;
+        const std::optional<std::string> value = ValueAt(*m_stimuli[i], m_times.from);
+        if (isChange || (value && !value->empty()))
+            Record(i, m_times.from);
+        m_next.push_back(NextTime(i, m_times.from));
+    }
+}
+
+SWalked CWalker::Walk(std::optional<long long> limit)
+{
+    const bool canJump = m_times.from > m_times.begin &&
+                         std::ranges::all_of(m_stimuli, AnswersForAnyTime, &tesk::StimulusPtr::operator*);
+    if (canJump)
+        JumpIn();
+    else
+        Begin();
+    std::size_t passed = 0;
+    for (std::size_t times = 0;;) {
+        const long long time = Earliest(m_next);
+        if (time == -1 || (m_times.until && time > *m_times.until))
+            break;
+        const bool isBeyond = limit && time > *limit;
+        m_walked.isCut = m_isCut && times == DefaultChanges;
+        if (isBeyond || m_walked.isCut)
+            break;
+        for (std::size_t i = 0; i < m_stimuli.size(); ++i) {
+            if (m_next[i].time == time)
+                Record(i, time, m_next[i].isStep);
+        }
+        for (std::size_t i = 0; i < m_stimuli.size(); ++i) {
+            if (m_next[i].time == time)
+                m_next[i] = NextTime(i, time);
+        }
+        if (time >= m_times.from)
+            ++times;
+        else if (++passed > MostSteps)
+            throw CRefusal("more than " + std::to_string(MostSteps) + " changes before --from; give an earlier time");
+    }
+    return std::move(m_walked);
+}
 
 }  // namespace
 
-std::vector<std::vector<SChange>> Walk(const std::vector<tesk::StimulusPtr> &stimuli, long long begin,
-                                       std::optional<long long> until)
+SWalked Walk(const std::vector<tesk::StimulusPtr> &stimuli, const tesk::SWalkTimes &times,
+             std::optional<long long> limit)
 {
-    const bool isCut = !until && !std::ranges::all_of(stimuli, HasOwnEnd, &tesk::StimulusPtr::operator*);
-    std::vector<std::vector<SChange>> changes(stimuli.size());
-    std::vector<SNext> next;
-    for (std::size_t i = 0; i < stimuli.size(); ++i) {
-        next.push_back(NextTime(*stimuli[i], -1));
-        const bool isSilent = next[i].time == -1 || next[i].time > begin;  // until there, or for ever
-        const std::optional<std::string> value = isSilent ? ValueAt(*stimuli[i], begin) : std::nullopt;
-        if (value && !value->empty())
-            changes[i].push_back({begin, value});
-    }
-
-    CHeld held;
-    for (std::size_t times = 0; !isCut || times < DefaultChanges; ++times) {
-        const long long time = Earliest(next);
-        if (time == -1 || (until && time > *until))
-            break;
-        for (std::size_t i = 0; i < stimuli.size(); ++i) {
-            if (next[i].time != time)
-                continue;
-            std::optional<std::string> value = ValueAt(*stimuli[i], time);
-            if (next[i].isStep && !IsNew(value, changes[i]))
-                continue;
-            changes[i].push_back({time, std::move(value)});
-            held.Add(changes[i].back());
-        }
-        for (std::size_t i = 0; i < stimuli.size(); ++i) {
-            if (next[i].time == time)
-                next[i] = NextTime(*stimuli[i], time);
-        }
-    }
-    return changes;
+    return CWalker(stimuli, times).Walk(limit);
 }

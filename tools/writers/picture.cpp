@@ -78,8 +78,9 @@ std::vector<SStretch> Stretches(const SWaveform &waveform, const STrace &trace, 
                                 double narrowest)
 {
     // A value wider than a bit anywhere makes the whole signal a band.
-    const bool isWide = std::ranges::any_of(
-        trace.changes, [](const SChange &change) { return change.value && change.value->size() > 1; });
+    const bool isWide = trace.isBus || std::ranges::any_of(trace.changes, [](const SChange &change) {
+                            return change.value && change.value->size() > 1;
+                        });
     std::vector<SStretch> stretches = {{0.0, 0.0, ELevel::None, {}, waveform.begin}};
     const auto close = [&](double end) {
         SStretch &last = stretches.back();

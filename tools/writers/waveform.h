@@ -1,4 +1,4 @@
-// What a walk over a stimulus yields, for the writers.
+// What a walk over stimuli yields, for the writers.
 #pragma once
 
 #include <optional>
@@ -11,10 +11,19 @@ struct SChange {
     std::optional<std::string> value;
 };
 
-/// The changes of one signal, by rising time.
+/// The changes of one signal or of an element of one, by rising time. Elements stand behind what they are elements of.
 struct STrace {
-    std::string name;  ///< may be empty
-    std::vector<SChange> changes;
+    std::string name = {};    ///< below its signal, such as "[7]"; empty for the signal itself
+    std::string signal = {};  ///< name of the signal; may be empty where there is only one
+    std::string type = {};    ///< type description; empty if no type is known
+    bool isBus = false;       ///< never drawn as a level, however short the values are
+    std::vector<SChange> changes = {};
+
+    bool IsElement() const { return !name.empty(); }
+    /// May be empty.
+    std::string FullName() const { return signal + name; }
+    /// The full name, of a signal without a name "stimulus".
+    std::string NameInFile() const { return (signal.empty() ? "stimulus" : signal) + name; }
 };
 
 struct SWaveform {

@@ -135,7 +135,7 @@ double NameWidth(const SWaveform &waveform)
 {
     std::size_t longest = 0;
     for (const STrace &trace : waveform.traces)
-        longest = std::max(longest, trace.name.size());
+        longest = std::max(longest, trace.FullName().size());
     return longest == 0 ? 0 : static_cast<double>(longest) * CharacterWidth + Margin;
 }
 
@@ -167,9 +167,9 @@ void WriteSvg(std::ostream &out, const SWaveform &waveform, int width)
     DrawAxis(out, scale, left, bottom);
     double top = Margin / 2;
     for (const STrace &trace : waveform.traces) {
-        if (!trace.name.empty())
+        if (!trace.FullName().empty())
             out << "<text x=\"" << Number(Margin) << "\" y=\"" << Number(top + RowHeight / 2 + 4) << "\">"
-                << Escaped(trace.name) << "</text>\n";
+                << Escaped(trace.FullName()) << "</text>\n";
         CRow(out, left, top).Draw(Stretches(waveform, trace, scale, 1.5), waveform.resolution);
         top += RowHeight;
     }

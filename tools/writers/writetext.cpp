@@ -8,6 +8,7 @@
 
 #include <map>
 
+#include "platform/kestrin.h"
 #include "tools/output.h"
 #include "tools/quote.h"
 #include "tools/timetext.h"
@@ -32,7 +33,7 @@ CRows RowsByTime(const SWaveform &waveform)
 
 std::string ColumnName(const STrace &trace)
 {
-    return trace.name.empty() ? "value" : trace.name;
+    return trace.FullName().empty() ? "value" : trace.FullName();
 }
 
 // Several traces: a column each, the last value standing until the next.
@@ -45,16 +46,26 @@ std::vector<std::string> FillDown(const std::vector<const SChange *> &row, std::
     return previous;
 }
 
-nlohmann::json ChangesJson(const STrace &trace, long long resolution)
+nlohmann::ordered_json ChangesJson(const STrace &trace, long long resolution)
 {
-    auto changes = nlohmann::json::array();
+    auto changes = nlohmann::ordered_json::array();
     for (const SChange &change : trace.changes) {
-        nlohmann::json value;
+        nlohmann::ordered_json value;
         if (change.value)
             value = *change.value;
-        changes.push_back({{"ticks", change.ticks}, {"time", TickText(change.ticks, resolution)}, {"value", value}});
+        changes.push_back(nlohmann::ordered_json{
+            {"ticks", change.ticks}, {"time", TickText(change.ticks, resolution)}, {"value", value}});
     }
     return changes;
+}
+
+nlohmann::ordered_json SignalJson(const STrace &trace, long long resolution)
+{
+    nlohmann::ordered_json signal = {{"name", trace.NameInFile()}, {"type", nullptr}};
+    if (!trace.type.empty())
+        signal["type"] = Kestrin::KTypeInfo(trace.type.c_str()).GetTypeIdentifier();
+    signal["changes"] = ChangesJson(trace, resolution);
+    return signal;
 }
 
 }  // namespace
@@ -92,12 +103,11 @@ void WriteTable(std::ostream &out, const SWaveform &waveform)
 
 void WriteJson(std::ostream &out, const SWaveform &waveform)
 {
-    nlohmann::ordered_json document = {{"formula", waveform.formula}, {"resolution_fs", waveform.resolution}};
-    if (waveform.traces.size() == 1 && waveform.traces.front().name.empty()) {
-        document["changes"] = ChangesJson(waveform.traces.front(), waveform.resolution);
-    } else {
-        for (const STrace &trace : waveform.traces)
-            document["signals"].push_back({{"name", trace.name}, {"changes", ChangesJson(trace, waveform.resolution)}});
-    }
+    nlohmann::ordered_json document = {{"formula", waveform.formula},
+                                       {"resolution", TickText(1, waveform.resolution)},
+                                       {"resolution_fs", waveform.resolution},
+                                       {"signals", nlohmann::ordered_json::array()}};
+    for (const STrace &trace : waveform.traces)
+        document["signals"].push_back(SignalJson(trace, waveform.resolution));
     out << document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
 }

@@ -3,14 +3,15 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
 #include <map>
 #include <optional>
-#include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "platform/kestrin.h"
 #include "tools/files/vcdtext.h"
+#include "tools/writers/valuetext.h"
 
 namespace {
 
@@ -21,34 +22,6 @@ struct SVariable {
     std::size_t width;
     std::string code;
 };
-
-// The 4-state letter of a std_logic value, 0 for any other character.
-char FourState(char c)
-{
-    switch (c) {
-    case '0':
-    case 'L':
-    case 'l': return '0';
-    case '1':
-    case 'H':
-    case 'h': return '1';
-    case 'Z':
-    case 'z': return 'z';
-    case 'X':
-    case 'x':
-    case 'U':
-    case 'u':
-    case 'W':
-    case 'w':
-    case '-': return 'x';
-    default: return 0;
-    }
-}
-
-bool IsBits(const std::string &value)
-{
-    return !value.empty() && std::ranges::all_of(value, [](char c) { return FourState(c) != 0; });
-}
 
 template <typename T>
 bool IsNumber(const std::string &value)
@@ -65,17 +38,37 @@ bool AllValues(const STrace &trace, bool (*test)(const std::string &))
                                [test](const SChange &change) { return !change.value || test(*change.value); });
 }
 
+// Whether a value is one of 32 bits.
+bool IsInteger(const std::string &value)
+{
+    return IsNumber<std::int32_t>(value);
+}
+
+std::size_t WidestValue(const STrace &trace)
+{
+    std::size_t width = 1;
+    for (const SChange &change : trace.changes)
+        width = std::max(width, change.value.value_or("").size());
+    return width;
+}
+
+// By the type, where it is known and has room for the values, else by the values.
 SVariable Describe(const STrace &trace, std::size_t index)
 {
+    constexpr int IntegerKind = 2;
+    constexpr int RealKind = 3;
     const std::string code = VcdCode(index);
-    if (AllValues(trace, IsBits)) {
-        std::size_t width = 1;
-        for (const SChange &change : trace.changes)
-            width = std::max(width, change.value.value_or("").size());
-        return {EKind::Bits, width, code};
-    }
+    const Kestrin::KTypeInfo type(trace.type.c_str());
+    if (tesk::IsBitVectorType(trace.type))
+        return {EKind::Bits, static_cast<std::size_t>(type.GetNbOfElements()), code};
+    if (type.GetKind() == IntegerKind && AllValues(trace, IsInteger))
+        return {EKind::Integer, 32, code};
+    if (type.GetKind() == RealKind && AllValues(trace, IsNumber<double>))
+        return {EKind::Real, 64, code};
+    if (AllValues(trace, tesk::IsBitText))
+        return {EKind::Bits, WidestValue(trace), code};
     if (AllValues(trace, IsNumber<long long>))
-        return {EKind::Integer, 64, code};
+        return {EKind::Integer, AllValues(trace, IsInteger) ? 32U : 64U, code};
     if (AllValues(trace, IsNumber<double>))
         return {EKind::Real, 64, code};
     return {EKind::Text, 1, code};
@@ -94,8 +87,10 @@ const char *TypeName(EKind kind)
 std::string Letters(const std::string &value)
 {
     std::string letters;
-    for (const char c : value)
-        letters += FourState(c);
+    for (const char c : value) {
+        const char letter = tesk::FourStateLetter(c);
+        letters += letter != 0 ? letter : 'x';
+    }
     return letters;
 }
 
@@ -115,8 +110,11 @@ std::string ChangeLine(const SVariable &variable, const std::optional<std::strin
         return variable.width == 1 ? letters + variable.code : LongChange('b', letters, variable.code);
     }
     case EKind::Integer:
-        return LongChange('b', value ? VcdBits(static_cast<unsigned long long>(std::stoll(*value)), 64) : "z",
-                          variable.code);
+        return LongChange(
+            'b',
+            value ? VcdBits(static_cast<unsigned long long>(std::stoll(*value)), static_cast<int>(variable.width))
+                  : "z",
+            variable.code);
     case EKind::Real: return LongChange('r', value.value_or("nan"), variable.code);
     default: return LongChange('s', VcdEscapedText(value.value_or("")), variable.code);
     }
@@ -124,39 +122,52 @@ std::string ChangeLine(const SVariable &variable, const std::optional<std::strin
 
 std::string Reference(const STrace &trace)
 {
-    std::string name = trace.name.empty() ? "stimulus" : trace.name;
+    std::string name = trace.NameInFile();
     std::ranges::replace_if(
         name, [](char c) { return c <= ' '; }, '_');
     return name;
 }
 
-}  // namespace
-
-namespace {
+// The bounds behind the name of a vector, those of its type where it is known.
+std::string VectorRange(const STrace &trace, const SVariable &variable)
+{
+    const Kestrin::KTypeInfo type(trace.type.c_str());
+    int left = 0;
+    int right = 0;
+    int direction = 0;
+    if (variable.kind == EKind::Bits && type.GetArrayDimensionRanges(0, left, right, direction))
+        return " [" + std::to_string(left) + ':' + std::to_string(right) + ']';
+    return variable.kind == EKind::Bits && variable.width > 1 ? " [" + std::to_string(variable.width - 1) + ":0]" : "";
+}
 
 // The elements of a bus of bits are in its vector; any other bus is shown with them.
-std::span<const STrace> DumpedTraces(const SWaveform &waveform)
+std::vector<const STrace *> DumpedTraces(const SWaveform &waveform)
 {
-    const std::span<const STrace> traces = waveform.traces;
-    const bool isVector = traces.size() > 1 && AllValues(traces.front(), IsBits);
-    return isVector ? traces.first(1) : traces;
+    std::vector<const STrace *> dumped;
+    bool isInVector = false;
+    for (const STrace &trace : waveform.traces) {
+        if (!trace.IsElement())
+            isInVector = tesk::IsBitVectorType(trace.type);
+        if (!trace.IsElement() || !isInVector)
+            dumped.push_back(&trace);
+    }
+    return dumped;
 }
 
 }  // namespace
 
 void WriteVcd(std::ostream &out, const SWaveform &waveform)
 {
-    const std::span<const STrace> traces = DumpedTraces(waveform);
+    const std::vector<const STrace *> traces = DumpedTraces(waveform);
     const SVcdTimeScale scale = VcdTimeScale(waveform.resolution);
     std::vector<SVariable> variables;
     out << "$version tesk $end\n$timescale " << scale.text << " $end\n$scope module tesk $end\n";
-    for (const STrace &trace : traces) {
-        variables.push_back(Describe(trace, variables.size()));
+    for (const STrace *trace : traces) {
+        variables.push_back(Describe(*trace, variables.size()));
         const SVariable &variable = variables.back();
         out << "$var " << TypeName(variable.kind) << ' ' << variable.width << ' ' << variable.code << ' '
-            << Reference(trace);
-        if (variable.kind == EKind::Bits && variable.width > 1)
-            out << " [" << variable.width - 1 << ":0]";
+            << Reference(*trace);
+        out << VectorRange(*trace, variable);
         out << " $end\n";
     }
     out << "$upscope $end\n$enddefinitions $end\n#0\n$dumpvars\n";
@@ -166,7 +177,7 @@ void WriteVcd(std::ostream &out, const SWaveform &waveform)
 
     std::multimap<long long, std::string> lines;  // by time; lines of one time stay in the order of the traces
     for (std::size_t i = 0; i < variables.size(); ++i) {
-        for (const SChange &change : traces[i].changes)
+        for (const SChange &change : traces[i]->changes)
             lines.emplace(change.ticks, ChangeLine(variables[i], change.value));
     }
     long long stamped = 0;

@@ -4,9 +4,13 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
+#include "tools/output.h"
 #include "tools/writers/picture.h"
 
 namespace {
@@ -17,10 +21,20 @@ constexpr int Middle = 1;
 constexpr int Low = 2;
 constexpr double MarkDistance = 12;
 
+// What stands for a cell where the terminal has no line characters.
+constexpr std::pair<std::string_view, char> AsciiCells[] = {{"─", '-'}, {"│", '|'}, {"┘", '+'}, {"┐", '+'}, {"┌", '+'},
+                                                            {"└", '+'}, {"╳", 'X'}, {"▒", '#'}, {"┴", '+'}};
+
+std::string AsciiCell(const std::string &cell)
+{
+    const auto found = std::ranges::find(AsciiCells, cell, &std::pair<std::string_view, char>::first);
+    return found != std::end(AsciiCells) ? std::string(1, found->second) : cell;
+}
+
 // Three lines of cells, each cell one character in UTF-8.
 class CCells {
 public:
-    explicit CCells(std::size_t columns)
+    CCells(std::size_t columns, bool isAscii) : m_isAscii(isAscii)
     {
         for (auto &row : m_cells)
             row.assign(columns, " ");
@@ -31,7 +45,7 @@ public:
     void Set(int row, std::size_t column, const std::string &cell)
     {
         if (column < Columns())
-            m_cells[static_cast<std::size_t>(row)][column] = cell;
+            m_cells[static_cast<std::size_t>(row)][column] = m_isAscii ? AsciiCell(cell) : cell;
     }
 
     void Fill(int row, std::size_t begin, std::size_t end, const std::string &cell)
@@ -50,6 +64,7 @@ public:
     }
 
 private:
+    bool m_isAscii;
     std::array<std::vector<std::string>, Rows> m_cells;
 };
 
@@ -110,7 +125,7 @@ void DrawStretch(CCells &cells, const SStretch &stretch, int previousRow)
 }
 
 // The axis: a line with a tick at each mark, and the labels below, each beginning under its tick.
-void DrawAxis(std::ostream &out, const CTimeScale &scale, std::size_t indent, std::size_t columns)
+void DrawAxis(std::ostream &out, const CTimeScale &scale, std::size_t indent, std::size_t columns, bool isAscii)
 {
     std::string labels;
     std::vector<std::string> line(columns, "─");
@@ -124,7 +139,7 @@ void DrawAxis(std::ostream &out, const CTimeScale &scale, std::size_t indent, st
     }
     out << std::string(indent, ' ');
     for (const std::string &cell : line)
-        out << cell;
+        out << (isAscii ? AsciiCell(cell) : cell);
     out << '\n' << std::string(indent, ' ') << labels << '\n';
 }
 
@@ -132,7 +147,7 @@ std::size_t NameWidth(const SWaveform &waveform)
 {
     std::size_t longest = 0;
     for (const STrace &trace : waveform.traces)
-        longest = std::max(longest, trace.name.size());
+        longest = std::max(longest, trace.FullName().size());
     return longest == 0 ? 0 : longest + 1;
 }
 
@@ -142,21 +157,22 @@ void WriteWave(std::ostream &out, const SWaveform &waveform, int width)
 {
     const std::size_t indent = NameWidth(waveform);
     const auto columns = static_cast<std::size_t>(std::max(width - static_cast<int>(indent), 20));
+    const bool isAscii = !IsUtf8Locale();
     const CTimeScale scale(waveform, static_cast<double>(columns));
     for (const STrace &trace : waveform.traces) {
-        CCells cells(columns);
+        CCells cells(columns, isAscii);
         int previousRow = -1;
         for (const SStretch &stretch : Stretches(waveform, trace, scale, 1.0)) {
             DrawStretch(cells, stretch, previousRow);
             previousRow = LevelRow(stretch.level);
         }
         for (const int row : {High, Middle, Low}) {
-            std::string line = row == Middle ? trace.name : "";
+            std::string line = row == Middle ? trace.FullName() : "";
             line.resize(indent, ' ');
             line += cells.Line(row);
             line.erase(line.find_last_not_of(' ') + 1);
             out << line << '\n';
         }
     }
-    DrawAxis(out, scale, indent, columns);
+    DrawAxis(out, scale, indent, columns, isAscii);
 }

@@ -1,0 +1,36 @@
+#include "tools/play/recorder.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "tools/commandline.h"
+
+namespace tesk {
+
+namespace {
+
+constexpr std::size_t MostChanges = 10'000'000;
+constexpr std::size_t MostBytes = 256 << 20;  // of their values
+
+}  // namespace
+
+void CChangeRecorder::Add(std::vector<SChange> &changes, SChange change)
+{
+    if (change.ticks <= m_from && !changes.empty()) {  // the last one is not in force where the shown stretch begins
+        m_bytes -= changes.back().value.value_or("").size();
+        --m_held;
+        changes.pop_back();
+    }
+    ++m_held;
+    if (m_held > MostChanges)
+        throw CRefusal("more than " + std::to_string(MostChanges) + " changes; give an earlier end with --until");
+    m_bytes += change.value ? change.value->size() : 0;
+    if (m_bytes > MostBytes)
+        throw CRefusal("the values of the changes have more than " + std::to_string(MostBytes >> 20) +
+                       " MiB; give an earlier end with --until");
+    change.ticks = std::max(change.ticks, m_from);
+    changes.push_back(std::move(change));
+}
+
+}  // namespace tesk

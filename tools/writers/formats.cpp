@@ -1,0 +1,61 @@
+#include "tools/writers/formats.h"
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <iterator>
+
+#include "tools/output.h"
+#include "tools/writers/writers.h"
+
+namespace tesk {
+
+namespace {
+
+constexpr int DefaultPixels = 900;
+
+constexpr SOutputFormat Formats[] = {
+    {"table", "txt", true, [](std::ostream &out, const SWaveform &waveform, int) { WriteTable(out, waveform); }},
+    {"csv", "csv", true, [](std::ostream &out, const SWaveform &waveform, int) { WriteCsv(out, waveform); }},
+    {"json", "json", true, [](std::ostream &out, const SWaveform &waveform, int) { WriteJson(out, waveform); }},
+    {"vcd", "vcd", false, [](std::ostream &out, const SWaveform &waveform, int) { WriteVcd(out, waveform); }},
+    {"svg", "svg", true,
+     [](std::ostream &out, const SWaveform &waveform, int width) {
+         WriteSvg(out, waveform, width != 0 ? width : DefaultPixels);
+     }},
+    {"wave", "", true,
+     [](std::ostream &out, const SWaveform &waveform, int width) {
+         WriteWave(out, waveform, width != 0 ? width : TerminalWidth());
+     }},
+};
+
+const SOutputFormat &FormatNamed(const std::string &name)
+{
+    const auto found = std::ranges::find(Formats, name, &SOutputFormat::name);
+    return found != std::end(Formats) ? *found : Formats[0];
+}
+
+}  // namespace
+
+std::set<std::string> OutputFormatNames()
+{
+    std::set<std::string> names;
+    for (const SOutputFormat &format : Formats)
+        names.insert(format.name);
+    return names;
+}
+
+const SOutputFormat &FindOutputFormat(const std::string &name, const std::string &path)
+{
+    if (!name.empty())
+        return FormatNamed(name);
+    std::string ending = std::filesystem::path(path).extension().string();
+    ending.erase(0, 1);  // the point
+    std::ranges::transform(ending, ending.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    const auto found = std::ranges::find(Formats, ending, &SOutputFormat::ending);
+    if (found != std::end(Formats) && !ending.empty())
+        return *found;
+    return FormatNamed(IsTerminal() && (path.empty() || path == "-") ? "table" : "csv");
+}
+
+}  // namespace tesk
