@@ -11,8 +11,13 @@ int main()
     if (stimulus == nullptr)
         return 1;
 
-    for (long long time = stimulus->GetNextEventTime(-1); time != -1; time = stimulus->GetNextEventTime(time)) {
-        SimpleString::CStr value;
+    // A random stimulus, and one that replays a file, may have a value before their first change.
+    SimpleString::CStr value;
+    long long time = stimulus->GetNextEventTime(-1);
+    if (time != 0 && stimulus->GetValue(0, value) && !value.IsEmpty())
+        std::printf("0 ps: %s\n", static_cast<const char *>(value));
+
+    for (; time != -1; time = stimulus->GetNextEventTime(time)) {
         if (stimulus->GetValue(time, value))
             std::printf("%lld ps: %s\n", time, static_cast<const char *>(value));
         else
