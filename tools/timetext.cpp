@@ -1,5 +1,7 @@
 #include "tools/timetext.h"
 
+#include <cstdio>
+
 #include <algorithm>
 #include <charconv>
 #include <limits>
@@ -81,6 +83,9 @@ long long ReadTimeOption(const std::string &option, const std::string &text, lon
         RefuseOption(option, text, "unknown time unit " + Quote(unitName) + "; use fs, ps, ns, us, ms, sec, min or hr");
     if (tesk::ChangeTime(number, static_cast<unsigned>(unit), 0) >= 9.2e18)
         RefuseOption(option, text, "too long; a time may have 9.2e18 fs at most, about 2.5 hr");
+    if (unitName.empty() && number != 0)
+        std::fprintf(stderr, "tesk: warning: %s %s has no unit, and counts picoseconds\n", option.c_str(),
+                     OneLine(Shorten(text)).c_str());
     STimeValue time;
     time.SetFromValue(number, unit, unit, resolution);
     return time.m_ticks;

@@ -21,7 +21,7 @@ TEST(ClockCommand, WritesTheFormula)
         {"--freq 1e6Hz", "1 0 us, 0 500 ns -r 1 us"},
         {"--freq 30MHz", "1 0 ns, 0 16666666 fs -r 33333333 fs"},
         {"--period 10ns", "1 0 ns, 0 5 ns -r 10 ns"},
-        {"--period 10", "1 0 ps, 0 5 ps -r 10 ps"},
+        {"--period 10ps", "1 0 ps, 0 5 ps -r 10 ps"},
         {"--period '1.5 us'", "1 0 ns, 0 750 ns -r 1500 ns"},
         {"--period 15ns", "1 0 ns, 0 7500 ps -r 15 ns"},
         {"--period 2fs", "1 0 fs, 0 1 fs -r 2 fs"},
@@ -93,4 +93,12 @@ TEST(ClockCommand, HasAnExampleInItsHelp)
     const SToolRun run = RunShell("tesk clock --help");
     EXPECT_EQ(run.status, 0);
     EXPECT_THAT(run.out, HasSubstr("tesk clock --freq 100MHz --duty 30 --start-low"));
+}
+
+TEST(ClockCommand, WarnsOfATimeWithoutAUnit)
+{
+    const SToolRun run = RunShell("tesk clock --period 10");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, "1 0 ps, 0 5 ps -r 10 ps\n");
+    EXPECT_EQ(run.err, "tesk: warning: --period 10 has no unit, and counts picoseconds\n");
 }

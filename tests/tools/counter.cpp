@@ -18,7 +18,7 @@ TEST(CounterCommand, WritesTheFormula)
         {"--period 10ns", "\\counter\\TYPE\\1\\DIR\\1\\RADIX\\10\\START\\0\\INC\\1\\PERIOD\\10ns\\REV\\0"},
         {"--period '1.5 us' --down --reverse --radix 16 --start fE --inc 2#11",
          "\\counter\\TYPE\\1\\DIR\\2\\RADIX\\16\\START\\fE\\INC\\2#11\\PERIOD\\1500ns\\REV\\1"},
-        {"--period 10 --start -128",
+        {"--period 10ps --start -128",
          "\\counter\\TYPE\\1\\DIR\\1\\RADIX\\10\\START\\-128\\INC\\1\\PERIOD\\10ps\\REV\\0"},
         {"--period 1fs --start 255", "\\counter\\TYPE\\1\\DIR\\1\\RADIX\\10\\START\\255\\INC\\1\\PERIOD\\1fs\\REV\\0"},
         {"--period 1ns --type johnson", "\\counter\\TYPE\\3\\DIR\\1\\RADIX\\10\\START\\0\\INC\\1\\PERIOD\\1ns\\REV\\0"},

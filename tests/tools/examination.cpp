@@ -42,7 +42,9 @@ TEST(Examination, NamesATimeWhoseUnitIsUnknown)
                 ElementsAre("error: part 2, column 11: unknown time unit \"nz\" in \"20nz\"; the time counts as 0; did "
                             "you mean ns?"));
     EXPECT_THAT(Examine("1 10ns, 0 20n"), ElementsAre(HasSubstr("did you mean ns?")));
-    EXPECT_THAT(Examine("1 10ns, 0 20\xC2\xB5s"), ElementsAre(HasSubstr("write us")));
+    EXPECT_THAT(Examine("1 10ns, 0 20\xC2\xB5s"),
+                ElementsAre("error: part 2, column 11: unknown time unit \"\xC2\xB5s\" in \"20\xC2\xB5s\"; the time "
+                            "counts as 0; write us"));
     EXPECT_THAT(Examine("1 10ns, 0 1e3ns"), ElementsAre(HasSubstr("exponents and signs are not read")));
 }
 
@@ -71,6 +73,14 @@ TEST(Examination, NamesWordsThatAreTakenAsValues)
         EXPECT_THAT(lines.front(), AllOf(StartsWith("error: "), HasSubstr(row.finding), HasSubstr(row.advice)))
             << row.formula;
     }
+}
+
+TEST(Examination, WarnsOfSwitchesWrittenAsWords)
+{
+    EXPECT_THAT(Examine("1 10ns, 0 20ns repeat 30ns"),
+                ElementsAre("warning: part 2, column 16: \"repeat\" is taken as a value; to repeat write -r TIME"));
+    EXPECT_THAT(Examine("1 10ns, 0 20ns until 30ns"), ElementsAre(HasSubstr("to end write -cancel TIME")));
+    EXPECT_THAT(Examine("stop 10ns, run 20ns"), IsEmpty());
 }
 
 TEST(Examination, TellsThatPartsAreSeparatedByCommas)

@@ -15,7 +15,7 @@ TEST(RandomCommand, WritesTheFormula)
     } rows[] = {
         {"--dist normal --mean 100 --deviation 15 --seed 5 --period 10ns", "\\RANDOM\\2\\5\\100\\15\\10.000000ns"},
         {"--low -5 --high 5 --period 10ns", "\\RANDOM\\1\\0\\-5\\5\\10.000000ns"},
-        {"--dist exponential --mean 3 --period 10", "\\RANDOM\\3\\0\\3\\10.000000ps"},
+        {"--dist exponential --mean 3 --period 10ps", "\\RANDOM\\3\\0\\3\\10.000000ps"},
         {"--dist poisson --mean 3 --period '1.5 ns'", "\\RANDOM\\4\\0\\3\\1500.000000ps"},
         {"--dist chi-square --degrees 4 --period 2sec", "\\RANDOM\\5\\0\\4\\2.000000sec"},
         {"--dist t --degrees 4 --period 1fs", "\\RANDOM\\6\\0\\4\\1.000000fs"},

@@ -89,7 +89,7 @@ SFormulaTime ReadTime(SFormulaWord number, CWords &words, long long resolution)
 
 SFormulaItem ReadSwitch(SFormulaItem::EKind kind, SFormulaWord word, CWords &words, long long resolution)
 {
-    SFormulaItem item{kind, word, std::nullopt};
+    SFormulaItem item{kind, word, false, std::nullopt};
     const SFormulaWord number = words.Take();
     if (!number.text.empty())
         item.time = ReadTime(number, words, resolution);
@@ -99,7 +99,7 @@ SFormulaItem ReadSwitch(SFormulaItem::EKind kind, SFormulaWord word, CWords &wor
 void ReadPart(CWords &words, long long resolution, std::vector<SFormulaItem> &items)
 {
     using EKind = SFormulaItem::EKind;
-    while (true) {
+    for (bool isFirst = true;; isFirst = false) {
         const SFormulaWord word = words.Take();
         if (word.text.empty())
             return;
@@ -111,7 +111,7 @@ void ReadPart(CWords &words, long long resolution, std::vector<SFormulaItem> &it
             items.push_back(ReadSwitch(EKind::Cancel, word, words, resolution));
             continue;
         }
-        SFormulaItem event{EKind::Event, word, std::nullopt};
+        SFormulaItem event{EKind::Event, word, isFirst, std::nullopt};
         const SFormulaWord number = words.Take();
         if (IsWord(number.text, "-cancel")) {
             items.push_back(ReadSwitch(EKind::Cancel, number, words, resolution));

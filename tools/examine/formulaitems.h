@@ -34,7 +34,8 @@ struct SFormulaTime {
 struct SFormulaItem {
     enum class EKind { Event, Repeat, Cancel };
     EKind kind = EKind::Event;
-    SFormulaWord word;  ///< the value of an event, or the switch
+    SFormulaWord word;           ///< the value of an event, or the switch
+    bool isFirstOfPart = false;  ///< nothing stands before it in its part
     std::optional<SFormulaTime> time;
 };
 

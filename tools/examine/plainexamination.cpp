@@ -49,7 +49,7 @@ private:
 
     void ExamineEvent(const SFormulaItem &event, bool isFirst)
     {
-        const bool isOdd = ExamineEventValue(event.word);
+        const bool isOdd = ExamineEventValue(event);
         if (event.time)
             Keep(ExamineTimeWord(*event.time, "", m_resolution));
         else if (!isFirst && !isOdd)
@@ -59,13 +59,14 @@ private:
     }
 
     // Deliberate: a word that the type has a place for is right, whatever it looks like.
-    bool ExamineEventValue(const SFormulaWord &value)
+    bool ExamineEventValue(const SFormulaItem &event)
     {
+        const SFormulaWord &value = event.word;
         const bool isJudged = m_type.GetKind() != 0;
         const auto fault = isJudged ? ExamineValue(value.text, m_type) : std::nullopt;
         if (isJudged && !fault)
             return false;
-        if (auto finding = ExamineValueWord(value)) {
+        if (auto finding = ExamineValueWord(event)) {
             m_findings.push_back(*std::move(finding));
             return true;
         }

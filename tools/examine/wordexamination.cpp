@@ -125,6 +125,24 @@ std::optional<SFinding> FindStrayKeyword(const SFormulaWord &value)
     return std::nullopt;
 }
 
+// "1 0ns repeat 30ns": behind an event such a word is hardly a value.
+std::optional<SFinding> FindBareSwitch(const SFormulaWord &value)
+{
+    struct SBareSwitch {
+        const char *word, *advice;
+    };
+    constexpr SBareSwitch BareSwitches[] = {
+        {"repeat", "to repeat write -r TIME"},   {"every", "to repeat write -r TIME"},
+        {"period", "to repeat write -r TIME"},   {"r", "to repeat write -r TIME"},
+        {"cancel", "to end write -cancel TIME"}, {"until", "to end write -cancel TIME"},
+        {"stop", "to end write -cancel TIME"}};
+    for (const SBareSwitch &bare : BareSwitches) {
+        if (NameDistance(bare.word, value.text, 0) == 0)
+            return FindingAt(value, ESeverity::Warning, Quote(Text(value)) + " is taken as a value", bare.advice);
+    }
+    return std::nullopt;
+}
+
 // A group that nothing closes takes the rest of the formula.
 std::optional<SFinding> FindOpenGroup(const SFormulaWord &value)
 {
@@ -144,6 +162,12 @@ std::string TypedUnit(std::string_view time)
     while (unit.starts_with(' '))
         unit.remove_prefix(1);
     return std::string(unit);
+}
+
+// Letters of other alphabets stay as they were typed.
+std::string InQuotes(const std::string &text)
+{
+    return '"' + OneLine(Shorten(text)) + '"';
 }
 
 std::string UnitAdvice(const std::string &unit)
@@ -169,7 +193,7 @@ SFinding Unreadable(const SFormulaTime &time, const std::string &role)
                          "write a time behind the value: VALUE 0ns " + typed);
     return FindingAt(time.word, ESeverity::Error,
                      unit.empty() ? Quote(typed) + " is no time; " + counted
-                                  : "unknown time unit " + Quote(unit) + " in " + Quote(typed) + "; " + counted,
+                                  : "unknown time unit " + InQuotes(unit) + " in " + InQuotes(typed) + "; " + counted,
                      UnitAdvice(unit));
 }
 
@@ -207,13 +231,13 @@ SFinding FindingAt(const SFormulaWord &word, ESeverity severity, std::string tex
     return {severity, word.part, word.column, word.text.size(), std::move(text), std::move(advice)};
 }
 
-std::optional<SFinding> ExamineValueWord(const SFormulaWord &value)
+std::optional<SFinding> ExamineValueWord(const SFormulaItem &event)
 {
     for (const auto &find : {FindLookAlike, FindStrayKeyword, FindOpenGroup}) {
-        if (auto finding = find(value))
+        if (auto finding = find(event.word))
             return finding;
     }
-    return std::nullopt;
+    return event.isFirstOfPart ? std::nullopt : FindBareSwitch(event.word);
 }
 
 std::optional<SFinding> ExamineTimeWord(const SFormulaTime &time, const std::string &role, long long resolution)

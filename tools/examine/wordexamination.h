@@ -12,8 +12,8 @@ namespace tesk {
 /// A finding at a word.
 SFinding FindingAt(const SFormulaWord &word, ESeverity severity, std::string text, std::string advice);
 
-/// A value that looks like a switch, a keyword, a literal of Verilog, a time or two words in one.
-std::optional<SFinding> ExamineValueWord(const SFormulaWord &value);
+/// The value of an event that looks like a switch, a keyword, a literal of Verilog, a time or two words in one.
+std::optional<SFinding> ExamineValueWord(const SFormulaItem &event);
 
 /// A time that is read as 0, that has no unit, or that the resolution has no tick for.
 /// @param role  what the time is for, such as "-r"; empty for the time of an event
