@@ -24,8 +24,8 @@ struct SFstLimits {
     std::uint64_t Wrapped() const { return (1 << 24) + 64 * m_size; }    ///< of a file that is packed as a whole
     /// Bytes of a hierarchy, and of a frame.
     std::uint64_t Unpacked() const { return std::min<std::uint64_t>((1 << 24) + 32 * m_size, UINT32_MAX); }
-    std::uint64_t Times() const { return (3 << 22) + 8 * m_size; }          ///< of all blocks
-    std::uint64_t Events() const { return (3 << 22) + 8 * m_size; }         ///< of all elements that are asked for
+    std::uint64_t Times() const { return (5 << 21) + 8 * m_size; }          ///< of all blocks
+    std::uint64_t Events() const { return (5 << 21) + 8 * m_size; }         ///< of all elements that are asked for
     std::uint64_t StoreBytes() const { return (1 << 25) + 64 * m_size; }    ///< of the changes of one store
     std::uint64_t ChangeBytes() const { return (1 << 28) + 256 * m_size; }  ///< of all changes that are read
 

@@ -64,6 +64,11 @@ public:
         return WithErrors(m_path, [&] { return m_file->Walk(element); });
     }
 
+    std::unique_ptr<tesk::IElementsWalk> WalkTogether(long long first, std::size_t count, std::size_t all) override
+    {
+        return WithErrors(m_path, [&] { return m_file->WalkTogether(first, count, all); });
+    }
+
 private:
     std::string m_path;
     std::unique_ptr<IWaveformFile> m_file;

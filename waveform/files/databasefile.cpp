@@ -5,6 +5,7 @@
 
 #include "base/limits.h"
 #include "signal/signal.h"
+#include "waveform/files/elementswalk.h"
 #include "waveform/tarnstimulus.h"
 
 namespace tesk {
@@ -32,6 +33,40 @@ public:
 private:
     NTARN::KEventIterator m_next;
     NTARN::KEventIterator m_end;
+};
+
+// The events of elements, where the reader keeps them.
+class CEventRanges {
+public:
+    void Add(NTARN::IDatabaseReader &reader, int handle)
+    {
+        const NTARN::SFileEvent *const first = reader.EventsFrom(handle, 0).event();
+        const NTARN::SFileEvent *const last = (--reader.EventsEnd(handle)).event();
+        m_elements.push_back({first, first != nullptr ? last + 1 : nullptr});
+    }
+
+    bool HasNext(std::size_t element) const { return m_elements[element].next != m_elements[element].end; }
+    long long NextTime(std::size_t element) const { return m_elements[element].next->time; }
+    void Take(std::size_t element)
+    {
+        SRange &range = m_elements[element];
+        const long long time = range.next->time;
+        while (range.next != range.end && range.next->time == time)
+            ++range.next;
+    }
+    std::uint64_t Value(std::size_t element) const
+    {
+        const NTARN::SFileEvent &event = m_elements[element].next[-1];
+        return std::uint64_t{event.extValue} << 32 | event.value;
+    }
+
+private:
+    struct SRange {
+        const NTARN::SFileEvent *next;
+        const NTARN::SFileEvent *end;
+    };
+
+    std::vector<SRange> m_elements;
 };
 
 }  // namespace
@@ -79,6 +114,14 @@ long long CDatabaseFile::IdentifyEvents(long long element)
 {
     const NTARN::SFileEvent *event = m_reader.EventsFrom(static_cast<int>(element), 0).event();
     return event != nullptr ? static_cast<long long>(reinterpret_cast<std::intptr_t>(event)) : -element;
+}
+
+std::unique_ptr<IElementsWalk> CDatabaseFile::WalkTogether(long long first, std::size_t count, std::size_t)
+{
+    CEventRanges ranges;
+    for (std::size_t i = 0; i < count; ++i)
+        ranges.Add(m_reader, static_cast<int>(first + static_cast<long long>(i)));
+    return MakeElementsWalk(std::move(ranges), count);
 }
 
 std::unique_ptr<IElementWalk> CDatabaseFile::Walk(long long element)

@@ -1,6 +1,7 @@
 // Waveform databases.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -27,6 +28,7 @@ public:
     const std::vector<SFileSignal> &GetSignals() override;
     long long IdentifyEvents(long long element) override;
     std::unique_ptr<IElementWalk> Walk(long long element) override;
+    std::unique_ptr<IElementsWalk> WalkTogether(long long first, std::size_t count, std::size_t all) override;
 
 private:
     void AddSignals(int handle, const std::string &path, int depth);

@@ -1,6 +1,7 @@
 #include "waveform/files/signalwalk.h"
 
 #include <algorithm>
+#include <bit>
 #include <vector>
 
 namespace tesk {
@@ -14,23 +15,22 @@ constexpr std::size_t GroupSize = 64;
 std::vector<long long> IdentifyEvents(IWaveformFile &file, const SFileSignal &signal)
 {
     std::vector<long long> events;
+    events.reserve(static_cast<std::size_t>(signal.elementCount));
     for (long long i = 0; i < signal.elementCount; ++i)
         events.push_back(file.IdentifyEvents(signal.firstElement + i));
     return events;
 }
 
 CSignalWalk::CSignalWalk(IWaveformFile &file, const SFileSignal &signal)
+    : m_values(static_cast<std::size_t>(signal.elementCount))
 {
-    for (std::size_t i = 0; i < static_cast<std::size_t>(signal.elementCount); ++i) {
-        m_elements.push_back({file.Walk(signal.firstElement + static_cast<long long>(i))});
-        m_values.emplace_back();
-        if (i % GroupSize == 0)
-            m_groups.emplace_back();
-        if (SNextEvent event{0, i}; Fetch(event))
-            m_groups.back().push_back(event);
+    const std::size_t count = m_values.size();
+    m_groups.reserve((count + GroupSize - 1) / GroupSize);
+    for (std::size_t i = 0; i < count; i += GroupSize) {
+        const long long first = signal.firstElement + static_cast<long long>(i);
+        m_groups.push_back({file.WalkTogether(first, std::min(GroupSize, count - i), count)});
+        Push(m_groups.size() - 1);
     }
-    for (std::size_t i = 0; i < m_groups.size(); ++i)
-        Push(i);
 }
 
 bool CSignalWalk::Next()
@@ -41,41 +41,27 @@ bool CSignalWalk::Next()
     while (!m_next.empty() && m_next.top().first == m_time) {
         const std::size_t group = m_next.top().second;
         m_next.pop();
-        Take(m_groups[group]);
+        Take(group);
         Push(group);
     }
     return true;
 }
 
-// Queues a group by its first event.
+// Queues a group by its next events.
 void CSignalWalk::Push(std::size_t group)
 {
-    const auto first = std::ranges::min_element(m_groups[group], {}, &SNextEvent::time);
-    if (first != m_groups[group].end())
-        m_next.emplace(first->time, group);
+    long long time = 0;
+    if (m_groups[group].walk != nullptr && m_groups[group].walk->Next(time, m_groups[group].changed))
+        m_next.emplace(time, group);
 }
 
-// Takes the events of now, and fetches those behind them.
-void CSignalWalk::Take(CGroup &group)
+void CSignalWalk::Take(std::size_t group)
 {
-    for (std::size_t i = 0; i < group.size();) {
-        SNextEvent &event = group[i];
-        const bool isNow = event.time == m_time;
-        if (isNow)
-            m_values[event.element] = m_elements[event.element].nextValue;
-        if (!isNow || Fetch(event)) {
-            ++i;
-            continue;
-        }
-        event = group.back();
-        group.pop_back();
+    const SGroup &taken = m_groups[group];
+    for (std::uint64_t changed = taken.changed; changed != 0; changed &= changed - 1) {
+        const auto element = static_cast<unsigned>(std::countr_zero(changed));
+        m_values[group * GroupSize + element] = taken.walk->Value(element);
     }
-}
-
-bool CSignalWalk::Fetch(SNextEvent &event)
-{
-    SElement &element = m_elements[event.element];
-    return element.walk->Next(event.time, element.nextValue);
 }
 
 }  // namespace tesk

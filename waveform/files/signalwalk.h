@@ -29,26 +29,18 @@ public:
     const std::vector<std::optional<std::uint64_t>> &GetValues() const { return m_values; }
 
 private:
-    struct SElement {
-        std::unique_ptr<IElementWalk> walk;
-        std::uint64_t nextValue = 0;
+    // Neighbouring elements. Often many change at once: to look through them all is then quickest.
+    struct SGroup {
+        std::unique_ptr<IElementsWalk> walk;
+        std::uint64_t changed = 0;  // which of them do at the group's next time
     };
-    struct SNextEvent {
-        long long time;
-        std::size_t element;
-    };
-    // Of neighbouring elements, those that have one, in any order. Often many come at once: to look through them all is
-    // then quickest.
-    using CGroup = std::vector<SNextEvent>;
     using CNextGroup = std::pair<long long, std::size_t>;  // time and place in m_groups
 
     void Push(std::size_t group);
-    void Take(CGroup &group);
-    bool Fetch(SNextEvent &event);
+    void Take(std::size_t group);
 
-    std::vector<SElement> m_elements;
     std::vector<std::optional<std::uint64_t>> m_values;
-    std::vector<CGroup> m_groups;
+    std::vector<SGroup> m_groups;
     std::priority_queue<CNextGroup, std::vector<CNextGroup>, std::greater<>> m_next;
     long long m_time = -1;
 };

@@ -1,10 +1,13 @@
 #include "waveform/files/vcdfile.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <utility>
 
 #include "signal/signal.h"
+#include "waveform/files/elementswalk.h"
 
 namespace tesk {
 
@@ -50,6 +53,54 @@ private:
     std::size_t m_next = 0;   // the first of them that is not met yet
 };
 
+// Elements whose events are read ahead, few at a time.
+class CStoredEvents {
+public:
+    CStoredEvents(const WaveStore &store, long long first, std::size_t count, std::size_t ahead)
+        : m_store(store), m_first(first), m_ahead(ahead), m_elements(count), m_events(count * ahead)
+    {
+        for (std::size_t i = 0; i < count; ++i)
+            Read(i);
+    }
+
+    bool HasNext(std::size_t element) const { return m_elements[element].next < m_elements[element].count; }
+    long long NextTime(std::size_t element) const { return m_events[Place(element)].m_time; }
+    void Take(std::size_t element)
+    {
+        const long long time = NextTime(element);
+        do {
+            m_elements[element].value = m_events[Place(element)].m_value;
+            if (++m_elements[element].next == m_elements[element].count)
+                Read(element);
+        } while (HasNext(element) && NextTime(element) == time);
+    }
+    std::uint64_t Value(std::size_t element) const { return m_elements[element].value; }
+
+private:
+    struct SElement {
+        SEventPlace place;
+        std::uint64_t value = 0;
+        std::uint32_t count = 0;  // events read
+        std::uint32_t next = 0;   // the first of them that is not taken yet
+    };
+
+    std::size_t Place(std::size_t element) const { return element * m_ahead + m_elements[element].next; }
+    void Read(std::size_t element)
+    {
+        SElement &read = m_elements[element];
+        const auto room = std::span(m_events).subspan(element * m_ahead, m_ahead);
+        read.count =
+            static_cast<std::uint32_t>(m_store.ReadEvents(m_first + static_cast<long long>(element), read.place, room));
+        read.next = 0;
+    }
+
+    const WaveStore &m_store;
+    long long m_first;
+    std::size_t m_ahead;
+    std::vector<SElement> m_elements;
+    std::vector<WaveEvent> m_events;
+};
+
 }  // namespace
 
 CVcdFile::CVcdFile(std::unique_ptr<WaveStore> store) : m_owned(std::move(store)), m_store(*m_owned) {}
@@ -82,6 +133,13 @@ const std::vector<SFileSignal> &CVcdFile::GetSignals()
 std::unique_ptr<IElementWalk> CVcdFile::Walk(long long element)
 {
     return std::make_unique<CVcdWalk>(m_store, element);
+}
+
+std::unique_ptr<IElementsWalk> CVcdFile::WalkTogether(long long first, std::size_t count, std::size_t all)
+{
+    constexpr std::size_t MostEvents = 1 << 14;  // read ahead of all elements of a signal
+    const std::size_t ahead = std::clamp<std::size_t>(MostEvents / all, 1, 15);
+    return MakeElementsWalk(CStoredEvents(m_store, first, count, ahead), count);
 }
 
 }  // namespace tesk

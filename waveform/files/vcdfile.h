@@ -1,6 +1,7 @@
 // VCD files.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -26,6 +27,7 @@ public:
     const std::vector<SFileSignal> &GetSignals() override;
     long long IdentifyEvents(long long element) override { return m_store.GetOriginal(element); }
     std::unique_ptr<IElementWalk> Walk(long long element) override;
+    std::unique_ptr<IElementsWalk> WalkTogether(long long first, std::size_t count, std::size_t all) override;
 
 private:
     std::unique_ptr<WaveStore> m_owned;

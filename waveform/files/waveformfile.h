@@ -1,6 +1,7 @@
 // A waveform file of any kind: what stimuli, splitters and tools read of it.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -21,6 +22,19 @@ public:
     /// @param value  the raw value: a position in an enumeration, an integer, or the bits of a double
     /// @return false at the end
     virtual bool Next(long long &time, std::uint64_t &value) = 0;
+};
+
+/// Walks the events of up to 64 neighbouring elements together, by rising time.
+class IElementsWalk {
+public:
+    virtual ~IElementsWalk() = default;
+    /// Goes to the next time at which one of them has an event.
+    /// @param time     file ticks
+    /// @param changed  bit i is set if the element i, counted from 0, has one then
+    /// @return false at the end
+    virtual bool Next(long long &time, std::uint64_t &changed) = 0;
+    /// The raw value of an element that had an event at the time of the last call of `Next`.
+    virtual std::uint64_t Value(unsigned element) const = 0;
 };
 
 /// A scalar, or a one-dimensional array of scalars. Records and other arrays appear as the signals in them.
@@ -53,6 +67,10 @@ public:
     virtual long long IdentifyEvents(long long element) = 0;
     /// @return a walk that must not outlive the file; null if the events cannot be read, which the log tells
     virtual std::unique_ptr<IElementWalk> Walk(long long element) = 0;
+    /// As `Walk`, of elements that belong to one signal.
+    /// @param count  1 to 64
+    /// @param all    elements of the signal: the more there are, the less is kept of each
+    virtual std::unique_ptr<IElementsWalk> WalkTogether(long long first, std::size_t count, std::size_t all);
 };
 
 }  // namespace tesk
