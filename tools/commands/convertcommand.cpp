@@ -2,8 +2,11 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "tools/commands/commands.h"
+#include "tools/files/selectedfile.h"
 #include "tools/files/wavefile.h"
 #include "tools/files/waveoutput.h"
 #include "tools/output.h"
@@ -16,6 +19,9 @@ namespace {
 struct SConvertOptions {
     std::string input;
     std::string output;
+    std::vector<std::string> globs;
+    std::string from;
+    std::string until;
     std::string format;
 };
 
@@ -45,9 +51,13 @@ int Convert(const SConvertOptions &options)
     const bool toStream = kind == EFileKind::Stream;
     if (kind != EFileKind::Vcd && options.output == "-")
         throw CRefusal("standard output takes a VCD only; give an event stream or an FST a file");
-    if (toStream && KindOfFile(options.input) == EFileKind::Stream)
+    const bool isWhole = options.globs.empty() && options.from.empty() && options.until.empty();
+    if (toStream && isWhole && KindOfFile(options.input) == EFileKind::Stream)
         throw CRefusal(OneLine(options.input) + ": is an event stream already; it can be converted to VCD and FST");
-    const std::unique_ptr<tesk::IWaveformFile> file = OpenWaveFile(options.input);
+    std::unique_ptr<tesk::IWaveformFile> whole = OpenWaveFile(options.input);
+    tesk::SSelection selection{options.globs, {}, {}, true};
+    tesk::ReadStretch(options.from, options.until, whole->GetResolution(), selection);
+    const std::unique_ptr<tesk::IWaveformFile> file = tesk::Select(std::move(whole), options.input, selection);
     if (toStream) {
         WriteEventStream(options.output, *file);
         return 0;
@@ -63,8 +73,12 @@ void AddConvertCommand(CCommandLine &commandLine)
 {
     CCommand command = commandLine.Add("convert", "Make an event stream, a VCD or an FST of a waveform file");
     const auto options = std::make_shared<SConvertOptions>();
-    command.Argument("input", options->input, "VCD, FST, GHW or event stream; its contents tell what it is");
+    command.Argument("input", options->input,
+                     "VCD, FST, GHW or event stream; its contents tell what it is. - is standard input");
     command.Argument("output", options->output, "What to write, whole or not at all; \"-\" is standard output");
+    command.Arguments("glob", options->globs, "Signals to take, such as \"tb.*\"; * crosses dots (default: all)");
+    command.Option("--from", options->from, "TIME", "Where to begin, with the values in force there");
+    command.Option("--until", options->until, "TIME", "Where to end");
     command.Choice("--format", options->format, {"stream", "vcd", "fst"},
                    "Default: by the name of the output, .zyn or .tmp for a stream, .vcd, .fst; vcd on standard output");
     command.Footer("From an event stream one signal is read without the others. Viewers read VCD and FST.\n"

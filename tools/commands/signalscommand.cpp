@@ -8,6 +8,7 @@
 #include <map>
 
 #include "tools/commands/commands.h"
+#include "tools/files/selectedfile.h"
 #include "tools/files/wavefile.h"
 #include "tools/output.h"
 #include "tools/quote.h"
@@ -22,6 +23,10 @@ namespace {
 
 struct SSignalsOptions {
     std::string file;
+    std::vector<std::string> globs;
+    bool isNamesOnly = false;
+    std::string from;
+    std::string until;
     std::string format;
     std::string output;
 };
@@ -41,6 +46,7 @@ struct SListing {
     long long resolution;
     long long endTime;
     std::vector<SSignalRow> rows;
+    bool isNamesOnly;  // the changes have not been counted
 };
 
 SChanges CountChanges(IWaveformFile &file, const SFileSignal &signal)
@@ -55,9 +61,14 @@ SChanges CountChanges(IWaveformFile &file, const SFileSignal &signal)
 }
 
 // Signals that share their events are walked once: a clock may have as many names as a design has modules.
-std::vector<SSignalRow> ListRows(IWaveformFile &file)
+std::vector<SSignalRow> ListRows(IWaveformFile &file, bool isNamesOnly)
 {
     std::vector<SSignalRow> rows;
+    if (isNamesOnly) {
+        for (const SFileSignal &signal : file.GetSignals())
+            rows.push_back({{}, &signal});
+        return rows;
+    }
     std::map<std::vector<long long>, SChanges> counted;
     for (const SFileSignal &signal : file.GetSignals()) {
         const auto [changes, isNew] = counted.try_emplace(IdentifyEvents(file, signal));
@@ -81,18 +92,25 @@ std::string LastTime(const SListing &listing, const SSignalRow &row)
 void WriteTable(std::ostream &out, const SListing &listing)
 {
     std::vector<std::vector<std::string>> lines = {{"signal", "type", "changes", "first", "last"}};
-    for (const SSignalRow &row : listing.rows)
+    if (listing.isNamesOnly)
+        lines.front().resize(2);
+    for (const SSignalRow &row : listing.rows) {
         lines.push_back({Printable(row.signal->path), Printable(row.signal->type.GetTypeIdentifier()),
                          std::to_string(row.changes), FirstTime(listing, row), LastTime(listing, row)});
+        lines.back().resize(lines.front().size());
+    }
     WriteColumns(out, lines, 2);
 }
 
 void WriteCsv(std::ostream &out, const SListing &listing)
 {
-    out << "signal,type,changes,first,last\n";
-    for (const SSignalRow &row : listing.rows)
-        out << CsvField(row.signal->path) << ',' << CsvField(row.signal->type.GetTypeIdentifier()) << ',' << row.changes
-            << ',' << FirstTime(listing, row) << ',' << LastTime(listing, row) << '\n';
+    out << (listing.isNamesOnly ? "signal,type\n" : "signal,type,changes,first,last\n");
+    for (const SSignalRow &row : listing.rows) {
+        out << CsvField(row.signal->path) << ',' << CsvField(row.signal->type.GetTypeIdentifier());
+        if (!listing.isNamesOnly)
+            out << ',' << row.changes << ',' << FirstTime(listing, row) << ',' << LastTime(listing, row);
+        out << '\n';
+    }
 }
 
 void WriteJson(std::ostream &out, const SListing &listing)
@@ -104,8 +122,12 @@ void WriteJson(std::ostream &out, const SListing &listing)
     for (const SSignalRow &row : listing.rows) {
         nlohmann::ordered_json signal = {{"signal", row.signal->path},
                                          {"type", row.signal->type.GetTypeIdentifier()},
-                                         {"description", row.signal->type.GetTypeInfoString()},
-                                         {"changes", row.changes}};
+                                         {"description", row.signal->type.GetTypeInfoString()}};
+        if (listing.isNamesOnly) {
+            document["signals"].push_back(std::move(signal));
+            continue;
+        }
+        signal["changes"] = row.changes;
         signal["first_ticks"] = row.changes > 0 ? nlohmann::ordered_json(row.first) : nullptr;
         signal["last_ticks"] = row.changes > 0 ? nlohmann::ordered_json(row.last) : nullptr;
         document["signals"].push_back(std::move(signal));
@@ -119,8 +141,12 @@ const std::map<std::string, void (*)(std::ostream &out, const SListing &listing)
 int ListSignals(const SSignalsOptions &options)
 {
     const std::string format = !options.format.empty() ? options.format : IsTerminal() ? "table" : "csv";
-    const std::unique_ptr<IWaveformFile> file = OpenWaveFile(options.file);
-    const SListing listing{options.file, file->GetResolution(), file->GetEndTime(), ListRows(*file)};
+    std::unique_ptr<IWaveformFile> whole = OpenWaveFile(options.file);
+    tesk::SSelection selection{options.globs, {}, {}};
+    tesk::ReadStretch(options.from, options.until, whole->GetResolution(), selection);
+    const std::unique_ptr<IWaveformFile> file = tesk::Select(std::move(whole), options.file, selection);
+    const SListing listing{options.file, file->GetResolution(), file->GetEndTime(),
+                           ListRows(*file, options.isNamesOnly), options.isNamesOnly};
     WriteOutput(options.output, [&](std::ostream &out) { Writers.at(format)(out, listing); });
     return 0;
 }
@@ -131,7 +157,11 @@ void AddSignalsCommand(CCommandLine &commandLine)
 {
     CCommand command = commandLine.Add("signals", "List the signals of a VCD, FST, GHW or event-stream file");
     const auto options = std::make_shared<SSignalsOptions>();
-    command.Argument("file", options->file, "The file; its contents tell what it is");
+    command.Argument("file", options->file, "The file; its contents tell what it is. - is standard input");
+    command.Arguments("glob", options->globs, "Names to list, such as \"tb.*\"; * crosses dots (default: all)");
+    command.Flag("--names", options->isNamesOnly, "Names and types only; reads no events where the file allows it");
+    command.Option("--from", options->from, "TIME", "Count the changes from there on");
+    command.Option("--until", options->until, "TIME", "Count the changes up to there");
     command.Choice("--format", options->format, {"table", "csv", "json"},
                    "Default: table on a terminal, csv elsewhere");
     command.Option("-o,--output", options->output, "FILE", "Write to a file, whole or not at all");

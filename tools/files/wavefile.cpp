@@ -133,6 +133,18 @@ EFileKind KindOfPipe(const std::string &path)
     return EFileKind::Vcd;
 }
 
+constexpr const char *StandardInput = "/dev/stdin";
+
+// A file that a shell opened is read as any other one.
+std::unique_ptr<IWaveformFile> OpenStandardInput()
+try {
+    return OpenWaveFile(StandardInput);
+} catch (const CRefusal &refusal) {
+    if (IsRegularFile(StandardInput))
+        throw;
+    throw CRefusal(refusal.what() + std::string("; of the waveform files only a VCD can be read from a pipe"));
+}
+
 std::string Beginning(const std::string &path)
 {
     errno = 0;
@@ -159,6 +171,8 @@ try {
 
 EFileKind KindOfFile(const std::string &path)
 {
+    if (path == "-")
+        return KindOfFile(StandardInput);
     if (!IsRegularFile(path))
         return KindOfPipe(path);
     const std::string bytes = Unpacked(path, Beginning(path));
@@ -177,6 +191,8 @@ std::unique_ptr<IWaveformFile> OpenAs(EFileKind kind, const std::string &path)
 
 std::unique_ptr<IWaveformFile> OpenWaveFile(const std::string &path)
 try {
+    if (path == "-")
+        return OpenStandardInput();
     return std::make_unique<CCheckedFile>(path, WithErrors(path, [&] { return OpenAs(KindOfFile(path), path); }));
 } catch (const NTARN::XFileDoesNotExist &) {
     Refuse(path, "there is no such file");

@@ -12,7 +12,7 @@
 /// @throw CRefusal if it cannot be read, or has the name of another kind and is a pipe
 tesk::EFileKind KindOfFile(const std::string &path);
 
-/// Opens a file. Warnings go to standard error. A walk, and what identifies events, is refused if they cannot be read.
+/// Opens a file; "-" is standard input. Warnings go to standard error. A walk, and what identifies events, is refused if they cannot be read.
 /// @throw CRefusal if it cannot be read
 std::unique_ptr<tesk::IWaveformFile> OpenWaveFile(const std::string &path);
 

@@ -1,0 +1,106 @@
+// tesk signals and tesk convert on some of the signals, over some of the time, and from standard input.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tools/files/selectedfile.h"
+#include "tools/runtool.h"
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+TEST(Glob, MatchesAcrossDotsInAnyLetterCase)
+{
+    const struct {
+        const char *name, *glob;
+        bool matches;
+    } rows[] = {
+        {"tb.clk", "tb.clk", true},
+        {"tb.clk", "TB.CLK", true},
+        {"tb.clk", "tb.c", false},
+        {"tb.a.clk", "tb*clk", true},
+        {"tb.a.clk", "*", true},
+        {"", "*", true},
+        {"", "?", false},
+        {"tb.clk", "tb.cl?", true},
+        {"tb.clk", "tb.clk?", false},
+        {"tb.m[3]", "*[3]", true},
+        {"tb.m[3]", "*(3)", true},
+        {"aab", "*ab", true},
+        {"abcabd", "*abd", true},
+        {"abc", "", false},
+        {"abc", "a*b*c*", true},
+        {"abc", "a**d", false},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(tesk::IsLikeGlob(row.name, row.glob), row.matches) << row.name << " " << row.glob;
+}
+
+TEST(Glob, TakesNoLongTimeForManyStars)
+{
+    std::string glob;
+    for (int i = 0; i < 200; ++i)
+        glob += "*a";
+    EXPECT_FALSE(tesk::IsLikeGlob(std::string(20000, 'a') + 'b', glob));
+}
+
+TEST(SignalsSelection, ListsWhatIsAskedFor)
+{
+    EXPECT_EQ(RunShell("tesk signals examples/traffic.vcd 'tb.c*' --names").out,
+              "signal,type\ntb.clk,std_logic\ntb.count,std_logic_vector(3 downto 0)\n");
+    EXPECT_EQ(RunShell("tesk signals examples/traffic.fst '*.LEVEL' tb.walk --names --format table").out.substr(0, 15),
+              "signal    type\n");
+    const SToolRun run = RunShell("tesk signals examples/traffic.vcd tb.clok");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err, HasSubstr("no signal is named \"tb.clok\" (did you mean \"tb.clk\"?)"));
+    EXPECT_THAT(RunShell("tesk signals examples/traffic.vcd tb.clk --names --format json").out,
+                Not(HasSubstr("changes")));
+}
+
+TEST(SignalsSelection, CountsChangesOfTheStretch)
+{
+    EXPECT_EQ(RunShell("tesk signals examples/traffic.vcd tb.request").out,
+              "signal,type,changes,first,last\ntb.request,std_logic,5,0ns,80ns\n");
+    EXPECT_EQ(RunShell("tesk signals examples/traffic.vcd tb.request --from 12ns --until 60ns").out,
+              "signal,type,changes,first,last\ntb.request,std_logic,3,12ns,60ns\n");
+    EXPECT_EQ(RunShell("tesk signals examples/traffic.vcd tb.request --from 13ns --until 20ns").out,
+              "signal,type,changes,first,last\ntb.request,std_logic,0,,\n");
+    EXPECT_EQ(RunShell("tesk signals examples/traffic.vcd --from 13ns --until 2ns").status, 2);
+}
+
+TEST(ConvertSelection, TakesTheSignalsAndTheStretchWithTheValuesInForce)
+{
+    for (const char *input : {"examples/traffic.vcd", "examples/traffic.fst"}) {
+        const std::string dump =
+            RunShell("tesk convert " + std::string(input) + " - tb.request 'tb.count' --from 20ns --until 60ns").out;
+        EXPECT_THAT(dump, Not(HasSubstr("clk"))) << input;
+        EXPECT_THAT(dump, HasSubstr("#20\n")) << input;
+        EXPECT_THAT(dump, testing::EndsWith("#60\nx\"\n")) << input << dump;
+        EXPECT_THAT(dump, HasSubstr("\n1\"\n")) << input;
+        EXPECT_THAT(dump, Not(HasSubstr("#65"))) << input;
+    }
+}
+
+TEST(ConvertSelection, ReadsBackThroughEveryFormat)
+{
+    for (const char *output : {"a.vcd", "a.fst", "a.zyn"}) {
+        const SToolRun run = RunShell("d=$(mktemp -d); tesk convert examples/traffic.vcd $d/" + std::string(output) +
+                                      " 'tb.*u*' --until 50ns && tesk signals $d/" + output + "; rm -r $d");
+        EXPECT_EQ(run.err, "") << output;
+        EXPECT_THAT(run.out, HasSubstr("tb.request,std_logic,3,0ns,42ns\n")) << output;
+        EXPECT_THAT(run.out, Not(HasSubstr("tb.clk"))) << output;
+    }
+}
+
+TEST(StandardInput, IsADash)
+{
+    const std::string listed = RunShell("tesk signals examples/traffic.vcd").out;
+    EXPECT_EQ(RunShell("cat examples/traffic.vcd | tesk signals -").out, listed);
+    EXPECT_EQ(RunShell("tesk signals - < examples/traffic.fst").out, listed);
+    EXPECT_THAT(RunShell("cat examples/traffic.vcd | tesk convert - -").out, StartsWith("$version"));
+    const SToolRun run = RunShell("cat examples/traffic.fst | tesk signals -");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err, HasSubstr("only a VCD can be read from a pipe"));
+}
