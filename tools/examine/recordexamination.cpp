@@ -46,7 +46,7 @@ const char *NameOf(EFileKind kind)
 {
     switch (kind) {
     case EFileKind::Vcd: return "a VCD";
-    case EFileKind::Database: return "an FST file";
+    case EFileKind::Database: return "an FST or GHW file";
     case EFileKind::Stream: return "an event stream";
     }
     return "";
