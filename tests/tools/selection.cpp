@@ -104,3 +104,16 @@ TEST(StandardInput, IsADash)
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.err, HasSubstr("only a VCD can be read from a pipe"));
 }
+
+TEST(SignalsOfATable, AreItsColumns)
+{
+    EXPECT_EQ(RunShell("tesk signals examples/sine.txt").out, "column\ntime\nsine\n");
+    EXPECT_EQ(RunShell("tesk signals examples/sine.txt 's*' --format table").out, "column\nsine\n");
+    EXPECT_EQ(RunShell("tesk signals examples/sine.txt cosine").status, 1);
+    EXPECT_THAT(RunShell("tesk signals examples/sine.txt --format json").out, HasSubstr("\"columns\": ["));
+    const SToolRun dump = RunShell("d=$(mktemp -d); cp examples/traffic.vcd $d/a.txt; tesk signals $d/a.txt; rm -r $d");
+    EXPECT_THAT(dump.out, HasSubstr("tb.request,std_logic,5"));  // what it holds counts
+    const SToolRun empty = RunShell("d=$(mktemp -d); : > $d/a.csv; tesk signals $d/a.csv; s=$?; rm -r $d; exit $s");
+    EXPECT_EQ(empty.status, 1);
+    EXPECT_THAT(empty.err, HasSubstr("has no line with names of columns"));
+}
