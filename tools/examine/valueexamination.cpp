@@ -86,7 +86,7 @@ CFault ExamineInteger(const std::string &value, const KTypeInfo &type)
         return std::nullopt;
     if (!IsReadable(type, value))
         return SValueFault{true, IsNoValueOf(value, type), "write a whole number of at most 32 bits, such as 42"};
-    const auto &range = Kestrin::ReadTypeDescription(type.GetTypeInfoString())->range;
+    const auto range = Kestrin::ReadTypeDescription(type.GetTypeInfoString())->range;
     const long long number = std::strtoll(value.c_str(), nullptr, 10);
     const auto [least, most] = std::minmax(range.left, range.right);
     if (!range.constrained || (number >= least && number <= most))
