@@ -155,3 +155,39 @@ TEST_F(BenchFile, IsCheckedByTheTool)
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.out, HasSubstr("\"line\":2"));
 }
+
+TEST_F(BenchFile, IsPlayedWithAllItsSignals)
+{
+    Read("until = \"20ns\"\nscope = \"tb\"\n[signals]\nclk = \"1 0ns, 0 5ns -r 10ns\"\n"
+         "n = { type = \"std_logic_vector(1 downto 0)\", start = \"5ns\", formula = \"00 0ns, 11 5ns\" }\n");
+    const std::string play = "tesk play " + (m_folder / "bench.toml").string();
+    EXPECT_EQ(RunShell(play + " --format csv --no-elements").out, "ticks,time,tb.clk,tb.n\n"
+                                                                  "0,0ps,1,\n"
+                                                                  "5000,5ns,0,00\n"
+                                                                  "10000,10ns,1,11\n"
+                                                                  "15000,15ns,0,11\n"
+                                                                  "20000,20ns,1,11\n");
+    const SToolRun dump = RunShell(play + " --format vcd");
+    EXPECT_THAT(dump.out, AllOf(HasSubstr("$scope module tb $end\n$var wire 1 ! clk $end\n$var wire 2 \" n [1:0] $end\n"
+                                          "$upscope $end\n"),
+                                HasSubstr("#10000\n1!\nb11 \"\n")));
+    EXPECT_EQ(dump.err, "");
+    EXPECT_EQ(RunShell(play + " --type bit").status, 2);
+}
+
+TEST_F(BenchFile, EndsWithTheLastStimulatorThatEnds)
+{
+    Read("[signals]\nclk = \"1 0ns, 0 5ns -r 10ns\"\nrst = \"1 0ns, 0 12ns\"\n");
+    const SToolRun run = RunShell("tesk play " + (m_folder / "bench.toml").string() + " --format csv");
+    EXPECT_EQ(run.out, "ticks,time,clk,rst\n0,0ps,1,1\n5000,5ns,0,1\n10000,10ns,1,1\n12000,12ns,1,0\n");
+    EXPECT_EQ(run.err, "");
+}
+
+TEST_F(BenchFile, IsNotPlayedWhereItCannotBeRead)
+{
+    Read("[signals]\nclk = \"1 0ns\"\nb = 7\n");
+    const SToolRun run = RunShell("tesk play " + (m_folder / "bench.toml").string() + " --format csv");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "");
+    EXPECT_THAT(run.err, HasSubstr(":3:5: error: a signal is a formula or a table"));
+}

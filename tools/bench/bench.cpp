@@ -244,9 +244,10 @@ private:
         if (signal.description.empty())
             signal.description = FindReplayedType(signal.formula);
         const SExamined examined{signal.formula, signal.description, m_bench.resolution, signal.start};
-        for (const SFinding &finding : ExamineFormula(examined))
-            Add(signal.place, "signal " + Quote(signal.name) + ": " + FindingLine(finding),
-                finding.isRefused ? ESeverity::Error : finding.severity);
+        for (const SFinding &finding : ExamineFormula(examined)) {
+            Add(signal.place, "signal " + Quote(signal.name) + ": " + FindingLine(finding), finding.severity);
+            m_faults.back().isOfFormula = !finding.isRefused;
+        }
     }
 
     void ReadReplays(const toml::node &node)

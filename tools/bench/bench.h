@@ -60,7 +60,8 @@ struct SBench {
 struct SBenchFault {
     ESeverity severity = ESeverity::Error;
     SBenchPlace place;
-    std::string text;  ///< with advice, one line
+    std::string text;          ///< with advice, one line
+    bool isOfFormula = false;  ///< a finding of a formula, which is played by the letter all the same
 };
 
 /// Whether what was given for a formula names a bench file: it ends in ".toml" and no formula does.

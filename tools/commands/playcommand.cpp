@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "tools/bench/bench.h"
+#include "tools/bench/benchplayer.h"
 #include "tools/commands/commands.h"
 #include "tools/examine/explained.h"
 #include "tools/output.h"
@@ -86,16 +88,44 @@ void Arrange(const SPlayOptions &options, bool showsRadix, SWaveform &waveform)
 {
     if (options.hasNoElements)
         std::erase_if(waveform.traces, [](const STrace &trace) { return trace.IsElement(); });
-    for (STrace &trace : waveform.traces)
-        trace.signal = options.name;
     const std::optional<tesk::ERadix> radix = tesk::RadixOf(options.radix);
     if (radix && showsRadix)
         tesk::ShowInRadix(waveform, *radix);
 }
 
-int Play(const SPlayOptions &options)
+// Options that a bench has for each of its signals.
+constexpr const char *SignalOptions[] = {"--type", "--count", "--start", "--name", "--res"};
+
+SWaveform PlayBenchFile(const SPlayOptions &options)
+{
+    std::vector<tesk::SBenchFault> faults;
+    const tesk::SBench bench = tesk::ReadBench(options.formula, faults);
+    for (const tesk::SBenchFault &fault : faults)
+        std::fprintf(stderr, "tesk: %s\n", tesk::FaultLine(bench, fault).c_str());
+    // A formula that cannot mean what it says is played by the letter; a bench that cannot be read is not.
+    const bool isUnread = std::ranges::any_of(faults, [](const tesk::SBenchFault &fault) {
+        return fault.severity == tesk::ESeverity::Error && !fault.isOfFormula;
+    });
+    if (isUnread || (options.isStrict && tesk::HasError(faults)))
+        throw CRefusal(options.formula + ": the bench is not played; \"tesk check\" tells its faults as data");
+    tesk::SBenchStretch stretch;
+    if (!options.from.empty())
+        stretch.from = ReadTimeOption("--from", options.from, bench.resolution);
+    if (!options.until.empty())
+        stretch.until = ReadTimeOption("--until", options.until, bench.resolution);
+    return tesk::PlayBench(bench, stretch);
+}
+
+void Write(const SPlayOptions &options, SWaveform &waveform)
 {
     const tesk::SOutputFormat &format = tesk::FindOutputFormat(options.format, options.output);
+    Arrange(options, format.showsRadix, waveform);
+    WriteOutput(options.output,
+                [&](std::ostream &out) { format.write(out, waveform, static_cast<int>(options.width)); });
+}
+
+int Play(const SPlayOptions &options)
+{
     SWaveform waveform = DescribeWalk(options);
     const SPlayedSignal signal = DescribePlayed(options);
     const tesk::CExamined examined({options.formula, signal.description, waveform.resolution, waveform.begin});
@@ -105,9 +135,9 @@ int Play(const SPlayOptions &options)
     }
     examined.Explain([&] { PlayFormula(options, signal, waveform); });
     examined.Tell();
-    Arrange(options, format.showsRadix, waveform);
-    WriteOutput(options.output,
-                [&](std::ostream &out) { format.write(out, waveform, static_cast<int>(options.width)); });
+    for (STrace &trace : waveform.traces)
+        trace.signal = options.name;
+    Write(options, waveform);
     return 0;
 }
 
@@ -117,7 +147,7 @@ void AddPlayCommand(CCommandLine &commandLine)
 {
     CCommand command = commandLine.Add("play", "Walk a stimulus and write its changes");
     const auto options = std::make_shared<SPlayOptions>();
-    command.Argument("formula", options->formula, "What to play");
+    command.Argument("formula", options->formula, "What to play, or a bench file whose name ends in .toml");
     AddTimeOptions(command, options->resolution, options->start);
     command.Option("--type", options->type, "TYPE",
                    "Type of the signal, such as bit or std_logic_vector(7 downto 0), or a whole description");
@@ -137,5 +167,15 @@ void AddPlayCommand(CCommandLine &commandLine)
     command.Number("--width", options->width, 40, 100000, "Of a picture, in pixels (svg) or columns (wave)");
     command.Footer("\"tesk help formulas\" tells how a formula is written.\nExample: tesk play \"1 10ns, 0 20ns -r "
                    "30ns -cancel 100ns\" --format wave");
-    command.Action([options] { return Play(*options); });
+    command.Action([options, command] {
+        if (!tesk::IsBenchName(options->formula))
+            return Play(*options);
+        for (const char *option : SignalOptions) {
+            if (command.Has(option))
+                throw CWrongUsage(std::string(option) + ": a bench tells it for each of its signals, in the file");
+        }
+        SWaveform waveform = PlayBenchFile(*options);
+        Write(*options, waveform);
+        return 0;
+    });
 }

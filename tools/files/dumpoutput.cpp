@@ -47,23 +47,16 @@ std::string ValueText(const SDumpEvents &events, const CDumpValues &values)
     return events.signal.type.IsScalar() ? events.Bits(values) : 'b' + events.Bits(values) + ' ';
 }
 
-void WriteScopes(std::ostream &out, const std::vector<std::string> &from, const std::vector<std::string> &to)
-{
-    GoToScopes(
-        from, to, [&out] { out << "$upscope $end\n"; },
-        [&out](const std::string &scope) { out << "$scope module " << scope << " $end\n"; });
-}
-
 void WriteDeclarations(std::ostream &out, const CDump &dump, const SVcdTimeScale &scale)
 {
     out << "$version tesk $end\n$timescale " << scale.text << " $end\n";
     std::vector<std::string> scopes;
     for (const SDumpVariable &variable : dump.variables) {
-        WriteScopes(out, scopes, variable.name.scopes);
+        WriteVcdScopes(out, scopes, variable.name.scopes);
         scopes = variable.name.scopes;
         out << "$var " << Declaration(variable, dump.events[variable.events]) << " $end\n";
     }
-    WriteScopes(out, scopes, {});
+    WriteVcdScopes(out, scopes, {});
     out << "$enddefinitions $end\n";
 }
 

@@ -65,16 +65,3 @@ private:
     // By the type of the scalars, as a vector or not, and the events of all elements.
     std::map<std::tuple<std::string, bool, std::vector<long long>>, std::size_t> m_known;
 };
-
-/// Calls what closes and opens scopes on the way from one variable to the next.
-template <class Close, class Open>
-void GoToScopes(const std::vector<std::string> &from, const std::vector<std::string> &to, Close close, Open open)
-{
-    std::size_t kept = 0;
-    while (kept < from.size() && kept < to.size() && from[kept] == to[kept])
-        ++kept;
-    for (std::size_t i = kept; i < from.size(); ++i)
-        close();
-    for (std::size_t i = kept; i < to.size(); ++i)
-        open(to[i]);
-}

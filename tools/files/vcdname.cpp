@@ -70,3 +70,10 @@ SVcdName SplitVcdName(const std::string &path)
     name.variable = VariableName(rest);
     return name;
 }
+
+void WriteVcdScopes(std::ostream &out, const std::vector<std::string> &from, const std::vector<std::string> &to)
+{
+    GoToScopes(
+        from, to, [&out] { out << "$upscope $end\n"; },
+        [&out](const std::string &scope) { out << "$scope module " << scope << " $end\n"; });
+}

@@ -7,12 +7,19 @@
 #include "tools/commandline.h"
 #include "tools/play/walk.h"
 
-/// While it lives, stimuli may be made. What formulas loaded, open files and tables, goes with it.
+/// While it lives, stimuli may be made. What formulas loaded, open files and tables, goes with the outermost one.
 class CSimulationRun {
 public:
-    CSimulationRun() = default;
+    CSimulationRun() { ++s_depth; }
     CSimulationRun(const CSimulationRun &) = delete;
-    ~CSimulationRun() { IStimulus::OnEndsim(); }
+    ~CSimulationRun()
+    {
+        if (--s_depth == 0)
+            IStimulus::OnEndsim();
+    }
+
+private:
+    static inline int s_depth = 0;
 };
 
 /// Makes the stimulus. @throw CRefusal that tells what of the formula cannot be used and what would do

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/kestrin.h"
+#include "tools/files/vcdname.h"
 #include "tools/files/vcdtext.h"
 #include "tools/writers/valuetext.h"
 
@@ -120,11 +121,12 @@ std::string ChangeLine(const SVariable &variable, const std::optional<std::strin
     }
 }
 
-std::string Reference(const STrace &trace)
+// The name in a dump. A signal without scopes stands in one called tesk.
+SVcdName Reference(const STrace &trace)
 {
-    std::string name = trace.NameInFile();
-    std::ranges::replace_if(
-        name, [](char c) { return c <= ' '; }, '_');
+    SVcdName name = SplitVcdName(trace.NameInFile());
+    if (name.scopes.empty())
+        name.scopes.push_back("tesk");
     return name;
 }
 
@@ -161,16 +163,21 @@ void WriteVcd(std::ostream &out, const SWaveform &waveform)
     const std::vector<const STrace *> traces = DumpedTraces(waveform);
     const SVcdTimeScale scale = VcdTimeScale(waveform.resolution);
     std::vector<SVariable> variables;
-    out << "$version tesk $end\n$timescale " << scale.text << " $end\n$scope module tesk $end\n";
+    out << "$version tesk $end\n$timescale " << scale.text << " $end\n";
+    std::vector<std::string> scopes;
     for (const STrace *trace : traces) {
+        const SVcdName name = Reference(*trace);
+        WriteVcdScopes(out, scopes, name.scopes);
+        scopes = name.scopes;
         variables.push_back(Describe(*trace, variables.size()));
         const SVariable &variable = variables.back();
         out << "$var " << TypeName(variable.kind) << ' ' << variable.width << ' ' << variable.code << ' '
-            << Reference(*trace);
+            << name.variable;
         out << VectorRange(*trace, variable);
         out << " $end\n";
     }
-    out << "$upscope $end\n$enddefinitions $end\n#0\n$dumpvars\n";
+    WriteVcdScopes(out, scopes, {});
+    out << "$enddefinitions $end\n#0\n$dumpvars\n";
     for (const SVariable &variable : variables)
         out << ChangeLine(variable, std::nullopt) << '\n';
     out << "$end\n";
