@@ -1,6 +1,7 @@
 #include "tools/files/selectedfile.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <iterator>
 #include <utility>
@@ -101,12 +102,18 @@ public:
     std::unique_ptr<IElementWalk> Walk(long long element) override
     {
         std::unique_ptr<IElementWalk> walk = m_file->Walk(element);
-        if (walk == nullptr || (!m_selection.from && !m_selection.until))
+        if (walk == nullptr || !IsStretch())
             return walk;
         return std::make_unique<CStretchWalk>(std::move(walk), m_selection);
     }
+    std::unique_ptr<IElementsWalk> WalkTogether(long long first, std::size_t count, std::size_t all) override
+    {
+        return IsStretch() ? IWaveformFile::WalkTogether(first, count, all) : m_file->WalkTogether(first, count, all);
+    }
 
 private:
+    bool IsStretch() const { return m_selection.from || m_selection.until; }
+
     std::unique_ptr<IWaveformFile> m_file;
     SSelection m_selection;
     std::vector<SFileSignal> m_signals;
