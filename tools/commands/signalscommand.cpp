@@ -3,6 +3,8 @@
 #include <array>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -17,6 +19,7 @@
 #include "tools/files/selectedfile.h"
 #include "tools/files/wavefile.h"
 #include "tools/output.h"
+#include "tools/progress.h"
 #include "tools/quote.h"
 #include "tools/timetext.h"
 #include "waveform/files/signalwalk.h"
@@ -55,11 +58,12 @@ struct SListing {
     bool isNamesOnly;  // the changes have not been counted
 };
 
-SChanges CountChanges(IWaveformFile &file, const SFileSignal &signal)
+SChanges CountChanges(IWaveformFile &file, const SFileSignal &signal, const std::function<void()> &goOn)
 {
     SChanges changes;
     CSignalWalk walk(file, signal);
     for (; walk.Next(); ++changes.changes) {
+        goOn();
         changes.first = changes.changes == 0 ? walk.GetTime() : changes.first;
         changes.last = walk.GetTime();
     }
@@ -76,10 +80,12 @@ std::vector<SSignalRow> ListRows(IWaveformFile &file, bool isNamesOnly)
         return rows;
     }
     std::map<std::vector<long long>, SChanges> counted;
+    tesk::CProgressLine progress("Counting");
+    const auto all = static_cast<long long>(file.GetSignals().size());
     for (const SFileSignal &signal : file.GetSignals()) {
         const auto [changes, isNew] = counted.try_emplace(IdentifyEvents(file, signal));
         if (isNew)
-            changes->second = CountChanges(file, signal);
+            changes->second = CountChanges(file, signal, [&] { progress.Show(std::ssize(rows), all); });
         rows.push_back({changes->second, &signal});
     }
     return rows;

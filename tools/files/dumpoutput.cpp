@@ -7,6 +7,7 @@
 #include "tools/files/dumpvariables.h"
 #include "tools/files/vcdtext.h"
 #include "tools/files/waveoutput.h"
+#include "tools/progress.h"
 #include "waveform/files/filewalk.h"
 
 using tesk::CFileWalk;
@@ -71,7 +72,9 @@ void WriteWaveDump(std::ostream &out, IWaveformFile &file)
     CFileWalk walk(file, dump.Signals());
     long long stamped = 0;
     out << VcdTimeStamp(0, scale) << '\n';
+    tesk::CProgressLine progress("Writing");
     while (walk.Next()) {
+        progress.Show(walk.GetTime(), file.GetEndTime());
         if (walk.GetTime() != stamped)
             out << VcdTimeStamp(walk.GetTime(), scale) << '\n';
         stamped = walk.GetTime();

@@ -1,0 +1,30 @@
+// How far long work is, told on a terminal.
+#pragma once
+
+#include <chrono>
+
+namespace tesk {
+
+/// A line on standard error, from the second second of the work on, and only where that is a terminal. It is wiped at the end.
+class CProgressLine {
+public:
+    /// @param label  such as "Counting"; must outlive the line
+    explicit CProgressLine(const char *label);
+    CProgressLine(const CProgressLine &) = delete;
+    CProgressLine &operator=(const CProgressLine &) = delete;
+    ~CProgressLine();
+
+    /// To be called as often as one likes.
+    void Show(long long done, long long total);
+
+private:
+    void Draw(long long done, long long total);
+
+    const char *m_label;
+    bool m_isShown;
+    std::chrono::steady_clock::time_point m_begin = std::chrono::steady_clock::now();
+    unsigned m_calls = 0;
+    int m_percent = -1;
+};
+
+}  // namespace tesk
