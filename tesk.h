@@ -1,9 +1,12 @@
 // Everything that libtesk exports.
 #pragma once
 
+#include "base/ascii.h"
+#include "base/bytes.h"
 #include "base/export.h"
 #include "base/extendedid.h"
 #include "base/limits.h"
+#include "base/saturate.h"
 #include "base/scalarinfo.h"
 #include "base/stdlogic.h"
 #include "base/wrap.h"

@@ -1,13 +1,24 @@
 #include "base/extendedid.h"
 
-#include <cstring>
+namespace tesk {
+
+std::size_t ExtendedLength(std::string_view name)
+{
+    if (!name.starts_with('\\'))
+        return 0;
+    std::size_t closer = name.find('\\', 1);
+    while (closer != std::string_view::npos && closer + 1 < name.size() && name[closer + 1] == '\\')
+        closer = name.find('\\', closer + 2);
+    return closer != std::string_view::npos ? closer + 1 : 0;
+}
+
+}  // namespace tesk
 
 const char *SkipExtendedID(const char *text)
 {
     if (text == nullptr || *text != '\\')
         return text;
-    const char *end = std::strchr(text + 1, '\\');
-    while (end != nullptr && end[1] == '\\')
-        end = std::strchr(end + 2, '\\');
-    return end != nullptr ? end + 1 : text + std::strlen(text);
+    const std::string_view name = text;
+    const std::size_t length = tesk::ExtendedLength(name);
+    return text + (length != 0 ? length : name.size());
 }

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/ascii.h"
 #include "settings/longnumber.h"
 #include "settings/number/bitwords.h"
 

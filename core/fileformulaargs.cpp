@@ -5,11 +5,15 @@
 #include <string>
 #include <string_view>
 
+#include "base/ascii.h"
 #include "platform/log.h"
+#include "settings/text/views.h"
 
 namespace {
 
 using SimpleString::CStr;
+using tesk::IsDigit;
+using tesk::ToCStr;
 
 // The keywords whose arguments know a switch.
 constexpr unsigned Custom = 1;
@@ -49,11 +53,6 @@ constexpr SSwitch Switches[] = {
     {"-point", Mat, EArgument::Word, &CFileFormulaArgs::m_point, 0},
 };
 
-bool IsDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
 bool IsDigitOrPoint(char c)
 {
     return IsDigit(c) || c == '.';
@@ -62,11 +61,6 @@ bool IsDigitOrPoint(char c)
 bool IsLetter(char c)
 {
     return std::isalpha(static_cast<unsigned char>(c)) != 0;
-}
-
-CStr ToCStr(std::string_view text)
-{
-    return CStr(text.data(), static_cast<unsigned>(text.size()));
 }
 
 // The bytes of a signal name in front of `text`. It ends before a blank, a quote or a comma that stands outside

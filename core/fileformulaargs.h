@@ -28,15 +28,14 @@ public:
 //
 //     file [, signal [, start [, end]]] [[@]offset] {switch}
 //
-// Blanks are the byte 32; the file name loses other white space too. A signal may hold blanks and commas between "("
-// and
+// Blanks are the byte 32; the file name loses other white space too. A signal may hold blanks and commas between "(" and
 // ")" and between backslashes. Switches come in any order, and of a text given twice the last one counts:
 //
 //     -cancel [@]TIME  -r TIME                                       in all three
-//     -row -col -rel -abs -fixed_step -interval TIME -time_points X  in "/txt" and "/mat"; -col, -abs and -fixed_step
-//     do
-//                                                                    nothing, "-row -col" leaves the flag set
+//     -row -col -rel -abs -fixed_step -interval TIME -time_points X  in "/txt" and "/mat"
 //     -time_var X  -point X                                          in "/mat"
+//
+// -col, -abs and -fixed_step do nothing: "-row -col" leaves the flag set.
 //
 // File, signal, start, end, repeat and cancel are emptied first. Deliberate: the other texts and the flags of a record
 // that is used again stay until they are overwritten. The result is false for a null text, which changes nothing, and

@@ -8,6 +8,7 @@
 #include "platform/crt.h"
 #include "settings/decconverter.h"
 #include "settings/longnumber.h"
+#include "settings/text/views.h"
 
 using namespace tesk;
 
@@ -99,11 +100,6 @@ void FinishElement(std::string &element, bool isBitVector)
     ReplaceFirst(element, ",-r", ' ');
 }
 
-SimpleString::CStr ToCStr(const std::string &text)
-{
-    return SimpleString::CStr(text.data(), static_cast<unsigned>(text.size()));
-}
-
 }  // namespace
 
 int CSimpleFormulaParser::Run(const char *formula, std::vector<SimpleString::CStr> &elements, int width,
@@ -130,7 +126,7 @@ int CSimpleFormulaParser::Run(const char *formula, std::vector<SimpleString::CSt
     elements.reserve(texts.size());
     for (std::string &element : texts) {
         FinishElement(element, isBitVector);
-        elements.push_back(ToCStr(element));
+        elements.push_back(tesk::ToCStr(element));
     }
     return static_cast<int>(whole);
 }

@@ -3,13 +3,11 @@
 #include <string_view>
 
 #include "core/plain/tokenviews.h"
+#include "settings/text/views.h"
+
+using tesk::ToCStr;
 
 namespace {
-
-SimpleString::CStr ToCStr(std::string_view text)
-{
-    return SimpleString::CStr(text.data(), static_cast<unsigned>(text.size()));
-}
 
 std::string_view ToView(const SimpleString::CStr &text)
 {

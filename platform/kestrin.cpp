@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "base/saturate.h"
 #include "platform/types/typereader.h"
 #include "platform/types/typevalue.h"
 
@@ -33,13 +34,6 @@ long long Length(const TTypeRange<int> &range)
     return std::max(span + 1, 0LL);
 }
 
-// The product, the largest number if it is larger. Neither factor is negative.
-long long MultiplySaturating(long long left, long long right)
-{
-    constexpr long long Largest = std::numeric_limits<long long>::max();
-    return right != 0 && left > Largest / right ? Largest : left * right;
-}
-
 bool BeginsWithSigned(const std::string &name)
 {
     constexpr std::string_view Signed = "signed";
@@ -57,7 +51,7 @@ bool HasValues(const KTypeInfo &type, const STypeDescription &description)
 // Bytes of a value of a simple type.
 long long SimpleSize(const KTypeInfo &type)
 {
-    return MultiplySaturating(type.GetScalarSize_OldFormat(), type.GetNbOfElements());
+    return tesk::MultiplySaturating(type.GetScalarSize_OldFormat(), type.GetNbOfElements());
 }
 
 }  // namespace
@@ -164,7 +158,7 @@ long long KTypeInfo::GetNbOfElements() const
 {
     long long elements = m_description->kind == ETypeKind::Invalid ? 0 : 1;
     for (const TTypeRange<int> &range : m_description->dimensions)
-        elements = MultiplySaturating(elements, Length(range));
+        elements = tesk::MultiplySaturating(elements, Length(range));
     return elements;
 }
 

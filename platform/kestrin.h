@@ -11,6 +11,9 @@ namespace Kestrin {
 
 struct STypeDescription;
 
+/// The kinds of types, as `KTypeInfo::GetKind` numbers them.
+enum class ETypeKind { Invalid, Enumeration, Integer, Real, Array, Record, Physical };
+
 /// A signal type, read from its description, for instance
 ///
 ///     e#9#std_logicc9 UX01ZWLH-                                          an enumeration
@@ -34,9 +37,9 @@ public:
     /// @return whether `text` is a description as a whole, with nothing behind it. A null text is none.
     static bool CheckTypeInfo(const char *text);
 
-    /// @return 0 invalid, 1 enumeration, 2 integer, 3 real, 4 array, 5 record, 6 physical
+    /// @return the number of an `ETypeKind`; `KindOf` gives it by name
     int GetKind() const;
-    /// Whether the kind is 1, 2, 3 or 6.
+    /// Whether it is an enumeration, an integer, a real or a physical type.
     bool IsScalar() const;
     /// Whether it is a scalar or a one-dimensional array of scalars. Only such a type has values here.
     bool IsSimple() const;
@@ -101,5 +104,16 @@ private:
 
     std::shared_ptr<const STypeDescription> m_description;  // never null
 };
+
+inline ETypeKind KindOf(const KTypeInfo &type)
+{
+    return static_cast<ETypeKind>(type.GetKind());
+}
+
+/// @return `Invalid` for null
+inline ETypeKind KindOf(const KTypeInfo *type)
+{
+    return type != nullptr ? KindOf(*type) : ETypeKind::Invalid;
+}
 
 }  // namespace Kestrin

@@ -51,8 +51,7 @@ public:
     /// is written in finer units, below "fs" it is cut.
     /// @param unit    id of the time unit of the formula, -1 for the coarsest one in which the period is whole
     /// @param offset  receives the offset, and the formula begins at 0; null puts the offset into the formula. It
-    /// counts
-    ///                in the formula's unit, whichever that is
+    ///                counts in the formula's unit, whichever that is
     /// @return true. A unit without a name is written as "(null)", which no formula reader takes
     bool GenerateFormula(SimpleString::CStr &formula, int unit, long long *offset) const;
 

@@ -10,6 +10,7 @@
 #include <new>
 #include <string>
 
+#include "base/ascii.h"
 #include "settings/text/textformat.h"
 
 namespace SimpleString {
@@ -46,22 +47,6 @@ char *EmptyBlock()
 {
     static char *const block = NewBlock(1);
     return block;
-}
-
-std::array<bool, 256> MakeWhiteTable()
-{
-    std::array<bool, 256> table{};
-    for (int c = 0; c < 256; ++c)
-        table[static_cast<std::size_t>(c)] = std::isspace(c) != 0;
-    return table;
-}
-
-// Filled at start-up, so a later change of the locale changes nothing here.
-const std::array<bool, 256> g_whiteTable = MakeWhiteTable();
-
-bool IsWhite(char c)
-{
-    return g_whiteTable[static_cast<unsigned char>(c)];
 }
 
 // Lengths are 32-bit words; what does not fit cannot be stored.
@@ -195,7 +180,7 @@ void CStr::Empty()
 void CStr::TrimLeft()
 {
     const int length = GetLength();
-    const int white = static_cast<int>(std::find_if_not(m_text, m_text + length, IsWhite) - m_text);
+    const int white = static_cast<int>(std::find_if_not(m_text, m_text + length, tesk::IsSpace) - m_text);
     if (white == 0)
         return;
     Reserve(-1);
@@ -206,7 +191,7 @@ void CStr::TrimLeft()
 void CStr::TrimRight()
 {
     int length = GetLength();
-    while (length > 0 && IsWhite(m_text[length - 1]))
+    while (length > 0 && tesk::IsSpace(m_text[length - 1]))
         --length;
     if (length == GetLength())
         return;

@@ -35,7 +35,8 @@ SimpleString::CStr TrimmedUpperCase(const char *text)
     return trimmed;
 }
 
-int DigitValue(char digit)
+// No character is refused: what is no digit counts as its distance from one.
+int UncheckedDigit(char digit)
 {
     return digit <= '9' ? digit - '0' : digit - '7';  // 'A' is 10
 }
@@ -94,7 +95,7 @@ bool TKc_decConverter::convert(SimpleString::CStr &text, int radix)
     const std::string_view digits(text, static_cast<std::size_t>(text.GetLength()));
     const auto used = std::min(digits.size(), static_cast<std::size_t>(ValueBits / bits));
     for (const char digit : digits.substr(digits.size() - used))
-        m_magnitude = m_magnitude << bits | static_cast<unsigned>(DigitValue(digit));
+        m_magnitude = m_magnitude << bits | static_cast<unsigned>(UncheckedDigit(digit));
     return true;
 }
 

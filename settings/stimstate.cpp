@@ -10,12 +10,12 @@
 #include "settings/text/fields.h"
 #include "settings/timeunits.h"
 
+using tesk::TimeUnit::Femtoseconds;
+using tesk::TimeUnit::Minutes;
+
 namespace {
 
 constexpr char Separator = ';';
-constexpr int Femtoseconds = 0;
-constexpr int Picoseconds = 1;
-constexpr int Minutes = 6;
 
 // Reads a time into femtoseconds.
 std::optional<long long> ReadTime(std::string_view text)
@@ -24,8 +24,7 @@ std::optional<long long> ReadTime(std::string_view text)
     int unit = -1;
     if (!tesk::TextToTime(std::string(text).c_str(), &value, &unit))
         return std::nullopt;
-    if (unit == -1)
-        unit = Picoseconds;
+    unit = tesk::UnitOrDefault(unit);
     return tesk::TruncateToInt64(tesk::ChangeTime(value, static_cast<unsigned>(unit), Femtoseconds));
 }
 

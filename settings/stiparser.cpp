@@ -10,6 +10,7 @@
 #include <string>
 #include <utility>
 
+#include "base/ascii.h"
 #include "base/wrap.h"
 #include "platform/crt.h"
 #include "settings/text/fields.h"
@@ -52,7 +53,7 @@ bool AreEqual(const char *left, const char *right)
 
 const char *SkipSpace(const char *text)
 {
-    while (std::isspace(static_cast<unsigned char>(*text)) != 0)
+    while (tesk::IsSpace(*text))
         ++text;
     return text;
 }

@@ -93,8 +93,7 @@ TESK_API void MergeHotKeyData(unsigned long key, const char *data, SimpleString:
 /// Reads the text of a hot-key stimulator. What stands behind a further "/" is dropped.
 /// @param text  a null one fails
 /// @param key   receives the number, read as the platform's `long`, also if there is no stimulator behind it; left
-/// alone
-///              if there is no number either; may be null
+///              alone if there is no number either; may be null
 /// @param data  receives the stimulator; emptied on failure
 /// @return false if there is no stimulator
 TESK_API bool ParseHotKeyData(const char *text, unsigned long *key, SimpleString::CStr &data);

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
 
+#include "base/ascii.h"
 #include "base/wrap.h"
 #include "platform/crt.h"
 
@@ -16,7 +16,7 @@ namespace tesk {
 namespace {
 
 constexpr unsigned UnknownUnit = 0xFFFFFFFF;
-constexpr int Seconds = 5;
+using TimeUnit::Seconds;
 
 struct STimeUnit {
     const char *name;
@@ -50,11 +50,6 @@ T Factor(unsigned finer, unsigned coarser)
     return factor;
 }
 
-bool IsSpace(char c)
-{
-    return std::isspace(static_cast<unsigned char>(c)) != 0;
-}
-
 const char *SkipSpace(const char *text)
 {
     while (IsSpace(*text))
@@ -64,7 +59,7 @@ const char *SkipSpace(const char *text)
 
 bool IsNumberPart(char c)
 {
-    return (c >= '0' && c <= '9') || c == '.' || c == '-';
+    return IsDigit(c) || c == '.' || c == '-';
 }
 
 // The digits of [begin, end) but for the one at `point`, as one integer.
@@ -89,7 +84,7 @@ int Exponent(const char *text)
     if (*text == '+' || *text == '-')
         ++text;
     int exponent = 0;
-    for (; *text >= '0' && *text <= '9'; ++text)
+    for (; IsDigit(*text); ++text)
         exponent = std::min(exponent * 10 + (*text - '0'), 100000);
     return negative ? -exponent : exponent;
 }

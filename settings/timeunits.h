@@ -8,8 +8,19 @@
 
 namespace tesk {
 
-// Time unit ids: 0 "fs", 1 "ps", 2 "ns", 3 "us", 4 "ms", 5 "sec", 6 "min", 7 "hr". Frequency unit ids: 0 "Hz",
-// 1 "kHz", 2 "MHz", 3 "GHz". 0xFFFFFFFF, as an int -1, is an unknown unit.
+/// Ids of the time units "fs", "ps", "ns", "us", "ms", "sec", "min" and "hr". 0xFFFFFFFF, as an int -1, is an unknown
+/// unit.
+namespace TimeUnit {
+enum EId { Femtoseconds, Picoseconds, Nanoseconds, Microseconds, Milliseconds, Seconds, Minutes, Hours };
+}  // namespace TimeUnit
+
+/// The id of a unit, that of "ps" for a time without one, which is -1.
+constexpr int UnitOrDefault(int unit)
+{
+    return unit != -1 ? unit : TimeUnit::Picoseconds;
+}
+
+// Frequency unit ids: 0 "Hz", 1 "kHz", 2 "MHz", 3 "GHz".
 
 /// Converts a time from one unit to another. @return -1.0 for an unknown unit
 TESK_API double ChangeTime(double value, unsigned from, unsigned to);
@@ -74,6 +85,14 @@ struct TESK_API STimeValue {
     /// @param displayUnit  the low 16 bits are kept
     /// @param resolution   0 or negative leaves the ticks 0
     void SetFromValue(double value, int unit, int displayUnit, long long resolution);
+
+    /// The time 0, in "fs".
+    static STimeValue Zero()
+    {
+        STimeValue zero;
+        zero.m_value = 0;
+        return zero;
+    }
 
     /// Stores a count of ticks; the value is in "fs" and wraps.
     void SetFromTicks(long long ticks, long long resolution);

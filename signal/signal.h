@@ -276,8 +276,8 @@ public:
     virtual long LoadFromDatabase(NTARN::IDatabaseReader *reader) = 0;
     virtual long LoadFromList(ISignalListReader *reader) = 0;
     virtual long Export(ISignalListWriter *writer) = 0;
-    /// Adds the signal of a database handle with everything below it. @param out  the signal, no reference; null on
-    /// failure
+    /// Adds the signal of a database handle with everything below it.
+    /// @param out  the signal, no reference; null on failure
     virtual long AddFromDatabase(NTARN::IDatabaseReader *reader, ISignal *parent, int handle, ISignal **out) = 0;
     /// Adds a row of a list with everything below it.
     /// @return S_OK; E_INVALIDARG for a row that is no signal; E_FAIL

@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr int Seconds = 5;
+constexpr int Seconds = tesk::TimeUnit::Seconds;
 
 std::string Digits(Int128 number)
 {

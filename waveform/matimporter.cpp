@@ -27,7 +27,6 @@ namespace {
 
 constexpr int Failed = 0;
 constexpr int NoData = -1;
-constexpr int EnumerationKind = 1;
 constexpr int MaximumWidth = 1 << 24;                // a signal has no more elements
 constexpr double TimeLimit = 9223372036854775808.0;  // 2^63
 
@@ -97,7 +96,7 @@ int CMatImport::Run()
     if (m_source.lane != -1 && m_source.lane <= *lane)
         ++*lane;
     // Deliberate: for a bit this is not tested. It gets what lies at the places of its lane, most often nothing.
-    if (type->GetKind() != EnumerationKind && !HasLane(*lane)) {
+    if (KindOf(type) != Kestrin::ETypeKind::Enumeration && !HasLane(*lane)) {
         LogNoData();
         return NoData;
     }

@@ -8,8 +8,8 @@
 
 /// An open file.
 struct SOpenWaveformFile {
-    void *m_reader =
-        nullptr;  ///< owned; a `WaveStore` if the key is that of a VCD file, else an `NTARN::IDatabaseReader`
+    /// Owned; a `WaveStore` if the key is that of a VCD file, else an `NTARN::IDatabaseReader`.
+    void *m_reader = nullptr;
     unsigned char m_useCount = 0;  ///< 1 for the first use and 1 for each further one; wraps, and nothing reads it
 };
 

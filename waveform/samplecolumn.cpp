@@ -13,7 +13,7 @@ int g_NextSampleHandle = 1;
 
 namespace {
 
-enum EKind { Integer = 2, Real = 3, Array = 4, Physical = 6 };
+using Kestrin::ETypeKind;
 
 constexpr int IntegerBits = 32;
 constexpr int PhysicalWidth = 8;
@@ -52,18 +52,18 @@ void ClassifyValueType(ISignal *signal, CSampleColumn &column, int &width, int &
     width = 1;
     radix = -2;
     const Kestrin::KTypeInfo *type = signal != nullptr ? signal->GetTypeInfo() : nullptr;
-    switch (type != nullptr ? type->GetKind() : 0) {
-    case Integer:
+    switch (KindOf(type)) {
+    case ETypeKind::Integer:
         column.m_isInteger = true;
         width = IntegerBits;
         radix = type->IsVerilog() && !type->IsSigned() ? 10 : -10;
         break;
-    case Real: column.m_isReal = true; break;
-    case Array:
+    case ETypeKind::Real: column.m_isReal = true; break;
+    case ETypeKind::Array:
         width = BitCount(*type);
         radix = ArrayRadix(*type);
         break;
-    case Physical:
+    case ETypeKind::Physical:
         column.m_isInteger = true;
         width = PhysicalWidth;
         radix = 10;

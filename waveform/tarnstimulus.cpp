@@ -19,8 +19,6 @@ using NTARN::KEventIterator;
 
 namespace {
 
-constexpr int Record = 5;
-
 HSignalRange TopLevel(IDatabaseReader &reader)
 {
     const int *begin = reader.RootHandlesBegin();
@@ -42,7 +40,7 @@ int FindTarnHandle(IDatabaseReader &reader, const char *name, const std::string 
             return handle;
         if (match == ENameMatch::Differs)
             continue;
-        if (reader.GetType(handle).GetKind() == Record)
+        if (KindOf(reader.GetType(handle)) == Kestrin::ETypeKind::Record)
             path += '.';
         const int found = FindTarnHandle(reader, name, path, children, depth + 1);
         if (found != -1)

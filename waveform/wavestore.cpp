@@ -29,8 +29,6 @@ struct WaveStore::WaveSignal {
 
 namespace {
 
-constexpr int ArrayKind = 4;
-constexpr int RecordKind = 5;
 constexpr std::size_t NoRun = CEventRun::NotShared;
 
 // Room for one more; a quarter at a time, since doubling would hold twice of what there is.
@@ -58,7 +56,7 @@ bool FindElement(const Kestrin::KTypeInfo &type, long long index, long long &ele
     int left = 0;
     int right = 0;
     int direction = 0;
-    if (type.GetKind() != ArrayKind || !type.GetArrayDimensionRanges(0, left, right, direction))
+    if (KindOf(type) != Kestrin::ETypeKind::Array || !type.GetArrayDimensionRanges(0, left, right, direction))
         return false;
     const bool isUpward = direction == 0;
     if (index < (isUpward ? left : right) || index > (isUpward ? right : left))
@@ -242,9 +240,10 @@ const Kestrin::KTypeInfo *WaveStore::GetSignalType(long long handle, bool whole)
         return nullptr;
     if (whole)
         return signal->m_type;
-    switch (signal->m_type->GetKind()) {
-    case ArrayKind: return signal->m_type->GetArrayElementKTypeInfo();
-    case RecordKind: return FieldType(*signal->m_type, tesk::WrapSubtract(handle, signal->m_firstHandle));
+    switch (KindOf(signal->m_type)) {
+    case Kestrin::ETypeKind::Array: return signal->m_type->GetArrayElementKTypeInfo();
+    case Kestrin::ETypeKind::Record:
+        return FieldType(*signal->m_type, tesk::WrapSubtract(handle, signal->m_firstHandle));
     default: return signal->m_type;
     }
 }

@@ -6,12 +6,11 @@
 #include "base/wrap.h"
 #include "core/plain/tokenviews.h"
 #include "platform/crt.h"
+#include "settings/text/views.h"
 
 using namespace tesk;
 
 namespace {
-
-constexpr int Picoseconds = 1;  // the unit of a time that names none
 
 std::string_view TakeWord(std::string_view &rest)
 {
@@ -50,8 +49,7 @@ STimeValue ReadTime(std::string_view numberToken, std::string_view &rest)
     double value = 0.0;
     int unit = -1;
     tesk::TextToTime(number.c_str(), &value, &unit);
-    if (unit == -1)
-        unit = Picoseconds;
+    unit = UnitOrDefault(unit);
     STimeValue time;
     time.SetFromValue(value, unit, unit, g_simRes);
     return time;
@@ -133,16 +131,14 @@ CStimulus::CFormulaReader::EReading CStimulus::CFormulaReader::ReadEvent(std::st
     }
     const bool hasTime = !number.empty();
     bool absolute = false;
-    STimeValue time;
+    STimeValue time = STimeValue::Zero();
     if (hasTime) {
         absolute = TakeAbsoluteMark(number);
         time = ReadTime(number, rest);
-    } else {
-        time.SetFromValue(0.0, 0, 0, g_simRes);
     }
 
     auto event = std::make_unique<CSimpleStimulus>();
-    const SimpleString::CStr text(value.data(), static_cast<unsigned>(value.size()));
+    const SimpleString::CStr text = ToCStr(value);
     if (!event->Init(text, time, m_stimulus.m_width, absolute, m_binaryValues, m_rawValues))
         return EReading::Refused;
     event->SetFlag(CSimpleStimulus::HasTime, hasTime);

@@ -14,9 +14,9 @@ using tesk::WrapSubtract;
 
 CStimulus::CStimulus(int width) : m_width(width)
 {
-    m_repeat.SetFromValue(0.0, 0, 0, 1000);
-    m_offset.SetFromValue(0.0, 0, 0, 1000);
-    m_cancel.SetFromValue(0.0, 0, 0, 1000);
+    m_repeat = STimeValue::Zero();
+    m_offset = STimeValue::Zero();
+    m_cancel = STimeValue::Zero();
 }
 
 CStimulus::~CStimulus() = default;
@@ -43,7 +43,7 @@ void CStimulus::MoveRelativeEventsToOffset()
     const auto isRelative = [](const auto &event) { return !event->IsAbsolute(); };
     const auto first = std::ranges::find_if(m_events, isRelative);
     if (first == m_events.end() || (*first)->GetTime() <= 0) {
-        m_offset.SetFromValue(0.0, 0, 0, 1000);
+        m_offset = STimeValue::Zero();
         return;
     }
     m_offset = (*first)->m_time;

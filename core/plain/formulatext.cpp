@@ -5,6 +5,7 @@
 
 #include "base/wrap.h"
 #include "core/stimulus.h"
+#include "settings/text/views.h"
 
 using tesk::WrapAdd;
 using tesk::WrapMultiply;
@@ -61,7 +62,7 @@ void CStimulus::GetFormula(SimpleString::CStr &formula)
         text += " -cancel ";
         text += cancel;
     }
-    formula = SimpleString::CStr(text.data(), static_cast<unsigned>(text.size()));
+    formula = tesk::ToCStr(text);
 }
 
 void CStimulus::GetTimeString(long long time, SimpleString::CStr &text) const

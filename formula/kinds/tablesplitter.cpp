@@ -16,15 +16,15 @@ namespace tesk {
 
 namespace {
 
-enum EKind { Integer = 2, Array = 4, Record = 5, Physical = 6 };
+using Kestrin::ETypeKind;
 
 // Whether the elements of a signal are composite, or numbers, which have tables of their own.
 bool HasOwnTables(const Kestrin::KTypeInfo *type)
 {
-    if (type == nullptr || type->GetKind() != Array)
-        return type != nullptr && type->GetKind() == Record;
-    const Kestrin::KTypeInfo *element = type->GetArrayElementKTypeInfo();
-    return element != nullptr && element->GetKind() >= Integer && element->GetKind() <= Physical;
+    if (KindOf(type) != ETypeKind::Array)
+        return KindOf(type) == ETypeKind::Record;
+    const ETypeKind element = KindOf(type->GetArrayElementKTypeInfo());
+    return element != ETypeKind::Invalid && element != ETypeKind::Enumeration;
 }
 
 void AppendOption(std::string &text, const char *option, const SimpleString::CStr &argument)

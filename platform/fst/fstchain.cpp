@@ -2,32 +2,17 @@
 
 #include <array>
 
+#include "base/bytes.h"
 #include "base/stdlogic.h"
+#include "platform/types/stateletters.h"
 
 namespace NTARN {
 namespace {
 
-using CLetterTable = std::array<std::uint8_t, 256>;
-
 constexpr std::uint8_t X = 1;
 
-constexpr CLetterTable TableOf(std::string_view letters, std::string_view values)
-{
-    CLetterTable table = {};
-    table.fill(X);
-    for (std::size_t i = 0; i < letters.size(); ++i)
-        table[static_cast<std::uint8_t>(letters[i])] = static_cast<std::uint8_t>(tesk::StdLogicLetters.find(values[i]));
-    return table;
-}
-
-constexpr CLetterTable ValueTable = TableOf("UX01ZWLH-uxzwlh?", "UX01ZWLH-UXZWLH-");
-// The states of IEEE 1364-2005, 18.4.3.1: driven from outside, from inside, from both.
-constexpr CLetterTable PortTable = TableOf("DUNZdu"
-                                           "LHXTlh"
-                                           "01?FAaBbCcf",
-                                           "01XZ01"
-                                           "01XZ01"
-                                           "01XZXXXXXXZ");
+constexpr CStatePositions ValueTable = PositionsOf(ValueStates, X);
+constexpr CStatePositions PortTable = PositionsOf(PortStates, X);
 
 // The letters of a single bit that is neither 0 nor 1.
 constexpr std::string_view ExtraLetters = "xzhuwl-?";
@@ -52,10 +37,7 @@ std::uint8_t FstPortValue(std::uint8_t letter)
 
 std::uint64_t FstReal(SFstSpan bytes, bool isBigEndian)
 {
-    std::uint64_t bits = 0;
-    for (std::size_t i = 0; i < 8; ++i)
-        bits = bits << 8 | bytes[isBigEndian ? i : 7 - i];
-    return bits;
+    return isBigEndian ? tesk::LoadBigEndian(bytes.data(), 8) : tesk::LoadLittleEndian(bytes.data(), 8);
 }
 
 // Bit 0 tells whether bit 1 is the value, or bits 1 to 3 choose the letter; the times to step stand above.

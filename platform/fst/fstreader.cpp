@@ -7,6 +7,7 @@
 
 #include "platform/felvarbase.h"
 #include "platform/log.h"
+#include "platform/types/dumptypes.h"
 
 namespace NTARN {
 namespace {
@@ -14,9 +15,6 @@ namespace {
 using Kestrin::KTypeInfo;
 
 constexpr int FemtosecondScale = -15;
-
-const char *const BitType = "e#9#std_logicc9 UX01ZWLH-";
-const char *const RealType = "f#4#realrrct-1.79769e+308 1.79769e+308";
 
 long long PowerOfTen(int exponent)
 {
@@ -57,15 +55,6 @@ long long TimeZero(const SFstLayout &layout)
 {
     const auto begin = static_cast<long long>(layout.Begin());
     return layout.header.timeZero < -begin ? -begin : layout.header.timeZero;
-}
-
-std::string BusTypeText(int left, int right)
-{
-    const std::string bounds[] = {std::to_string(left), std::to_string(right)};
-    const bool isDown = left >= right;
-    const std::string name = "std_logic_vector(" + bounds[0] + (isDown ? " downto " : " to ") + bounds[1] + ")";
-    return "a#" + std::to_string(name.size()) + "#" + name + "1 ric" + (isDown ? "d" : "t") + bounds[0] + " " +
-           bounds[1] + " " + BitType;
 }
 
 void Warn(const std::string &text)
@@ -109,8 +98,8 @@ std::string CFstReader::GetName(int handle)
 const KTypeInfo &CFstReader::GetType(int handle)
 {
     static const KTypeInfo none("");
-    static const KTypeInfo bit(BitType);
-    static const KTypeInfo real(RealType);
+    static const KTypeInfo bit(Kestrin::StdLogicTypeText.data());
+    static const KTypeInfo real(Kestrin::RealTypeText.data());
     const auto [variable, element] = Find(handle);
     if (variable == nullptr)
         return none;
@@ -162,7 +151,7 @@ const KTypeInfo &CFstReader::BusType(const SFstName &name)
     const auto known = m_busTypes.find({name.left, name.right});
     if (known != m_busTypes.end())
         return known->second;
-    const KTypeInfo type(BusTypeText(name.left, name.right).c_str());
+    const KTypeInfo type(Kestrin::BusTypeText(name.left, name.right).c_str());
     return m_busTypes.emplace(std::pair(name.left, name.right), type).first->second;
 }
 

@@ -9,11 +9,10 @@
 
 #include "base/stdlogic.h"
 #include "platform/names/signalname.h"
+#include "platform/types/dumptypes.h"
 
 namespace NTARN {
 namespace {
-
-constexpr std::string_view StdLogicText = "e#9#std_logicc9 UX01ZWLH-";
 
 // <kind>#<len>#<name>
 std::string Head(char kind, std::string_view name)
@@ -72,7 +71,7 @@ std::string EnumerationText(const CGhwTypes &types, const SGhwType &type)
     const std::string head = Head('e', types.Strings().Text(type.name));
     const std::string characters = CharactersOf(types.Strings(), base);
     if (characters == tesk::StdLogicLetters)
-        return std::string(StdLogicText);
+        return std::string(Kestrin::StdLogicTypeText);
     if (!characters.empty())
         return head + 'c' + count + ' ' + characters;
     std::string text = head + 's' + count + ' ';

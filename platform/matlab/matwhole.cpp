@@ -4,6 +4,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "base/bytes.h"
+
 namespace {
 
 // Words of a file in either byte order, and a place in it that never lies behind the end.
@@ -21,9 +23,8 @@ public:
         char bytes[sizeof word];
         if (!m_file.read(bytes, sizeof bytes))
             return false;
-        word = 0;
-        for (int i = 0; i < 4; ++i)
-            word |= std::uint32_t(static_cast<unsigned char>(bytes[i])) << 8 * (m_isBigEndian ? 3 - i : i);
+        word = static_cast<std::uint32_t>(m_isBigEndian ? tesk::LoadBigEndian(bytes, sizeof bytes)
+                                                        : tesk::LoadLittleEndian(bytes, sizeof bytes));
         return true;
     }
 

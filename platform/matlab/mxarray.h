@@ -30,8 +30,8 @@ struct mxArray_tag {
     std::size_t elements = 0;             ///< the product of the sizes
     std::unique_ptr<double[]> real;       ///< the real parts of doubles, column by column
     std::vector<std::string> fieldNames;  ///< of a structure
-    std::vector<std::unique_ptr<mxArray_tag>>
-        fieldValues;  ///< all fields of element 0, then of element 1, ...; any null
+    /// All fields of element 0, then of element 1, ...; any null.
+    std::vector<std::unique_ptr<mxArray_tag>> fieldValues;
 };
 
 using mxArray = mxArray_tag;

@@ -3,6 +3,8 @@
 #include <algorithm>
 
 namespace NTARN {
+
+using tesk::ExtendedLength;
 namespace {
 
 constexpr std::string_view BehindAnIdentifier = " .[(";
@@ -23,16 +25,6 @@ bool IsExtended(std::string_view name)
 }
 
 }  // namespace
-
-std::size_t ExtendedLength(std::string_view name)
-{
-    if (!name.starts_with('\\'))
-        return 0;
-    std::size_t closer = name.find('\\', 1);
-    while (closer != std::string_view::npos && closer + 1 < name.size() && name[closer + 1] == '\\')
-        closer = name.find('\\', closer + 2);
-    return closer != std::string_view::npos ? closer + 1 : 0;
-}
 
 std::string SpellSignalName(std::string_view name)
 {

@@ -4,11 +4,9 @@
 #include <string>
 #include <string_view>
 
-namespace NTARN {
+#include "base/extendedid.h"
 
-/// The length of the extended identifier `\...\` that a name begins with; 0 if it begins with none, or with one that is
-/// not closed. A doubled backslash does not close it.
-std::size_t ExtendedLength(std::string_view name);
+namespace NTARN {
 
 /// Spells the name of a scope or of a signal, without what is in brackets behind it. "(" and ")" become "[" and "]",
 /// since a formula takes both for the same. A Verilog escaped identifier, `\a+b`, is spelled as an extended one, `\a+b\`,

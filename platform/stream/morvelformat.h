@@ -8,6 +8,8 @@
 #include <string_view>
 #include <type_traits>
 
+#include "base/bytes.h"
+
 namespace Morvel {
 
 constexpr std::string_view Magic{"teskevs\n", 8};
@@ -39,11 +41,7 @@ constexpr std::uint64_t BlockCount(std::uint64_t events)
 template <class T>
 void Append(std::string &bytes, T number)
 {
-    auto rest = static_cast<std::make_unsigned_t<T>>(number);
-    for (std::size_t i = 0; i < sizeof(T); ++i) {
-        bytes += static_cast<char>(rest & 0xFF);
-        rest = static_cast<std::make_unsigned_t<T>>(sizeof(T) == 1 ? 0 : rest >> 8);
-    }
+    tesk::AppendLittleEndian(static_cast<std::make_unsigned_t<T>>(number), sizeof(T), bytes);
 }
 
 /// Takes numbers and texts off the front of bytes; once something is missing all that follows is 0 and empty.
@@ -54,11 +52,8 @@ public:
     template <class T>
     T Take()
     {
-        std::make_unsigned_t<T> number = 0;
         const std::string_view bytes = TakeBytes(sizeof(T));
-        for (std::size_t i = bytes.size(); i-- > 0;)
-            number = static_cast<std::make_unsigned_t<T>>(number << 8 | static_cast<unsigned char>(bytes[i]));
-        return static_cast<T>(number);
+        return static_cast<T>(tesk::LoadLittleEndian(bytes.data(), bytes.size()));
     }
 
     std::string_view TakeBytes(std::uint64_t count)

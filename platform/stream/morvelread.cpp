@@ -143,7 +143,7 @@ EventsPtr CRawMorvelRead::LoadNew(const SSignalEntry &signal)
 {
     const Kestrin::KTypeInfo &type = m_file.index->TypeOf(signal);
     if (signal.childCount > 0)
-        return type.GetKind() == 4 && type.IsSimple() ? LoadBus(signal, type) : nullptr;
+        return KindOf(type) == Kestrin::ETypeKind::Array && type.IsSimple() ? LoadBus(signal, type) : nullptr;
     if (type.IsScalar())
         return LoadScalar(signal, type.GetScalarSize_OldFormat());
     if (signal.events > 0)

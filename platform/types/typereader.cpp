@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <utility>
 
+#include "base/extendedid.h"
+
 namespace Kestrin {
 
 namespace {
@@ -89,23 +91,12 @@ bool TakeLiteral(std::string_view &rest, std::string_view &literal)
     return Take(rest, ' ');
 }
 
-// Bytes of a name in extended form, `\a name\` with inner backslashes doubled, or npos.
-std::size_t ExtendedNameSize(std::string_view rest)
-{
-    if (rest.empty() || rest.front() != '\\')
-        return std::string_view::npos;
-    std::size_t end = rest.find('\\', 1);
-    while (end != std::string_view::npos && rest.substr(end, 2) == "\\\\")
-        end = rest.find('\\', end + 2);
-    return end == std::string_view::npos ? end : end + 1;
-}
-
 // A field's name and the blank behind it. Only a name in extended form holds blanks.
 bool TakeFieldName(std::string_view &rest, std::string &name)
 {
-    const std::size_t size = ExtendedNameSize(rest);
+    const std::size_t size = tesk::ExtendedLength(rest);
     std::string_view word;
-    if (size < rest.size() && rest[size] == ' ') {
+    if (size > 0 && size < rest.size() && rest[size] == ' ') {
         word = TakeBytes(rest, size);
         rest.remove_prefix(1);
     } else if (!TakeWord(rest, word)) {

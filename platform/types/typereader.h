@@ -11,8 +11,6 @@
 
 namespace Kestrin {
 
-enum class ETypeKind { Invalid, Enumeration, Integer, Real, Array, Record, Physical };
-
 template <class T>
 struct TTypeRange {
     bool constrained = true;

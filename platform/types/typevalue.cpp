@@ -9,26 +9,14 @@
 #include <optional>
 #include <unordered_map>
 
+#include "base/bytes.h"
+
 namespace Kestrin {
 
 namespace {
 
 constexpr std::size_t MostLiteralsInOneByte = 256;
 constexpr std::size_t MostLiteralsInTwoBytes = 65536;
-
-std::uint64_t LoadLittleEndian(const unsigned char *bytes, unsigned size)
-{
-    std::uint64_t value = 0;
-    for (unsigned i = 0; i < size; ++i)
-        value |= std::uint64_t{bytes[i]} << (8 * i);
-    return value;
-}
-
-void AppendLittleEndian(std::uint64_t value, unsigned size, std::string &bytes)
-{
-    for (unsigned i = 0; i < size; ++i)
-        bytes += static_cast<char>(value >> (8 * i) & 0xFF);
-}
 
 // The number that is the whole text.
 template <class T>
@@ -73,7 +61,7 @@ public:
     {
         const std::optional<std::uint64_t> value = Read(text);
         if (value)
-            AppendLittleEndian(*value, m_size, bytes);
+            tesk::AppendLittleEndian(*value, m_size, bytes);
         return value.has_value();
     }
 
@@ -168,7 +156,7 @@ unsigned ScalarSize(const STypeDescription &type)
 
 std::string ScalarText(const STypeDescription &type, const unsigned char *bytes)
 {
-    const std::uint64_t value = LoadLittleEndian(bytes, ScalarSize(type));
+    const std::uint64_t value = tesk::LoadLittleEndian(bytes, ScalarSize(type));
     switch (type.kind) {
     case ETypeKind::Enumeration:
         return value < type.literals.size() ? std::string(type.literals[value]) : std::string();

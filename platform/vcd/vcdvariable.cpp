@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "platform/names/signalname.h"
+#include "platform/types/dumptypes.h"
 #include "platform/vcd/vcdtext.h"
 #include "platform/vcd/vcdwords.h"
 
@@ -63,7 +64,7 @@ SReference ReadReference(std::string_view rest)
     SReference reference;
     rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
     // Blanks may stand in an extended identifier, but not in an escaped one, which ends at the first.
-    const std::size_t extended = ExtendedLength(rest);
+    const std::size_t extended = tesk::ExtendedLength(rest);
     if (extended > 0 && (extended == rest.size() || rest[extended] == ' ' || rest[extended] == '[')) {
         reference.text = rest.substr(0, extended);
         rest.remove_prefix(extended);
@@ -219,17 +220,11 @@ SVcdVariable ReadVcdVariable(std::string_view body)
 
 std::string VcdTypeText(const SVcdVariable &variable)
 {
-    const std::string element = "e#9#std_logicc9 UX01ZWLH-";
-    if (variable.kind == EVcdKind::Real)
-        return "f#4#realrrct-1.79769e+308 1.79769e+308";
-    if (variable.kind != EVcdKind::Bus)
-        return element;
-    const bool isUpward = variable.left < variable.right;
-    const std::string left = std::to_string(variable.left);
-    const std::string right = std::to_string(variable.right);
-    const std::string name = "std_logic_vector(" + left + (isUpward ? " to " : " downto ") + right + ")";
-    return "a#" + std::to_string(name.size()) + "#" + name + "1 ric" + (isUpward ? "t" : "d") + left + " " + right +
-           " " + element;
+    switch (variable.kind) {
+    case EVcdKind::Real: return std::string(Kestrin::RealTypeText);
+    case EVcdKind::Bus: return Kestrin::BusTypeText(variable.left, variable.right);
+    default: return std::string(Kestrin::StdLogicTypeText);
+    }
 }
 
 long long ReadVcdTimescale(std::string_view body)

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <limits>
 
+#include "platform/types/stateletters.h"
 #include "platform/vcd/vcdtext.h"
 
 namespace NTARN::NImport {
@@ -33,29 +34,10 @@ constexpr SVcdCommand Commands[] = {
     {"$vcdclose", EVcdCommand::Close},
 };
 
-// Letters that have one position.
-struct SLevel {
-    std::string_view letters;
-    std::uint8_t position;
-};
-
-template <std::size_t Count>
-constexpr CVcdLetters MakeLetters(const SLevel (&levels)[Count])
-{
-    CVcdLetters positions{};
-    positions.fill(NoVcdLetter);
-    for (const SLevel &level : levels) {
-        for (const char letter : level.letters)
-            positions[static_cast<unsigned char>(letter)] = level.position;
-    }
-    return positions;
-}
-
 }  // namespace
 
-constexpr CVcdLetters VcdLetters =
-    MakeLetters({{"Uu", 0}, {"Xx", 1}, {"0", 2}, {"1", 3}, {"Zz", 4}, {"Ww", 5}, {"Ll", 6}, {"Hh", 7}, {"-?", 8}});
-constexpr CVcdLetters VcdPortLetters = MakeLetters({{"NX?AaBbCc", 1}, {"DdLl0", 2}, {"UuHh1", 3}, {"ZTFf", 4}});
+constexpr CVcdLetters VcdLetters = PositionsOf(ValueStates, NoVcdLetter);
+constexpr CVcdLetters VcdPortLetters = PositionsOf(PortStates, NoVcdLetter);
 
 std::string_view TakeVcdWord(std::string_view &rest)
 {

@@ -10,13 +10,14 @@
 #include "settings/brel.h"
 #include "settings/brel/breltime.h"
 #include "settings/decconverter.h"
+#include "settings/timeunits.h"
 
 using namespace tesk;
 
 namespace {
 
-constexpr int Nanoseconds = 2;
-constexpr int Minutes = 6;
+using TimeUnit::Minutes;
+using TimeUnit::Nanoseconds;
 
 // In hexadecimal, a number without its base, such as "FF".
 std::string HexText(int value)

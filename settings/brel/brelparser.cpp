@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/ascii.h"
 #include "base/wrap.h"
 
 namespace tesk {
@@ -13,16 +14,6 @@ namespace tesk {
 namespace {
 
 constexpr int MostNested = 1000;
-
-bool IsSpace(char c)
-{
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-bool IsDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
 
 // Takes the digits off the front of `rest`.
 std::string_view TakeDigits(std::string_view &rest)

@@ -54,13 +54,11 @@ bool CCounterState::Initialize(const char *formula, int length)
 
 bool CCounterState::ReadPeriod()
 {
-    constexpr int Picoseconds = 1;
     double period = 0.0;
     int unit = -1;
     if (!TextToTime(m_countPeriod, &period, &unit))
         return false;
-    if (unit == -1)
-        unit = Picoseconds;
+    unit = UnitOrDefault(unit);
     STimeValue time;
     time.SetFromValue(period, unit, unit, g_simRes);
     m_period = time.m_ticks;

@@ -36,11 +36,9 @@ bool ReadWireForm(std::string_view formula, int &wire, int &handle)
 // Bits in which a whole signal of this type counts.
 int LengthOfSignal(const char *typeDescription)
 {
-    constexpr int Integer = 2;
-    constexpr int Real = 3;
-    switch (Kestrin::KTypeInfo(typeDescription).GetKind()) {
-    case Integer: return 32;
-    case Real: return 512;
+    switch (KindOf(Kestrin::KTypeInfo(typeDescription))) {
+    case Kestrin::ETypeKind::Integer: return 32;
+    case Kestrin::ETypeKind::Real: return 512;
     default: return 1;
     }
 }

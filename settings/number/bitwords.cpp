@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/ascii.h"
+
 namespace tesk {
 
 namespace {
@@ -49,17 +51,6 @@ CWords PackDigits(std::string_view digits, unsigned bits)
 }
 
 }  // namespace
-
-int DigitValue(char c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return NoDigit;
-}
 
 bool TakeRadixPrefix(const char *&text, long long &radix)
 {

@@ -13,11 +13,6 @@ using CWords = std::vector<std::uint32_t>;
 
 inline constexpr std::size_t WordBits = 32;
 
-inline constexpr int NoDigit = 16;
-
-/// The value of a hexadecimal digit in any letter case, `NoDigit` for another character.
-int DigitValue(char c);
-
 /// Takes a prefix such as "16#" off the front of `text`; a text without '#' stays as it is, and so does `radix`.
 /// @return false if what stands before the '#' is not a decimal number other than 0
 bool TakeRadixPrefix(const char *&text, long long &radix);

@@ -9,6 +9,8 @@
 #include <cwchar>
 #include <string_view>
 
+#include "base/ascii.h"
+
 namespace tesk {
 
 namespace {
@@ -47,16 +49,11 @@ private:
     va_list m_list;
 };
 
-bool IsDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
 // Digits as a number, 0 without any; what no field can be as wide as is cut.
 int TakeNumber(const char *&at)
 {
     long long number = 0;
-    for (; IsDigit(*at); ++at)
+    for (; tesk::IsDigit(*at); ++at)
         number = std::min<long long>(number * 10 + (*at - '0'), MaximumBound);
     return static_cast<int>(number);
 }

@@ -11,8 +11,8 @@ namespace tesk {
 
 // The container takes a signal that is removed out of the handle manager. A signal that ends in another way, for
 // instance because the type of its parent changed, must not be found there either, nor by its name in a list that it
-// has left. A child that somebody else holds must not lead to its parent any more;
-// one of this library is told by its link.
+// has left. A child that somebody else holds must not lead to its parent any more; one of this library is told by its
+// link.
 CSignalImp::~CSignalImp()
 {
     CHandleManager::Forget(this);

@@ -36,11 +36,10 @@ int StdTypeOf(const char *identifier)
 
 const Kestrin::KTypeInfo *CSignalImp::EffectiveType()
 {
-    constexpr int Array = 4;
     if (m_typeInfo)
         return &*m_typeInfo;
     const Kestrin::KTypeInfo *parentType = m_parent.Get() != nullptr ? m_parent.Get()->GetTypeInfo() : nullptr;
-    if (parentType == nullptr || parentType->GetKind() != Array)
+    if (KindOf(parentType) != Kestrin::ETypeKind::Array)
         return nullptr;
     return parentType->GetArrayElementKTypeInfo();
 }
@@ -103,10 +102,10 @@ long CSignalImp::GetTypeIdentifier(char *buffer, unsigned size)
 
 long CSignalImp::BuildFor(const Kestrin::KTypeInfo &type)
 {
-    switch (type.GetKind()) {
-    case 0: return E_FAIL;
-    case 4: return TakeBuilt(ChildrenMaker().OfArray(type));
-    case 5: return TakeBuilt(ChildrenMaker().OfRecord(type));
+    switch (KindOf(type)) {
+    case Kestrin::ETypeKind::Invalid: return E_FAIL;
+    case Kestrin::ETypeKind::Array: return TakeBuilt(ChildrenMaker().OfArray(type));
+    case Kestrin::ETypeKind::Record: return TakeBuilt(ChildrenMaker().OfRecord(type));
     default: return BuildWave(type);
     }
 }

@@ -21,6 +21,17 @@ constexpr unsigned char MarkedOverOrdinary = 3;  // and an ordinary event as wel
 
 enum ESearchMode { Exact = 0, Before = 1, After = 2, AtOrBefore = 3, AtOrAfter = 4 };
 
+// Events are lent, without a reference.
+long GiveEvent(IEvent *event, IEvent **out)
+{
+    if (event == nullptr)
+        return E_FAIL;
+    if (out == nullptr)
+        return E_INVALIDARG;
+    *out = event;
+    return S_OK;
+}
+
 /// One event, stored by value in its wave. `W` is the width of the value slot in bytes.
 template <unsigned W>
 class TEventImp final : public IEvent {
@@ -217,13 +228,7 @@ std::size_t TSignalWaveImp<W>::Search(long long time, int mode) const
 template <unsigned W>
 long TSignalWaveImp<W>::FindEvent(long long time, int mode, IEvent **out)
 {
-    TEventImp<W> *event = EventAt(Search(time, mode));
-    if (event == nullptr)
-        return E_FAIL;
-    if (out == nullptr)
-        return E_INVALIDARG;
-    *out = event;
-    return S_OK;
+    return GiveEvent(EventAt(Search(time, mode)), out);
 }
 
 template <unsigned W>
@@ -263,13 +268,7 @@ long TSignalWaveImp<W>::GetEventValue(unsigned index, void *buffer, unsigned siz
 template <unsigned W>
 long TEventIteratorImp<W>::Current(IEvent **out)
 {
-    TEventImp<W> *event = m_wave.EventAt(m_current);
-    if (event == nullptr)
-        return E_FAIL;
-    if (out == nullptr)
-        return E_INVALIDARG;
-    *out = event;
-    return S_OK;
+    return GiveEvent(m_wave.EventAt(m_current), out);
 }
 
 template <unsigned W>

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string>
 
+#include "base/bytes.h"
 #include "signal/signal.h"
 
 namespace tesk {
@@ -17,15 +18,15 @@ inline long ReadWord(ISignalStream &stream, unsigned &word)
 {
     unsigned char bytes[2] = {0, 0};
     const long result = stream.Read(bytes, sizeof bytes);
-    word = bytes[0] + 256u * bytes[1];
+    word = static_cast<unsigned>(LoadLittleEndian(bytes, sizeof bytes));
     return result;
 }
 
 /// @return the stream's answer
 inline long WriteWord(ISignalStream &stream, std::size_t word)
 {
-    const unsigned char bytes[2] = {static_cast<unsigned char>(word & 0xFF),
-                                    static_cast<unsigned char>(word >> 8 & 0xFF)};
+    unsigned char bytes[2];
+    StoreLittleEndian(word, bytes, sizeof bytes);
     return stream.Write(bytes, sizeof bytes);
 }
 

@@ -1,24 +1,9 @@
 #include "signaldata/model/valuesizes.h"
 
-#include <limits>
-
+#include "base/saturate.h"
 #include "signal/unknown.h"
 
 namespace tesk {
-
-namespace {
-
-constexpr int Array = 4;
-constexpr int Record = 5;
-
-// The largest number if the product is larger. Neither factor is negative.
-long long MultiplySaturating(long long left, long long right)
-{
-    constexpr long long Largest = std::numeric_limits<long long>::max();
-    return right != 0 && left > Largest / right ? Largest : left * right;
-}
-
-}  // namespace
 
 long CValueSizes::Walk(const Kestrin::KTypeInfo &type)
 {
@@ -26,9 +11,9 @@ long CValueSizes::Walk(const Kestrin::KTypeInfo &type)
         return ResetNext(type.GetScalarSize_OldFormat());
     if (type.IsSimple())
         return WalkVector(type);
-    switch (type.GetKind()) {
-    case Array: return WalkArray(type);
-    case Record: return WalkRecord(type);
+    switch (KindOf(type)) {
+    case Kestrin::ETypeKind::Array: return WalkArray(type);
+    case Kestrin::ETypeKind::Record: return WalkRecord(type);
     default: return E_UNEXPECTED;
     }
 }

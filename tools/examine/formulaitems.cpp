@@ -9,8 +9,6 @@ namespace tesk {
 
 namespace {
 
-constexpr int Picoseconds = 1;  // the unit of a time that names none
-
 bool IsWord(std::string_view token, std::string_view word)
 {
     const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; };
@@ -66,7 +64,7 @@ void ReadNumber(const std::string &text, long long resolution, SFormulaTime &tim
     time.isReadable = TextToTime(text.c_str(), &time.number, &id);
     time.hasNumber = text.find_first_of("0123456789") < text.find_first_not_of("0123456789.-");
     time.hasUnit = time.isReadable && id != -1;
-    time.unit = id != -1 ? id : Picoseconds;
+    time.unit = UnitOrDefault(id);
     time.value.SetFromValue(time.number, time.unit, time.unit, resolution);
 }
 

@@ -62,7 +62,7 @@ private:
     bool ExamineEventValue(const SFormulaItem &event)
     {
         const SFormulaWord &value = event.word;
-        const bool isJudged = m_type.GetKind() != 0;
+        const bool isJudged = KindOf(m_type) != Kestrin::ETypeKind::Invalid;
         const auto fault = isJudged ? ExamineValue(value.text, m_type) : std::nullopt;
         if (isJudged && !fault)
             return false;

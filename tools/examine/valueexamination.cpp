@@ -104,7 +104,7 @@ CFault ExamineReal(const std::string &value, const KTypeInfo &type)
 
 bool HasOnlyCharacters(const KTypeInfo &type)
 {
-    return type.GetKind() == static_cast<int>(ETypeKind::Enumeration) &&
+    return KindOf(type) == ETypeKind::Enumeration &&
            Kestrin::ReadTypeDescription(type.GetTypeInfoString())->hasOnlyCharacters;
 }
 
@@ -162,8 +162,8 @@ std::vector<std::string> PartsOf(const std::string &value)
 
 const KTypeInfo *ElementType(const KTypeInfo &type, std::size_t index)
 {
-    return type.GetKind() == static_cast<int>(ETypeKind::Record) ? type.GetFieldKTypeInfo(static_cast<int>(index))
-                                                                 : type.GetArrayElementKTypeInfo();
+    return KindOf(type) == ETypeKind::Record ? type.GetFieldKTypeInfo(static_cast<int>(index))
+                                             : type.GetArrayElementKTypeInfo();
 }
 
 CFault ExamineAggregate(const std::string &value, const KTypeInfo &type, std::size_t count)
@@ -190,7 +190,7 @@ std::optional<SValueFault> ExamineValue(std::string_view text, const KTypeInfo &
 {
     constexpr long long MostElements = 1 << 20;  // more are not played
     const std::string value(text);
-    switch (static_cast<ETypeKind>(type.GetKind())) {
+    switch (KindOf(type)) {
     case ETypeKind::Enumeration: return ExamineEnumeration(value, type);
     case ETypeKind::Integer: return ExamineInteger(value, type);
     case ETypeKind::Real: return ExamineReal(value, type);

@@ -4,6 +4,7 @@
 #include <bit>
 #include <string_view>
 
+#include "base/bytes.h"
 #include "tools/files/vcdtext.h"
 #include "waveform/files/signalwalk.h"
 
@@ -14,14 +15,12 @@ namespace {
 
 using Kestrin::KTypeInfo;
 
-constexpr int EnumerationKind = 1;
-constexpr int RealKind = 3;
-constexpr int PhysicalKind = 6;
+using Kestrin::ETypeKind;
 
 std::string Literal(const KTypeInfo &type, unsigned position)
 {
-    const std::array<unsigned char, 2> bytes = {static_cast<unsigned char>(position & 0xFF),
-                                                static_cast<unsigned char>(position >> 8)};
+    std::array<unsigned char, 2> bytes;
+    tesk::StoreLittleEndian(position, bytes.data(), bytes.size());
     return type.GetValueString_OldFormat(bytes.data(), 0, 0, 0, false);
 }
 
@@ -53,13 +52,13 @@ std::string LettersOf(const KTypeInfo &type)
 
 SScalarForm FormOf(const KTypeInfo &type)
 {
-    switch (type.GetKind()) {
-    case EnumerationKind: {
+    switch (KindOf(type)) {
+    case ETypeKind::Enumeration: {
         const std::string letters = LettersOf(type);
         return {letters.empty() ? EDumpKind::Text : EDumpKind::Bits, 0, letters};
     }
-    case RealKind: return {EDumpKind::Real, 0, {}};
-    case PhysicalKind: return {EDumpKind::Integer, 64, {}};
+    case ETypeKind::Real: return {EDumpKind::Real, 0, {}};
+    case ETypeKind::Physical: return {EDumpKind::Integer, 64, {}};
     default: return {EDumpKind::Integer, 32, {}};
     }
 }

@@ -10,7 +10,7 @@ namespace {
 // Length of the extended identifier that `text` begins with, all of it if that is not closed; 0 if it begins with none.
 std::size_t EscapedLength(std::string_view text)
 {
-    const std::size_t closed = NTARN::ExtendedLength(text);
+    const std::size_t closed = tesk::ExtendedLength(text);
     return closed == 0 && text.starts_with('\\') ? text.size() : closed;
 }
 
@@ -48,7 +48,7 @@ std::string Cleaned(std::string_view part)
 std::string VariableName(std::string_view part)
 {
     const std::string cleaned = Cleaned(part);
-    const std::size_t length = NTARN::ExtendedLength(cleaned);
+    const std::size_t length = tesk::ExtendedLength(cleaned);
     const std::string identifier = NTARN::VerilogName(cleaned.substr(0, length));
     const bool isApart = identifier.size() < length && length < cleaned.size();
     return identifier + (isApart ? " " : "") + cleaned.substr(length);

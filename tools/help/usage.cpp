@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/ascii.h"
 #include "tools/examine/nearname.h"
 #include "tools/quote.h"
 
@@ -22,7 +23,7 @@ bool LooksLikeOption(const std::string &word)
 {
     if (word.starts_with("--"))
         return word.size() > 2;
-    return word.size() == 2 && word[0] == '-' && !(word[1] >= '0' && word[1] <= '9') && word[1] != '.';
+    return word.size() == 2 && word[0] == '-' && !tesk::IsDigit(word[1]) && word[1] != '.';
 }
 
 std::string Hint(const std::string &word, const std::vector<std::string> &names)

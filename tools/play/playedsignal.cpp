@@ -10,9 +10,7 @@
 
 namespace {
 
-constexpr int ArrayKind = 4;
-constexpr int RecordKind = 5;
-constexpr int EnumerationKind = 1;
+using Kestrin::ETypeKind;
 constexpr long long MostElements = 1 << 20;
 
 std::string WireName(long long index)
@@ -45,7 +43,7 @@ std::vector<SPlayedSignal> ArrayElements(const std::string &name, const Kestrin:
 bool IsBitVector(const Kestrin::KTypeInfo &type)
 {
     const Kestrin::KTypeInfo *element = type.GetArrayElementKTypeInfo();
-    return type.GetKind() == ArrayKind && element != nullptr && element->GetKind() == EnumerationKind;
+    return KindOf(type) == ETypeKind::Array && KindOf(element) == ETypeKind::Enumeration;
 }
 
 // The value of the bus where its elements have these.
@@ -83,9 +81,9 @@ void DescribeElements(SPlayedSignal &signal)
     if (type.GetNbOfElements() > MostElements)
         throw CRefusal("type " + Quote(signal.description) + ": too many elements to play; give a range of " +
                        std::to_string(MostElements) + " elements at most, such as std_logic_vector(7 downto 0)");
-    if (type.GetKind() == RecordKind)
+    if (KindOf(type) == ETypeKind::Record)
         signal.elements = Fields(signal.name, type);
-    else if (type.GetKind() == ArrayKind && type.GetNbOfDimensions() == 1)
+    else if (KindOf(type) == ETypeKind::Array && type.GetNbOfDimensions() == 1)
         signal.elements = ArrayElements(signal.name, type);
     signal.isBitVector = IsBitVector(type);
 }

@@ -7,6 +7,7 @@
 #include <limits>
 #include <vector>
 
+#include "base/ascii.h"
 #include "platform/kestrin.h"
 #include "settings/typetext.h"
 #include "tools/commands/commands.h"
@@ -113,7 +114,7 @@ std::vector<std::string> Tokens(const std::string &text)
         if (!IsWordPart(c) || !isInWord)
             tokens.emplace_back();
         isInWord = IsWordPart(c);
-        if (std::isspace(static_cast<unsigned char>(c)) != 0)
+        if (tesk::IsSpace(c))
             tokens.pop_back();
         else
             tokens.back() += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));

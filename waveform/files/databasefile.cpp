@@ -12,8 +12,6 @@ namespace tesk {
 
 namespace {
 
-constexpr int RecordKind = 5;
-
 class CDatabaseWalk final : public IElementWalk {
 public:
     CDatabaseWalk(NTARN::IDatabaseReader &reader, int handle)
@@ -107,7 +105,8 @@ void CDatabaseFile::AddSignals(int handle, const std::string &path, int depth)
         m_signals->push_back({path, type, children.first, children.last - children.first + 1});
     else
         for (int child = children.first; child <= children.last; ++child)
-            AddSignals(child, path + (type.GetKind() == RecordKind ? "." : "") + m_reader.GetName(child), depth + 1);
+            AddSignals(child, path + (KindOf(type) == Kestrin::ETypeKind::Record ? "." : "") + m_reader.GetName(child),
+                       depth + 1);
 }
 
 long long CDatabaseFile::IdentifyEvents(long long element)

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/bytes.h"
 #include "signal/signal.h"
 #include "waveform/customstimulus.h"
 
@@ -50,10 +51,7 @@ private:
     {
         std::array<unsigned char, 8> bytes{};
         m_next.GetValue(bytes.data(), bytes.size());
-        std::uint64_t value = 0;
-        for (std::size_t i = bytes.size(); i-- > 0;)
-            value = value << 8 | bytes[i];
-        return value;
+        return LoadLittleEndian(bytes.data(), bytes.size());
     }
 
     Morvel::KEventsStore m_store;

@@ -8,7 +8,7 @@ namespace tesk {
 
 namespace {
 
-enum EKind { Enumeration = 1, Integer = 2, Real = 3, Array = 4, Physical = 6 };
+using Kestrin::ETypeKind;
 
 constexpr int Absent = -1;
 
@@ -70,15 +70,15 @@ std::optional<long long> FindArrayLane(const SMatTarget &target, const Kestrin::
 {
     const SArrayIndices indices = CorrectIndices(target, type);
     const Kestrin::KTypeInfo *element = type.GetArrayElementKTypeInfo();
-    switch (element != nullptr ? element->GetKind() : 0) {
-    case Enumeration:
+    switch (KindOf(element)) {
+    case ETypeKind::Enumeration:
         if (matrix.rank != 2 && indices.hasSecond)
             return std::nullopt;
         return indices.lane;
-    case Integer:
-    case Real:
-    case Array:
-    case Physical:
+    case ETypeKind::Integer:
+    case ETypeKind::Real:
+    case ETypeKind::Array:
+    case ETypeKind::Physical:
         if (indices.hasSecond || type.GetNbOfDimensions() != 1 || matrix.rank != 2)
             return std::nullopt;
         return indices.lane;
@@ -104,22 +104,22 @@ bool SMatTarget::Read(const SimpleString::CStr &signal)
 long long CorrectIndex(long long index, const Kestrin::KTypeInfo &type)
 {
     int left = 0, right = 0, direction = 0;
-    if (type.GetKind() == Array)
+    if (KindOf(type) == ETypeKind::Array)
         type.GetArrayDimensionRanges(0, left, right, direction);
     return index - (direction != 0 ? right : left);
 }
 
 std::optional<long long> FindLane(const SMatTarget &target, const Kestrin::KTypeInfo &type, const SMatMatrix &matrix)
 {
-    switch (type.GetKind()) {
-    case Enumeration:
+    switch (KindOf(type)) {
+    case ETypeKind::Enumeration:
         if (target.index1 != Absent || target.index2 != Absent)
             return std::nullopt;
         return 0;
-    case Integer:
-    case Real:
-    case Physical: return FindNumberLane(target, matrix);
-    case Array: return FindArrayLane(target, type, matrix);
+    case ETypeKind::Integer:
+    case ETypeKind::Real:
+    case ETypeKind::Physical: return FindNumberLane(target, matrix);
+    case ETypeKind::Array: return FindArrayLane(target, type, matrix);
     default: return std::nullopt;
     }
 }

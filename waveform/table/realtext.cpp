@@ -6,14 +6,11 @@
 #include <charconv>
 #include <limits>
 
+#include "base/ascii.h"
+
 namespace tesk {
 
 namespace {
-
-bool IsSpace(char c)
-{
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
 
 bool StartsWithLower(std::string_view text, std::string_view word)
 {
@@ -33,7 +30,7 @@ bool ReadPlain(std::string_view text, double &number)
     long long digits = 0;
     std::size_t behindPoint = text.size();
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] >= '0' && text[i] <= '9')
+        if (IsDigit(text[i]))
             digits = digits * 10 + (text[i] - '0');
         else if (text[i] == '.' && behindPoint == text.size() && text.size() > 1)
             behindPoint = i + 1;

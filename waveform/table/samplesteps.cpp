@@ -28,14 +28,12 @@ void EraseSamples(CSampleColumn &column, std::size_t first, std::size_t count)
 
 bool ReadInterval(const CFileFormulaArgs &args, double &interval)
 {
-    constexpr int PicosecondId = 1;
     double value = static_cast<double>(g_simRes);
     int unit = 0;
     if (!args.m_interval.IsEmpty()) {
         if (!tesk::TextToTime(args.m_interval, &value, &unit))
             return false;
-        if (unit == -1)
-            unit = PicosecondId;
+        unit = UnitOrDefault(unit);
     }
     STimeValue time;
     time.SetFromValue(value, unit, 0, g_simRes);

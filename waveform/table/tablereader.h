@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/ascii.h"
 #include "platform/crt.h"
 #include "waveform/table/eightdigits.h"
 
@@ -96,7 +97,7 @@ inline long long CTableReader::TakeNumber()
     char *end = m_position;
     if (ReadEightDigits(end, number))
         end += 8;
-    for (; *end >= '0' && *end <= '9'; ++end)
+    for (; IsDigit(*end); ++end)
         number = number * 10 + static_cast<unsigned>(*end - '0');
     if (KindOf(*end) == Value || end == m_end || end - m_position > SafeDigits)
         return _atoi64(std::string(TakeToken()).c_str());

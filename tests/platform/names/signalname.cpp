@@ -4,9 +4,9 @@
 
 namespace {
 
-using NTARN::ExtendedLength;
 using NTARN::SpellSignalName;
 using NTARN::VerilogName;
+using tesk::ExtendedLength;
 
 TEST(SignalName, IsSpelledAsAFormulaTakesIt)
 {
