@@ -283,9 +283,24 @@ TEST(Play, TellsWrongUsageApart)
 
 TEST(Play, StopsBeforeItFillsTheMemory)
 {
-    const SToolRun run = RunShell("tesk play '1 0, 0 1 -r 2 -cancel 1sec'");
+    const SToolRun run = RunShell("tesk play '1 0ps, 0 1ps -r 2ps -cancel 1sec' --format json");
     EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.err, "tesk: more than 10000000 changes; give an earlier end with --until\n");
+    EXPECT_EQ(run.err,
+              "tesk: more than 2000000 changes; give an earlier end with --until, or write a single signal as CSV\n");
+}
+
+TEST(Play, WritesTheRowsOfASingleSignalAsTheyCome)
+{
+    // Of a million million rows the first ones are there at once.
+    const SToolRun run = RunShell("tesk play '1 0ps, 0 1ps -r 2ps -cancel 1sec' --format csv | head -n 3");
+    EXPECT_EQ(run.out, "ticks,time,value\n0,0ps,1\n1,1ps,0\n");
+    EXPECT_EQ(run.err, "");
+    const SToolRun counted =
+        RunShell("tesk play '1 0ps, 0 1ps -r 2ps' --until 199999ps --format csv | sha1sum; "
+                 "{ echo ticks,time,value; "
+                 "awk 'BEGIN { for (i = 0; i < 200000; ++i) { t = i \"ps\"; if (i > 0 && i % 1000 == 0) "
+                 "t = i / 1000 \"ns\"; print i \",\" t \",\" 1 - i % 2 } }'; } | sha1sum");
+    EXPECT_EQ(counted.out.substr(0, 40), counted.out.substr(counted.out.find('\n') + 1, 40));
 }
 
 TEST(Play, ShowsAVectorAsABusWithItsWires)

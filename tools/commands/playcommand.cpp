@@ -21,6 +21,7 @@
 #include "tools/writers/formats.h"
 #include "tools/writers/picture.h"
 #include "tools/writers/valuetext.h"
+#include "tools/writers/writers.h"
 
 namespace {
 
@@ -70,14 +71,19 @@ tesk::SWalkTimes ReadTimes(const SPlayOptions &options, const SWaveform &wavefor
     return times;
 }
 
-void PlayFormula(const SPlayOptions &options, const SPlayedSignal &signal, SWaveform &waveform)
+void TellCut(const SPlayed &played)
 {
-    const tesk::SWalkTimes times = ReadTimes(options, waveform);
-    SPlayed played = PlayOnSignal(options.formula, signal, waveform.resolution, times);
     if (played.isCut)
         std::fprintf(
             stderr, "tesk: the stimulator goes on for ever; these are its first %zu changes, give --until for others\n",
             DefaultChanges);
+}
+
+void PlayFormula(const SPlayOptions &options, const SPlayedSignal &signal, SWaveform &waveform)
+{
+    const tesk::SWalkTimes times = ReadTimes(options, waveform);
+    SPlayed played = PlayOnSignal(options.formula, signal, waveform.resolution, times);
+    TellCut(played);
     waveform.traces = std::move(played.traces);
     waveform.begin = times.from;
     waveform.end = std::max(times.until.value_or(PictureEnd(waveform)), waveform.begin);
@@ -124,6 +130,33 @@ void Write(const SPlayOptions &options, SWaveform &waveform)
                 [&](std::ostream &out) { format.write(out, waveform, static_cast<int>(options.width)); });
 }
 
+// Rows of a single signal can be written as they come, however many there are.
+bool IsWrittenAsItComes(const SPlayOptions &options, const SPlayedSignal &signal)
+{
+    const std::string format = tesk::FindOutputFormat(options.format, options.output).name;
+    return format == "csv" && options.radix.empty() && signal.elements.empty();
+}
+
+void PlayAsItComes(const SPlayOptions &options, const SPlayedSignal &signal, const SWaveform &waveform,
+                   const tesk::CExamined &examined)
+{
+    const tesk::SWalkTimes times = ReadTimes(options, waveform);
+    WriteOutput(options.output, [&](std::ostream &out) {
+        CCsvRows rows(out, waveform.resolution, options.name);
+        bool isTold = false;
+        const auto write = [&](const STrace &part) {
+            if (!isTold)
+                examined.Tell();
+            isTold = true;
+            rows.Write(part);
+        };
+        const SPlayed played = PlayOnSignal(options.formula, signal, waveform.resolution, times, write);
+        TellCut(played);
+        for (const STrace &trace : played.traces)
+            write(trace);
+    });
+}
+
 int Play(const SPlayOptions &options)
 {
     SWaveform waveform = DescribeWalk(options);
@@ -132,6 +165,10 @@ int Play(const SPlayOptions &options)
     if (options.isStrict && examined.HasError()) {
         examined.Tell();
         return 1;
+    }
+    if (IsWrittenAsItComes(options, signal)) {
+        examined.Explain([&] { PlayAsItComes(options, signal, waveform, examined); });
+        return 0;
     }
     examined.Explain([&] { PlayFormula(options, signal, waveform); });
     examined.Tell();

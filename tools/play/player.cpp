@@ -1,6 +1,7 @@
 #include "tools/play/player.h"
 
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "platform/kestrin.h"
@@ -36,7 +37,9 @@ void ShowIntegers(STrace &trace)
 // Makes the stimuli of a signal, walks them in step and puts together what they show.
 class CPlayer {
 public:
-    CPlayer(long long resolution, const tesk::SWalkTimes &times) : m_resolution(resolution), m_times(times) {}
+    CPlayer(long long resolution, const tesk::SWalkTimes &times, const tesk::CTraceSink &sink)
+        : m_resolution(resolution), m_times(times), m_sink(sink)
+    {}
 
     void Prepare(const std::string &formula, SPlayedSignal signal);
     SPlayed Play();
@@ -51,6 +54,8 @@ private:
     std::size_t Add(const std::string &formula, SPlayedSignal signal);
     void AddLeaf(const std::string &formula);
     SWalked WalkLeaves();
+    tesk::CChangeSink ChangeSink() const;
+    void Describe(const SPlayedSignal &signal, STrace &trace) const;
 
     CSimulationRun m_run;  // first: ends behind the stimuli
     std::vector<SNode> m_nodes;
@@ -60,7 +65,29 @@ private:
     std::unique_ptr<tesk::CLongReplay> m_longReplay;  // null unless the file is
     long long m_resolution;
     tesk::SWalkTimes m_times;
+    const tesk::CTraceSink &m_sink;
 };
+
+void CPlayer::Describe(const SPlayedSignal &signal, STrace &trace) const
+{
+    trace.name = signal.name;
+    trace.type = signal.description;
+    trace.isBus = IsBus(trace.type);
+    ShowIntegers(trace);
+}
+
+// What a walk gives its changes to; empty if it keeps them.
+tesk::CChangeSink CPlayer::ChangeSink() const
+{
+    if (!m_sink || m_nodes.size() != 1)
+        return {};
+    return [this](const std::vector<SChange> &changes) {
+        STrace part;
+        part.changes = changes;
+        Describe(m_nodes.front().signal, part);
+        m_sink(part);
+    };
+}
 
 void CPlayer::Prepare(const std::string &formula, SPlayedSignal signal)
 {
@@ -116,7 +143,7 @@ SWalked CPlayer::WalkLeaves()
 {
     SWalked walked;
     if (m_longReplay == nullptr)
-        return Walk(m_stimuli, m_times);
+        return Walk(m_stimuli, m_times, std::nullopt, ChangeSink());
     if (m_stimuli.empty())
         walked.changes = std::move(m_replayed);
     else
@@ -141,10 +168,7 @@ SPlayed CPlayer::Play()
                 elements.push_back(&traces[element]);
             traces[i] = MergeElements(elements, node.signal.isBitVector);
         }
-        traces[i].name = node.signal.name;
-        traces[i].type = node.signal.description;
-        traces[i].isBus = IsBus(traces[i].type);
-        ShowIntegers(traces[i]);
+        Describe(node.signal, traces[i]);
     }
     return {std::move(traces), walked.isCut};
 }
@@ -152,9 +176,9 @@ SPlayed CPlayer::Play()
 }  // namespace
 
 SPlayed PlayOnSignal(const std::string &formula, const SPlayedSignal &signal, long long resolution,
-                     const tesk::SWalkTimes &times)
+                     const tesk::SWalkTimes &times, const tesk::CTraceSink &sink)
 {
-    CPlayer player(resolution, times);
+    CPlayer player(resolution, times, sink);
     player.Prepare(formula, signal);
     return player.Play();
 }

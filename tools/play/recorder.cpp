@@ -10,10 +10,29 @@ namespace tesk {
 
 namespace {
 
-constexpr std::size_t MostChanges = 10'000'000;
+constexpr std::size_t MostChanges = 2'000'000;
+constexpr std::size_t SinkChanges = 65536;    // that a sink takes at a time
 constexpr std::size_t MostBytes = 256 << 20;  // of their values
 
 }  // namespace
+
+bool CChangeRecorder::IsFull() const
+{
+    return m_held >= SinkChanges;
+}
+
+void CChangeRecorder::Drain(std::vector<SChange> &changes, const CChangeSink &sink)
+{
+    if (changes.size() < 2)
+        return;
+    SChange last = std::move(changes.back());
+    changes.pop_back();
+    sink(changes);
+    changes.clear();
+    m_held = 1;
+    m_bytes = last.value ? last.value->size() : 0;
+    changes.push_back(std::move(last));
+}
 
 void CChangeRecorder::Add(std::vector<SChange> &changes, SChange change)
 {
@@ -24,7 +43,8 @@ void CChangeRecorder::Add(std::vector<SChange> &changes, SChange change)
     }
     ++m_held;
     if (m_held > MostChanges)
-        throw CRefusal("more than " + std::to_string(MostChanges) + " changes; give an earlier end with --until");
+        throw CRefusal("more than " + std::to_string(MostChanges) +
+                       " changes; give an earlier end with --until, or write a single signal as CSV");
     m_bytes += change.value ? change.value->size() : 0;
     if (m_bytes > MostBytes)
         throw CRefusal("the values of the changes have more than " + std::to_string(MostBytes >> 20) +

@@ -59,8 +59,9 @@ bool IsNew(const std::optional<std::string> &value, const std::vector<SChange> &
 
 class CWalker {
 public:
-    CWalker(const std::vector<tesk::StimulusPtr> &stimuli, const tesk::SWalkTimes &times)
-        : m_stimuli(stimuli), m_times(times), m_recorder(times)
+    CWalker(const std::vector<tesk::StimulusPtr> &stimuli, const tesk::SWalkTimes &times, const tesk::CChangeSink &sink)
+        : m_stimuli(stimuli), m_times(times), m_recorder(times),
+          m_sink(stimuli.size() == 1 ? sink : tesk::CChangeSink())
     {
         m_walked.changes.resize(stimuli.size());
         m_isCut = !times.until && !std::ranges::all_of(stimuli, HasOwnEnd, &tesk::StimulusPtr::operator*);
@@ -77,6 +78,7 @@ private:
     const std::vector<tesk::StimulusPtr> &m_stimuli;
     tesk::SWalkTimes m_times;
     tesk::CChangeRecorder m_recorder;
+    tesk::CChangeSink m_sink;  // empty if all changes are kept
     bool m_isCut;
     SWalked m_walked;
     std::vector<SNext> m_next;
@@ -153,6 +155,8 @@ SWalked CWalker::Walk(std::optional<long long> limit)
             if (m_next[i].time == time)
                 m_next[i] = NextTime(i, time);
         }
+        if (m_sink && m_recorder.IsFull())
+            m_recorder.Drain(m_walked.changes.front(), m_sink);
         if (time >= m_times.from)
             ++times;
         else if (++passed > MostSteps)
@@ -164,7 +168,7 @@ SWalked CWalker::Walk(std::optional<long long> limit)
 }  // namespace
 
 SWalked Walk(const std::vector<tesk::StimulusPtr> &stimuli, const tesk::SWalkTimes &times,
-             std::optional<long long> limit)
+             std::optional<long long> limit, const tesk::CChangeSink &sink)
 {
-    return CWalker(stimuli, times).Walk(limit);
+    return CWalker(stimuli, times, sink).Walk(limit);
 }

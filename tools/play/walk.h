@@ -22,6 +22,8 @@ struct SWalked {
 /// time that does not advance is stepped over by one tick. A value that is in force from the beginning on without a change, as
 /// that of a random stimulus, is told there.
 /// @param limit  the last time for which the stimuli have an answer that can be trusted
+/// @param sink   of a single stimulus: takes changes as they come, so that there may be any number; those that are left are
+///               in the answer. Empty keeps all
 /// @throw CRefusal if there are more changes than a walk may hold or pass over
 SWalked Walk(const std::vector<tesk::StimulusPtr> &stimuli, const tesk::SWalkTimes &times,
-             std::optional<long long> limit = std::nullopt);
+             std::optional<long long> limit = std::nullopt, const tesk::CChangeSink &sink = {});

@@ -2,8 +2,24 @@
 #pragma once
 
 #include <ostream>
+#include <string>
 
 #include "tools/writers/waveform.h"
+
+/// The rows of CSV of a single trace as they come, in parts.
+class CCsvRows {
+public:
+    /// @param name  of the signal; may be empty
+    CCsvRows(std::ostream &out, long long resolution, const std::string &name);
+
+    /// The names of the columns stand in front of the first part, which may have no changes.
+    void Write(const STrace &part);
+
+private:
+    std::ostream &m_out;
+    long long m_resolution;
+    std::string m_header;  // empty once it is written
+};
 
 /// Aligned columns for a reader.
 void WriteTable(std::ostream &out, const SWaveform &waveform);

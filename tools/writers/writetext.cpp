@@ -70,6 +70,19 @@ nlohmann::ordered_json SignalJson(const STrace &trace, long long resolution)
 
 }  // namespace
 
+CCsvRows::CCsvRows(std::ostream &out, long long resolution, const std::string &name)
+    : m_out(out), m_resolution(resolution), m_header("ticks,time," + CsvField(name.empty() ? "value" : name) + "\n")
+{}
+
+void CCsvRows::Write(const STrace &part)
+{
+    m_out << m_header;
+    m_header.clear();
+    for (const SChange &change : part.changes)
+        m_out << change.ticks << ',' << TickText(change.ticks, m_resolution) << ','
+              << CsvField(change.value.value_or("")) << '\n';
+}
+
 void WriteCsv(std::ostream &out, const SWaveform &waveform)
 {
     out << "ticks,time";
