@@ -2,8 +2,11 @@
 #include <dlfcn.h>
 #include <memory>
 #include <string>
+#include <vector>
 
+#include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <new>
 
 #include "platform/matlab/matfile.h"
@@ -20,6 +23,24 @@ std::string ReaderPath()
         return "";
     const std::string library = place.dli_fname;
     return library.substr(0, library.rfind('/') + 1) + "tesk-matread";
+}
+
+// Pointers to texts, and behind them the texts. @return null if there is no memory
+char **MakeBlock(const std::vector<std::string> &texts)
+{
+    std::size_t size = 0;
+    for (const std::string &text : texts)
+        size += sizeof(char *) + text.size() + 1;
+    auto **block = static_cast<char **>(std::malloc(size));
+    if (block == nullptr)
+        return nullptr;
+    char *at = reinterpret_cast<char *>(block + texts.size());
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        block[i] = at;
+        std::memcpy(at, texts[i].c_str(), texts[i].size() + 1);
+        at += texts[i].size() + 1;
+    }
+    return block;
 }
 
 std::string g_fault;  // of the last file
@@ -50,6 +71,37 @@ try {
     if (file == nullptr || name == nullptr)
         return nullptr;
     mxArray *variable = file->ReadVariable(name);
+    g_fault = file->Fault();
+    return variable;
+} catch (const std::bad_alloc &) {
+    return nullptr;
+}
+
+// The names of all variables. @param count  receives how many they are, -1 for a file that cannot be read
+// @return one block of memory, to be given back with `mxFree`; null for none
+TESK_MATLAB_API char **matGetDir(MATFile *file, int *count)
+try {
+    if (count == nullptr)
+        return nullptr;
+    *count = -1;
+    const std::vector<std::string> *names = file != nullptr ? file->ReadNames() : nullptr;
+    g_fault = file != nullptr ? file->Fault() : "";
+    if (names == nullptr || names->size() > std::size_t(std::numeric_limits<int>::max()))
+        return nullptr;
+    char **block = names->empty() ? nullptr : MakeBlock(*names);
+    if (block != nullptr || names->empty())
+        *count = static_cast<int>(names->size());
+    return block;
+} catch (const std::bad_alloc &) {
+    return nullptr;
+}
+
+// A variable without its values. It belongs to the file too.
+TESK_MATLAB_API mxArray *matGetVariableInfo(MATFile *file, const char *name)
+try {
+    if (file == nullptr || name == nullptr)
+        return nullptr;
+    mxArray *variable = file->ReadInfo(name);
     g_fault = file->Fault();
     return variable;
 } catch (const std::bad_alloc &) {

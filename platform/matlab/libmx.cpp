@@ -1,5 +1,6 @@
 // The bundled libmx: the part of MATLAB's library of arrays that a reader of MAT-files needs.
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 
 #include "platform/matlab/mxarray.h"
@@ -88,5 +89,11 @@ TESK_MATLAB_API mxArray *mxGetField(const mxArray *array, mwIndex index, const c
     const int field = FindField(*array, name);
     if (field < 0 || index >= array->elements)
         return nullptr;
-    return array->fieldValues[index * array->fieldNames.size() + static_cast<std::size_t>(field)].get();
+    const std::size_t place = index * array->fieldNames.size() + static_cast<std::size_t>(field);
+    return place < array->fieldValues.size() ? array->fieldValues[place].get() : nullptr;
+}
+
+TESK_MATLAB_API void mxFree(void *block)
+{
+    std::free(block);
 }

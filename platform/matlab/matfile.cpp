@@ -67,9 +67,9 @@ bool TakeName(CHelperProcess &from, std::string &name)
     return from.Read(name.data(), length);
 }
 
-bool TakeNode(CHelperProcess &from, std::unique_ptr<mxArray> &array, int depth);
+bool TakeNode(CHelperProcess &from, std::unique_ptr<mxArray> &array, EDetail detail, int depth);
 
-bool TakeStructure(CHelperProcess &from, mxArray &array, int depth)
+bool TakeStructure(CHelperProcess &from, mxArray &array, EDetail detail, int depth)
 {
     std::uint32_t fields = 0;
     if (!Take(from, fields) || fields > MaximumFields)
@@ -80,17 +80,18 @@ bool TakeStructure(CHelperProcess &from, mxArray &array, int depth)
             return false;
     }
     // Each node takes a byte at least.
+    const std::size_t told = detail == EDetail::Values ? array.elements : std::min<std::size_t>(array.elements, 1);
     std::size_t nodes = 0;
-    if (__builtin_mul_overflow(array.elements, std::size_t(fields), &nodes) || nodes > from.GetRemaining())
+    if (__builtin_mul_overflow(told, std::size_t(fields), &nodes) || nodes > from.GetRemaining())
         return false;
     for (std::size_t i = 0; i < nodes; ++i) {
-        if (!TakeNode(from, array.fieldValues.emplace_back(), depth + 1))
+        if (!TakeNode(from, array.fieldValues.emplace_back(), detail, depth + 1))
             return false;
     }
     return true;
 }
 
-bool TakeNode(CHelperProcess &from, std::unique_ptr<mxArray> &array, int depth)
+bool TakeNode(CHelperProcess &from, std::unique_ptr<mxArray> &array, EDetail detail, int depth)
 {
     std::uint8_t isThere = 0;
     if (!Take(from, isThere) || isThere > 1 || depth > MaximumDepth)
@@ -105,10 +106,21 @@ bool TakeNode(CHelperProcess &from, std::unique_ptr<mxArray> &array, int depth)
     array->isComplex = (classId & MarkComplex) != 0;
     array->isSparse = (classId & MarkSparse) != 0;
     switch (array->classId) {
-    case MatClassDouble: return TakeDoubles(from, *array);
-    case MatClassStruct: return TakeStructure(from, *array, depth);
+    case MatClassDouble: return detail == EDetail::Headers || TakeDoubles(from, *array);
+    case MatClassStruct: return TakeStructure(from, *array, detail, depth);
     default: return true;
     }
+}
+
+bool TakeList(CHelperProcess &from, std::vector<std::string> &names, std::vector<std::unique_ptr<mxArray>> &infos)
+{
+    std::uint8_t isThere = 0;
+    while (Take(from, isThere) && isThere == 1) {
+        if (!TakeName(from, names.emplace_back()) || !TakeNode(from, infos.emplace_back(), EDetail::Headers, 0))
+            return false;
+        isThere = 2;
+    }
+    return isThere == 0;
 }
 
 std::size_t PhysicalMemory()
@@ -164,14 +176,43 @@ mxArray *CMatFile::ReadVariable(const char *name)
 {
     m_fault.clear();
     std::vector<std::string> command = Command();
-    command.push_back(name);
+    command.insert(command.end(), {"variable", name});
     CHelperProcess process(command, m_time * WallTimePerProcessorTime, m_memory);
     std::unique_ptr<mxArray> variable;
-    if (!TakeMark(process, StreamBegin) || !TakeNode(process, variable, 0) || !TakeMark(process, StreamEnd)) {
+    if (!TakeMark(process, StreamBegin) || !TakeNode(process, variable, EDetail::Values, 0) ||
+        !TakeMark(process, StreamEnd)) {
         KeepFault(process);
         return nullptr;
     }
     if (variable == nullptr)
         return nullptr;
     return m_variables.emplace_back(std::move(variable)).get();
+}
+
+bool CMatFile::ReadList()
+{
+    m_fault.clear();
+    std::vector<std::string> command = Command();
+    command.emplace_back("list");
+    CHelperProcess process(command, m_time * WallTimePerProcessorTime, m_memory);
+    m_isListed = TakeMark(process, StreamBegin) && TakeList(process, m_names, m_infos) && TakeMark(process, StreamEnd);
+    if (m_isListed)
+        return true;
+    KeepFault(process);
+    m_names.clear();
+    m_infos.clear();
+    return false;
+}
+
+const std::vector<std::string> *CMatFile::ReadNames()
+{
+    return m_isListed || ReadList() ? &m_names : nullptr;
+}
+
+mxArray *CMatFile::ReadInfo(const char *name)
+{
+    if (!m_isListed && !ReadList())
+        return nullptr;
+    const auto found = std::ranges::find(m_names, name);
+    return found != m_names.end() ? m_infos[static_cast<std::size_t>(found - m_names.begin())].get() : nullptr;
 }

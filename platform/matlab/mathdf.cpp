@@ -182,7 +182,7 @@ void PutNames(const std::vector<std::string> &names)
         PutName(name);
 }
 
-void PutObject(hid_t object, int depth);
+void PutObject(hid_t object, EDetail detail, int depth);
 
 // Whether a field is one of an array of structures: references to the values of its elements.
 bool IsOfArray(hid_t field)
@@ -193,7 +193,8 @@ bool IsOfArray(hid_t field)
     return H5Tequal(type, H5T_STD_REF_OBJ) > 0;
 }
 
-void PutArrayOfStructures(hid_t group, const std::vector<std::string> &fields, const CSizes &sizes, int depth)
+void PutArrayOfStructures(hid_t group, const std::vector<std::string> &fields, const CSizes &sizes, EDetail detail,
+                          int depth)
 {
     const std::size_t elements = PutBegin(MatClassStruct, sizes);
     PutNames(fields);
@@ -204,25 +205,26 @@ void PutArrayOfStructures(hid_t group, const std::vector<std::string> &fields, c
             GiveUp();
         references.push_back(ReadAll<hobj_ref_t>(field, H5T_STD_REF_OBJ, elements));
     }
-    for (std::size_t i = 0; i < elements; ++i) {
+    const std::size_t told = detail == EDetail::Values ? elements : std::min<std::size_t>(elements, 1);
+    for (std::size_t i = 0; i < told; ++i) {
         for (const auto &field : references) {
             if (field[i] == 0) {
                 PutNothing();
                 continue;
             }
             const CId value(H5Rdereference2(group, H5P_DEFAULT, H5R_OBJECT, &field[i]), H5Oclose);
-            PutObject(value, depth + 1);
+            PutObject(value, detail, depth + 1);
         }
     }
 }
 
-void PutStructure(hid_t group, int depth)
+void PutStructure(hid_t group, EDetail detail, int depth)
 {
     const std::vector<std::string> fields = FieldsOf(group);
     if (!fields.empty()) {
         const CId first(H5Oopen(group, fields.front().c_str(), H5P_DEFAULT), H5Oclose);
         if (IsOfArray(first)) {
-            PutArrayOfStructures(group, fields, SizesOf(first), depth);
+            PutArrayOfStructures(group, fields, SizesOf(first), detail, depth);
             return;
         }
     }
@@ -230,7 +232,7 @@ void PutStructure(hid_t group, int depth)
     PutNames(fields);
     for (const std::string &name : fields) {
         const CId field(H5Oopen(group, name.c_str(), H5P_DEFAULT), H5Oclose);
-        PutObject(field, depth + 1);
+        PutObject(field, detail, depth + 1);
     }
 }
 
@@ -246,24 +248,26 @@ void PutSparse(hid_t group, int classId)
              {ReadNumber(group, "MATLAB_sparse", 0), columns});
 }
 
-void PutGroup(hid_t group, int depth)
+void PutGroup(hid_t group, EDetail detail, int depth)
 {
     const int classId = ClassOf(ReadText(group, "MATLAB_class"), MatClassStruct);
     if (H5Aexists(group, "MATLAB_sparse") > 0)
         PutSparse(group, classId);
     else if (classId == MatClassStruct)
-        PutStructure(group, depth);
+        PutStructure(group, detail, depth);
     else
         PutBegin(MatClassObject, {1, 1});
 }
 
-void PutDataset(hid_t dataset)
+void PutDataset(hid_t dataset, EDetail detail)
 {
     const CId type(H5Dget_type(dataset), H5Tclose);
     const bool isEmpty = ReadNumber(dataset, "MATLAB_empty", 0) != 0;
     const int classId = ClassOf(ReadText(dataset, "MATLAB_class"), ClassOfType(type));
     const std::size_t elements =
         PutBegin(IsComplex(type) ? classId | MarkComplex : classId, isEmpty ? SizesOfEmpty(dataset) : SizesOf(dataset));
+    if (classId == MatClassDouble && detail == EDetail::Headers)
+        return;
     if (classId == MatClassDouble)
         PutDoubles(dataset, type, elements);
     else if (classId == MatClassStruct && elements == 0)
@@ -272,15 +276,15 @@ void PutDataset(hid_t dataset)
         GiveUp();
 }
 
-void PutObject(hid_t object, int depth)
+void PutObject(hid_t object, EDetail detail, int depth)
 {
     const H5I_type_t kind = H5Iget_type(object);
     if (depth > MaximumDepth)
         PutNothing();
     else if (kind == H5I_GROUP)
-        PutGroup(object, depth);
+        PutGroup(object, detail, depth);
     else if (kind == H5I_DATASET)
-        PutDataset(object);
+        PutDataset(object, detail);
     else
         PutNothing();
 }
@@ -302,6 +306,25 @@ herr_t PassVariable(hid_t file, const char *name, const H5L_info_t *, void *)
     return 0;
 }
 
+herr_t ListVariable(hid_t file, const char *name, const H5L_info_t *, void *)
+{
+    if (!IsVariable(file, name))
+        return 0;
+    const CId object(H5Oopen(file, name, H5P_DEFAULT), H5Oclose);
+    Put(std::uint8_t{1});
+    PutName(name);
+    PutObject(object, EDetail::Headers, 0);
+    return 0;
+}
+
+void ForEachLink(const char *path, H5L_iterate_t act)
+{
+    const CId file(OpenHdf(path), H5Fclose);
+    hsize_t at = 0;
+    if (H5Literate(file, H5_INDEX_NAME, H5_ITER_INC, &at, act, nullptr) < 0)
+        GiveUp();
+}
+
 }  // namespace
 
 bool IsHdfFile(const char *path)
@@ -317,13 +340,16 @@ void PutHdfVariable(const char *path, const char *name)
         return;
     }
     const CId object(H5Oopen(file, name, H5P_DEFAULT), H5Oclose);
-    PutObject(object, 0);
+    PutObject(object, EDetail::Values, 0);
 }
 
 void PassHdfVariables(const char *path)
 {
-    const CId file(OpenHdf(path), H5Fclose);
-    hsize_t at = 0;
-    if (H5Literate(file, H5_INDEX_NAME, H5_ITER_INC, &at, PassVariable, nullptr) < 0)
-        GiveUp();
+    ForEachLink(path, PassVariable);
+}
+
+void PutHdfList(const char *path)
+{
+    ForEachLink(path, ListVariable);
+    Put(std::uint8_t{0});
 }

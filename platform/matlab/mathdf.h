@@ -8,5 +8,8 @@ bool IsHdfFile(const char *path);
 /// external storage, are not there.
 void PutHdfVariable(const char *path, const char *name);
 
+/// Writes the list of all variables.
+void PutHdfList(const char *path);
+
 /// Goes through all variables without their values, so that a file whose table of contents is damaged is found out.
 void PassHdfVariables(const char *path);

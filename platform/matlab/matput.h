@@ -22,5 +22,5 @@ void PutNothing();
 /// Begins a node. @param classId  with marks
 /// @return the number of elements
 std::size_t PutBegin(std::int32_t classId, const std::vector<std::uint64_t> &sizes);
-/// A name of a field, and cuts it where it is too long.
+/// A name of a variable or of a field, and cuts it where it is too long.
 void PutName(std::string_view name);

@@ -1,5 +1,5 @@
-// The program that reads a MAT-file for the bundled libmat: `tesk-matread MEMORY SECONDS FILE [VARIABLE]` writes the
-// stream of matstream.h. It is a process of its own because the libraries below it crash on some damaged files.
+// The program that reads a MAT-file for the bundled libmat: `tesk-matread MEMORY SECONDS FILE [list | variable NAME]` writes
+// the stream of matstream.h. It is a process of its own because the libraries below it crash on some damaged files.
 #include <matio.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -9,7 +9,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#include <algorithm>
 #include <limits>
+#include <optional>
+#include <string_view>
 #include <vector>
 
 #include "platform/matlab/mathdf.h"
@@ -71,9 +74,9 @@ void PutDoubles(const matvar_t &variable, std::size_t elements)
     Put(real, elements * sizeof(double));
 }
 
-void PutNode(const matvar_t *variable, int depth);
+void PutNode(const matvar_t *variable, EDetail detail, int depth);
 
-void PutStructure(const matvar_t &variable, std::size_t elements, int depth)
+void PutStructure(const matvar_t &variable, std::size_t elements, EDetail detail, int depth)
 {
     const std::uint32_t fields = Mat_VarGetNumberOfFields(const_cast<matvar_t *>(&variable));
     char *const *names = Mat_VarGetStructFieldnames(&variable);
@@ -84,16 +87,17 @@ void PutStructure(const matvar_t &variable, std::size_t elements, int depth)
         const char *name = names[i] != nullptr ? names[i] : "";
         PutName({name, strnlen(name, MaximumNameLength)});
     }
+    elements = detail == EDetail::Values ? elements : std::min<std::size_t>(elements, 1);
     std::size_t nodes = 0;
     if (__builtin_mul_overflow(elements, std::size_t(fields), &nodes))
         GiveUp();
     const auto *values = static_cast<matvar_t *const *>(variable.data);
     const std::size_t stored = values != nullptr ? variable.nbytes / sizeof(matvar_t *) : 0;
     for (std::size_t i = 0; i < nodes; ++i)
-        PutNode(i < stored ? values[i] : nullptr, depth + 1);
+        PutNode(i < stored ? values[i] : nullptr, detail, depth + 1);
 }
 
-void PutNode(const matvar_t *variable, int depth)
+void PutNode(const matvar_t *variable, EDetail detail, int depth)
 {
     if (variable == nullptr || depth > MaximumDepth) {
         PutNothing();
@@ -101,10 +105,10 @@ void PutNode(const matvar_t *variable, int depth)
     }
     const std::int32_t classId = ClassOf(*variable);
     const std::size_t elements = PutBegin(classId, SizesOf(*variable));
-    if ((classId & ClassMask) == MatClassDouble)
+    if ((classId & ClassMask) == MatClassDouble && detail == EDetail::Values)
         PutDoubles(*variable, elements);
     else if (classId == MatClassStruct)
-        PutStructure(*variable, elements, depth);
+        PutStructure(*variable, elements, detail, depth);
 }
 
 // Goes through all variables without their values, so that a file whose table of contents is damaged is found out.
@@ -114,14 +118,39 @@ void PassVariables(mat_t *file)
         Mat_VarFree(variable);
 }
 
+// How many variables of a file are there to their last byte.
+SWholeVariables WholeVariablesOf(mat_t *file, const char *path)
+{
+    const mat_ft version = Mat_GetVersion(file);
+    if (version == MAT_FT_MAT4 || version == MAT_FT_MAT5)
+        return CountWholeVariables(path, version == MAT_FT_MAT4);
+    return {std::numeric_limits<std::size_t>::max(), true};
+}
+
+// Names and headers of all variables. There is no list of a file that was cut off.
+void PutList(mat_t *file, const char *path)
+{
+    SWholeVariables whole = WholeVariablesOf(file, path);
+    if (!whole.isAll)
+        GiveUp();
+    for (; whole.count > 0; --whole.count) {
+        matvar_t *variable = Mat_VarReadNextInfo(file);
+        if (variable == nullptr)
+            GiveUp();
+        if (variable->name != nullptr && *variable->name != '\0') {
+            Put(std::uint8_t{1});
+            PutName({variable->name, strnlen(variable->name, MaximumNameLength)});
+            PutNode(variable, EDetail::Headers, 0);
+        }
+        Mat_VarFree(variable);
+    }
+    Put(std::uint8_t{0});
+}
+
 // The first variable of a name; null if there is none, or not to its end.
 matvar_t *ReadVariable(mat_t *file, const char *path, const char *name)
 {
-    const mat_ft version = Mat_GetVersion(file);
-    std::size_t left = std::numeric_limits<std::size_t>::max();
-    if (version == MAT_FT_MAT4 || version == MAT_FT_MAT5)
-        left = CountWholeVariables(path, version == MAT_FT_MAT4);
-    for (; left > 0; --left) {
+    for (std::size_t left = WholeVariablesOf(file, path).count; left > 0; --left) {
         matvar_t *variable = Mat_VarReadNextInfo(file);
         if (variable == nullptr)
             return nullptr;
@@ -133,43 +162,65 @@ matvar_t *ReadVariable(mat_t *file, const char *path, const char *name)
     return nullptr;
 }
 
-// @param name  of a variable; null for a mere look at the file
-void PutOfHdfFile(const char *path, const char *name)
+// What is asked of a file.
+struct SRequest {
+    const char *path;
+    const char *name = nullptr;  // of a variable; null for a list or a mere look at the file
+    bool isList = false;
+};
+
+void PutOfHdfFile(const SRequest &request)
 {
     Put(StreamBegin);
-    if (name != nullptr)
-        PutHdfVariable(path, name);
+    if (request.name != nullptr)
+        PutHdfVariable(request.path, request.name);
+    else if (request.isList)
+        PutHdfList(request.path);
     else
-        PassHdfVariables(path);
+        PassHdfVariables(request.path);
 }
 
-void PutOfOlderFile(const char *path, const char *name)
+void PutOfOlderFile(const SRequest &request)
 {
+    const auto [path, name, isList] = request;
     mat_t *file = Mat_Open(path, MAT_ACC_RDONLY);
     if (file == nullptr)
         GiveUp();
     Put(StreamBegin);
     if (name != nullptr)
-        PutNode(ReadVariable(file, path, name), 0);
+        PutNode(ReadVariable(file, path, name), EDetail::Values, 0);
+    else if (isList)
+        PutList(file, path);
     else
         PassVariables(file);
+}
+
+std::optional<SRequest> ReadRequest(char **arguments, int count)
+{
+    const std::string_view word = count > 4 ? arguments[4] : "";
+    if (count == 4)
+        return SRequest{arguments[3]};
+    if (count == 5 && word == "list")
+        return SRequest{arguments[3], nullptr, true};
+    if (count == 6 && word == "variable")
+        return SRequest{arguments[3], arguments[5]};
+    return std::nullopt;
 }
 
 }  // namespace
 
 int main(int count, char **arguments)
 {
-    if (count != 4 && count != 5) {
+    const std::optional<SRequest> request = ReadRequest(arguments, count);
+    if (!request) {
         std::fputs("tesk-matread reads MAT-files for libmat.so, which starts it.\n", stderr);
         return 2;
     }
     LimitThisProcess(arguments[1], arguments[2]);
-    const char *path = arguments[3];
-    const char *name = count == 5 ? arguments[4] : nullptr;
-    if (IsHdfFile(path))
-        PutOfHdfFile(path, name);
+    if (IsHdfFile(request->path))
+        PutOfHdfFile(*request);
     else
-        PutOfOlderFile(path, name);
+        PutOfOlderFile(*request);
     Put(StreamEnd);
     if (std::fflush(stdout) != 0)
         GiveUp();

@@ -38,6 +38,9 @@ public:
         return true;
     }
 
+    // Whether nothing is left.
+    bool IsAtEnd() { return static_cast<std::uint64_t>(m_file.tellg()) == m_size; }
+
     void SetBigEndian(bool isBigEndian) { m_isBigEndian = isBigEndian; }
 
 private:
@@ -89,13 +92,16 @@ bool PassVariable4(CWordFile &file)
 
 }  // namespace
 
-std::size_t CountWholeVariables(const char *path, bool isVersion4)
+SWholeVariables CountWholeVariables(const char *path, bool isVersion4)
 {
     CWordFile file(path);
     if (!isVersion4 && !PassHeader5(file))
-        return 0;
+        return {0, false};
     std::size_t count = 0;
-    while (isVersion4 ? PassVariable4(file) : PassVariable5(file))
+    while (!file.IsAtEnd()) {
+        if (!(isVersion4 ? PassVariable4(file) : PassVariable5(file)))
+            return {count, false};
         ++count;
-    return count;
+    }
+    return {count, true};
 }

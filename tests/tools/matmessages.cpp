@@ -63,7 +63,11 @@ TEST(MatMessages, TellAFileThatIsNoneFromAVariableThatIsNotThere)
     std::ofstream(file) << "time,value\n";
     EXPECT_THAT(RunShell("tesk play '/mat " + file + ",v' --type real").err,
                 HasSubstr(file + ": the file is no MAT-file, or it is damaged\n"));
-    EXPECT_THAT(Play("octave7.mat", "none").err, HasSubstr("Cannot find `none' variable"));
+    EXPECT_THAT(
+        Play("octave7.mat", "none").err,
+        HasSubstr("tests/data/octave7.mat: the file has no variable \"none\"; its variables are \"m\", \"times\", "));
+    EXPECT_THAT(Play("octave7.mat", "value").err, HasSubstr("no variable \"value\" (did you mean \"values\"?)"));
+    EXPECT_THAT(Play("octave7.mat", "values -time_var tims").err, HasSubstr("(did you mean \"times\"?)"));
 }
 
 // An installation whose reading program is replaced.
@@ -95,7 +99,7 @@ TEST(MatMessages, NameTheReadingProgramIfItIsAtFault)
     EXPECT_EQ(PlayWithReader("#!/bin/sh\nkill -9 $$\n", fs::perms::owner_all),
               "tesk-matread was ended by signal 9 (Killed)\n");
     // It opens the file, and dies over the variable.
-    EXPECT_EQ(PlayWithReader("#!/bin/sh\n[ $# = 4 ] && kill -11 $$\nprintf TESKMAT1TESKEND1\n", fs::perms::owner_all),
+    EXPECT_EQ(PlayWithReader("#!/bin/sh\n[ $# != 3 ] && kill -11 $$\nprintf TESKMAT1TESKEND1\n", fs::perms::owner_all),
               "tesk-matread was ended by signal 11 (Segmentation fault)\n");
     EXPECT_THAT(PlayWithReader("#!/bin/sh\nexit 1\n", fs::perms::owner_all),
                 HasSubstr("the file is no MAT-file, or it is damaged"));

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "tools/files/selectedfile.h"
@@ -116,4 +117,49 @@ TEST(SignalsOfATable, AreItsColumns)
     const SToolRun empty = RunShell("d=$(mktemp -d); : > $d/a.csv; tesk signals $d/a.csv; s=$?; rm -r $d; exit $s");
     EXPECT_EQ(empty.status, 1);
     EXPECT_THAT(empty.err, HasSubstr("has no line with names of columns"));
+}
+
+TEST(SignalsOfAMatFile, AreItsVariablesWithClassAndSize)
+{
+    EXPECT_EQ(RunShell("tesk signals examples/sine.mat").out,
+              "variable,class,size\ntime,double,24x1\nsine,double,24x1\n");
+    EXPECT_EQ(RunShell("tesk signals tests/data/octave7.mat 's*' cx --format table").out,
+              "variable  class           size\n"
+              "cx        complex double   2x1\n"
+              "s         struct           1x1\n"
+              "s.f       double           3x4\n"
+              "s.t       struct           1x1\n"
+              "s.t.v     double           1x1\n"
+              "sa        struct           2x2\n"
+              "sa(1).v   double           1x1\n"
+              "sg        single           1x1\n"
+              "sp        sparse double    2x2\n");
+    EXPECT_EQ(nlohmann::json::parse(RunShell("tesk signals examples/sine.mat sine --format json").out).dump(),
+              R"({"file":"examples/sine.mat","variables":[{"class":"double","size":[24,1],"variable":"sine"}]})");
+    for (const char *name : {"octave4.mat", "scipy4.mat", "octave6.mat", "matio73.mat"}) {
+        const SToolRun run = RunShell("d=$(mktemp -d); cp tests/data/" + std::string(name) +
+                                      " $d/a; tesk signals $d/a values; rm -r $d");
+        EXPECT_EQ(run.out, "variable,class,size\nvalues,double,3x1\n") << name;  // what it holds counts, not its name
+    }
+}
+
+TEST(SignalsOfAMatFile, AreRefusedInOneLine)
+{
+    const SToolRun missing = RunShell("tesk signals examples/sine.mat cosine");
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_EQ(missing.err,
+              "tesk: examples/sine.mat: no variable is named \"cosine\" (did you mean \"sine\"?); \"tesk signals "
+              "examples/sine.mat\" lists them, and * stands for any letters\n");
+    const SToolRun timed = RunShell("tesk signals examples/sine.mat --from 1ns");
+    EXPECT_EQ(timed.status, 2);
+    EXPECT_THAT(timed.err, HasSubstr("a variable has no times of its own"));
+    for (const char *bytes : {"0", "60", "127", "300"}) {
+        const SToolRun cut =
+            RunShell("d=$(mktemp -d); cd $d; head -c " + std::string(bytes) +
+                     " '" TESK_SOURCE_DIR "/examples/sine.mat' >a.mat; tesk signals a.mat; s=$?; rm -r $d; exit $s");
+        EXPECT_EQ(cut.status, 1) << bytes;
+        EXPECT_EQ(cut.out, "") << bytes;
+        EXPECT_EQ(cut.err, "tesk: a.mat: the file is no MAT-file, or it is damaged\n") << bytes;
+    }
+    EXPECT_EQ(RunShell("tesk signals no.mat").err, "tesk: no.mat: there is no such file\n");
 }

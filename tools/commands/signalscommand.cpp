@@ -1,21 +1,16 @@
 // tesk signals: what is in a waveform file.
-#include <algorithm>
-#include <array>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <iterator>
 #include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
-#include <system_error>
 #include <utility>
 #include <vector>
 
-#include "core/fileformulaargs.h"
 #include "tools/commands/commands.h"
-#include "tools/examine/tableexamination.h"
+#include "tools/commands/namelist.h"
 #include "tools/files/selectedfile.h"
 #include "tools/files/wavefile.h"
 #include "tools/output.h"
@@ -150,55 +145,26 @@ void WriteJson(std::ostream &out, const SListing &listing)
 const std::map<std::string, void (*)(std::ostream &out, const SListing &listing)> Writers = {
     {"table", WriteTable}, {"csv", WriteCsv}, {"json", WriteJson}};
 
-// Whether a file is a text table by its name, and nothing else by its contents.
-bool IsTable(const std::string &path)
+// Columns and variables have no times.
+void RefuseStretch(const SSignalsOptions &options, const tesk::SNameList &list)
 {
-    constexpr std::array Endings = {".txt", ".csv", ".tsv"};
-    std::error_code ignored;
-    if (std::ranges::find(Endings, std::filesystem::path(path).extension()) == Endings.end() ||
-        !std::filesystem::is_regular_file(path, ignored))
-        return false;
-    std::ifstream file(path, std::ios::binary);
-    std::string bytes(64, '\0');
-    file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    bytes.resize(static_cast<std::size_t>(file.gcount()));
-    return !tesk::KindOfContents(bytes);
-}
-
-// The columns of a text table, which a formula plays by their names.
-int ListColumns(const SSignalsOptions &options, const std::string &format)
-{
-    CFileFormulaArgs args;
-    args.m_file = options.file.c_str();
-    std::vector<std::string> columns = tesk::TableNames(args);
-    if (columns.empty())
-        throw CRefusal(OneLine(options.file) + ": has no line with names of columns");
-    const auto isListed = [&](const std::string &column) {
-        return options.globs.empty() || std::ranges::any_of(options.globs, [&](const std::string &glob) {
-                   return tesk::IsLikeGlob(column, glob);
-               });
-    };
-    std::erase_if(columns, [&](const std::string &column) { return !isListed(column); });
-    if (columns.empty())
-        throw CRefusal(OneLine(options.file) + ": no column has one of these names");
-    WriteOutput(options.output, [&](std::ostream &out) {
-        if (format == "json") {
-            const nlohmann::ordered_json document = {{"file", options.file}, {"columns", columns}};
-            out << document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
-            return;
-        }
-        out << "column\n";
-        for (const std::string &column : columns)
-            out << (format == "csv" ? CsvField(column) : Printable(column)) << '\n';
-    });
-    return 0;
+    const std::string why =
+        std::string("a ") + list.noun + " has no times of its own; they are given to waveform files";
+    if (!options.from.empty())
+        RefuseOption("--from", options.from, why);
+    if (!options.until.empty())
+        RefuseOption("--until", options.until, why);
 }
 
 int ListSignals(const SSignalsOptions &options)
 {
     const std::string format = !options.format.empty() ? options.format : IsTerminal() ? "table" : "csv";
-    if (IsTable(options.file))
-        return ListColumns(options, format);
+    if (const std::optional<tesk::SNameList> list = tesk::ListNames(options.file)) {
+        RefuseStretch(options, *list);
+        const tesk::SNameList selected = tesk::Select(*list, options.file, options.globs);
+        WriteOutput(options.output, [&](std::ostream &out) { WriteNames(out, selected, options.file, format); });
+        return 0;
+    }
     std::unique_ptr<IWaveformFile> whole = OpenWaveFile(options.file);
     tesk::SSelection selection{options.globs, {}, {}};
     tesk::ReadStretch(options.from, options.until, whole->GetResolution(), selection);
@@ -213,7 +179,8 @@ int ListSignals(const SSignalsOptions &options)
 
 void AddSignalsCommand(CCommandLine &commandLine)
 {
-    CCommand command = commandLine.Add("signals", "List the signals of a VCD, FST, GHW or event-stream file");
+    CCommand command = commandLine.Add(
+        "signals", "List the signals of a waveform file, the columns of a table or the variables of a MAT-file");
     const auto options = std::make_shared<SSignalsOptions>();
     command.Argument("file", options->file, "The file; its contents tell what it is. - is standard input");
     command.Arguments("glob", options->globs, "Names to list, such as \"tb.*\"; * crosses dots (default: all)");
@@ -223,11 +190,12 @@ void AddSignalsCommand(CCommandLine &commandLine)
     command.Choice("--format", options->format, {"table", "csv", "json"},
                    "Default: table on a terminal, csv elsewhere");
     command.Option("-o,--output", options->output, "FILE", "Write to a file, whole or not at all");
-    command.Footer("Of a text table (.txt, .csv, .tsv) the columns are listed.\n"
-                   "A signal has one change for each time at which the file gives it, or an element of it, a value.\n"
-                   "Times are in the unit of the file. The names are those that a formula takes:\n"
-                   "  tesk signals waves.vcd\n"
-                   "  tesk play \"/custom waves.vcd,tb.clk\"\n"
-                   "Example: tesk signals waves.vcd --format table");
+    command.Footer(
+        "Of a text table (.txt, .csv, .tsv) the columns are listed, of a MAT-file the variables with class and size.\n"
+        "A signal has one change for each time at which the file gives it, or an element of it, a value.\n"
+        "Times are in the unit of the file. The names are those that a formula takes:\n"
+        "  tesk signals waves.vcd\n"
+        "  tesk play \"/custom waves.vcd,tb.clk\"\n"
+        "Example: tesk signals waves.vcd --format table");
     command.Action([options] { return ListSignals(*options); });
 }

@@ -103,6 +103,18 @@ const mxArray *FindMatVariable(const char *text, MATFile *file)
     return path.dot == None ? variable : nullptr;
 }
 
+std::vector<std::uint64_t> ReadMatSizes(const mxArray *array)
+{
+    constexpr int MostDimensions = 64;
+    const int rank = MatLibraries().mxGetNumberOfDimensions(array);
+    if (rank == 1)
+        return {MatLibraries().mxGetNumberOfElements(array)};
+    std::vector<std::uint64_t> sizes;
+    for (int i = 0; rank <= MostDimensions && i < rank; ++i)
+        sizes.push_back(SizeOf(array, i));
+    return sizes;
+}
+
 bool ReadMatMatrix(const mxArray *array, SMatMatrix &matrix)
 {
     const SMatLibraries &matlab = MatLibraries();

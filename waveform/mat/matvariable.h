@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <vector>
 
 struct MATFile;
 struct mxArray;
@@ -13,6 +15,9 @@ namespace tesk {
 /// element; and the element (i,j) is number (i - 1) * rows + (j - 1), which is not MATLAB's order.
 /// @return owned by the library; null if there is none
 const mxArray *FindMatVariable(const char *path, MATFile *file);
+
+/// The sizes of a variable, one for each dimension. @return empty if it has none, or more than any array has
+std::vector<std::uint64_t> ReadMatSizes(const mxArray *array);
 
 /// The values of a variable, column by column.
 struct SMatMatrix {

@@ -33,7 +33,7 @@ protected:
     // A reader that writes these bytes, whatever it is asked.
     std::string Reader(const std::string &bytes) const
     {
-        const std::string path = Write("reader", "#!/bin/sh\n[ $# = 4 ] && exec cat '" + Write("answer", bytes) +
+        const std::string path = Write("reader", "#!/bin/sh\n[ $# != 3 ] && exec cat '" + Write("answer", bytes) +
                                                      "'\nprintf TESKMAT1TESKEND1\n");
         chmod(path.c_str(), 0700);
         return path;
@@ -47,6 +47,8 @@ protected:
         return Describe(file.ReadVariable("v"));
     }
 
+    std::string DescribeListAnswer(const std::string &list) const;
+
     const std::filesystem::path m_folder;
 };
 
@@ -54,6 +56,30 @@ std::string VariableOf(const std::string &path, const char *name)
 {
     CMatFile file(TESK_MATREAD, path);
     return file.Check() ? Describe(file.ReadVariable(name)) : "no file";
+}
+
+// "m 3x4 class 6; times 1x3 class 6"; "no list" if there is none.
+std::string DescribeList(CMatFile &file)
+{
+    const std::vector<std::string> *names = file.ReadNames();
+    if (names == nullptr)
+        return "no list";
+    std::string text;
+    for (const std::string &name : *names)
+        text += (text.empty() ? "" : "; ") + name + ' ' + Describe(file.ReadInfo(name.c_str()));
+    return text;
+}
+
+std::string ListOf(const std::string &path)
+{
+    CMatFile file(TESK_MATREAD, path);
+    return file.Check() ? DescribeList(file) : "no file";
+}
+
+std::string MatFile::DescribeListAnswer(const std::string &list) const
+{
+    CMatFile file(Reader(std::string(StreamBegin, 8) + list + std::string(StreamEnd, 8)), SamplePath("octave6.mat"));
+    return DescribeList(file);
 }
 
 template <typename T>
@@ -151,6 +177,70 @@ TEST_F(MatFile, MayHaveAnyName)
 {
     for (const char *name : {"-r", "a b.mat", "$(true)'\".mat"})
         EXPECT_EQ(VariableOf(Write(name, BytesOf(SamplePath("octave6.mat"))), "times"), "1x3 class 6 1 2 4") << name;
+}
+
+TEST_F(MatFile, ListsItsVariablesWithoutTheirValues)
+{
+    const std::string numbers = "m 3x4 class 6; times 1x3 class 6; values 3x1 class 6; odd 5x1 class 6; cx 2x1 class 6";
+    for (const char *name : SmallFiles)
+        EXPECT_EQ(ListOf(SamplePath(name)), numbers) << name;
+    for (const char *name : {"octave6.mat", "octave7.mat", "scipy5.mat"})
+        EXPECT_EQ(ListOf(SamplePath(name)),
+                  numbers +
+                      "; s 1x1 {f=3x4 class 6} {t=1x1 {v=1x1 class 6}}; sa 2x2 {v=1x1 class 6}; n3 2x2x2 class 6; "
+                      "e 0x3 class 6; i8 1x2 class 8; u64 1x1 class 15; sg 1x1 class 7; txt 1x4 class 4; "
+                      "lg 1x2 class 3; sp 2x2 class 0; ce 1x2 class 1")
+            << name;
+    EXPECT_EQ(
+        ListOf(SamplePath("matio73.mat")),
+        "ce 1x2 class 1; cx 2x1 class 6; e 0x3 class 6; i8 1x2 class 8; lg 1x2 class 3; m 3x4 class 6; "
+        "n3 2x2x2 class 6; odd 5x1 class 6; s 1x1 {f=3x4 class 6} {t=1x1 {v=1x1 class 6}}; sa 2x2 {v=1x1 class 6}; "
+        "sg 1x1 class 7; times 1x3 class 6; txt 1x4 class 4; u64 1x1 class 15; values 3x1 class 6");
+    CMatFile file(TESK_MATREAD, SamplePath("octave7.mat"));
+    EXPECT_EQ(file.ReadInfo("none"), nullptr);
+    EXPECT_EQ(file.ReadInfo("times")->real, nullptr);
+}
+
+TEST_F(MatFile, IsNotListedWhereItWasCutOff)
+{
+    for (const char *name : {"octave4.mat", "octave6.mat", "scipy4.mat", "scipy5.mat", "matio73.mat"}) {
+        const std::string bytes = BytesOf(SamplePath(name));
+        const std::string whole = ListOf(SamplePath(name));
+        const std::string lastPart = ListOf(Write("cut.mat", bytes.substr(0, bytes.size() - 1)));
+        EXPECT_THAT(lastPart, AnyOf("no file", "no list")) << name;
+        for (std::size_t size = 0; size < bytes.size(); size += bytes.size() / 8 + 1) {
+            const std::string list = ListOf(Write("cut.mat", bytes.substr(0, size)));
+            // Between two variables nothing shows that there were more.
+            EXPECT_TRUE(list == "no file" || list == "no list" || whole.starts_with(list)) << name << size << list;
+        }
+    }
+}
+
+TEST_F(MatFile, ListsDamagedVariablesWithoutHarm)
+{
+    std::mt19937 random(5);
+    for (const char *name : {"octave6.mat", "scipy5.mat", "matio73.mat"}) {
+        const std::string bytes = BytesOf(SamplePath(name));
+        for (int round = 0; round < 16; ++round) {
+            std::string damaged = bytes;
+            for (int i = 0; i < 4; ++i)
+                damaged[random() % damaged.size()] = static_cast<char>(random());
+            ListOf(Write("damaged.mat", damaged));
+        }
+    }
+}
+
+TEST_F(MatFile, TakesListsAsTheyShouldBe)
+{
+    const std::string name = '\1' + Bytes<std::uint32_t>(1) + "a";
+    EXPECT_EQ(DescribeListAnswer(std::string(1, '\0')), "");
+    EXPECT_EQ(DescribeListAnswer(name + '\0' + '\0'), "a null");
+    EXPECT_EQ(DescribeListAnswer(name + Header(6, {1, 7}) + '\0'), "a 1x7 class 6");
+    const std::string many = Header(2, {std::uint64_t(1) << 60, 1}) + Names({"f"}) + '\0';
+    EXPECT_EQ(DescribeListAnswer(name + many + '\0'), "a 1152921504606846976x1 {f=null}");
+    for (const std::string &list : {std::string(), name, name + Header(6, {1, 7}), '\2' + name + '\0' + '\0',
+                                    name + '\2' + '\0', '\1' + Bytes<std::uint32_t>(1U << 31) + '\0'})
+        EXPECT_EQ(DescribeListAnswer(list), "no list") << list;
 }
 
 TEST_F(MatFile, CutAnywhereIsRefusedOrReadInPart)
