@@ -1,25 +1,19 @@
 #include "tools/bench/bench.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstring>
-#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <set>
-#include <span>
-#include <string_view>
 #include <utility>
 
 #include <toml++/toml.h>
 
+#include "tools/bench/signalexamination.h"
 #include "tools/commandline.h"
-#include "tools/examine/examination.h"
-#include "tools/examine/findingtext.h"
 #include "tools/examine/nearname.h"
-#include "tools/play/fileformula.h"
 #include "tools/play/typeargument.h"
 #include "tools/quote.h"
 #include "tools/timetext.h"
@@ -206,7 +200,7 @@ private:
         if (!m_names.insert(name).second)
             Add(member.place, "the signal " + Quote(name) + " stands twice in the bench");
         if (!signal.formula.empty() || member.node->is_string())
-            Examine(signal);
+            ExamineBenchSignal(m_bench, signal, m_faults);
         m_bench.signals.push_back(std::move(signal));
     }
 
@@ -237,17 +231,6 @@ private:
             return text.empty() ? EStrength::Override : row->strength;
         Add(PlaceOf(*table.get("strength")), "no strength " + Quote(text) + "; write override, deposit or drive");
         return EStrength::Override;
-    }
-
-    void Examine(SBenchSignal &signal)
-    {
-        if (signal.description.empty())
-            signal.description = FindReplayedType(signal.formula);
-        const SExamined examined{signal.formula, signal.description, m_bench.resolution, signal.start};
-        for (const SFinding &finding : ExamineFormula(examined)) {
-            Add(signal.place, "signal " + Quote(signal.name) + ": " + FindingLine(finding), finding.severity);
-            m_faults.back().isOfFormula = !finding.isRefused;
-        }
     }
 
     void ReadReplays(const toml::node &node)
@@ -340,10 +323,12 @@ bool HasError(const std::vector<SBenchFault> &faults)
 std::string FaultLine(const SBench &bench, const SBenchFault &fault)
 {
     std::string line = bench.path;
+    const std::string severity = fault.severity == ESeverity::Error ? "error: " : "warning: ";
+    if (line.empty())
+        return OneLine(severity + fault.text);
     if (fault.place.line > 0)
         line += ":" + std::to_string(fault.place.line) + ":" + std::to_string(fault.place.column);
-    line += fault.severity == ESeverity::Error ? ": error: " : ": warning: ";
-    return OneLine(line + fault.text);
+    return OneLine(line + ": " + severity + fault.text);
 }
 
 }  // namespace tesk

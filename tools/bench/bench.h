@@ -9,10 +9,10 @@
 
 namespace tesk {
 
-/// Where something stands in a bench file; 0 where it stands in none.
+/// Where something stands in a bench file; 0 where it stands in none. Of a bench from the command line the argument.
 struct SBenchPlace {
-    int line = 0;    ///< from 1
-    int column = 0;  ///< from 1
+    int line = 0;    ///< from 1; the number of the argument
+    int column = 0;  ///< from 1; in the argument
 
     auto operator<=>(const SBenchPlace &) const = default;
 };
@@ -74,7 +74,7 @@ SBench ReadBench(const std::string &path, std::vector<SBenchFault> &faults);
 /// Whether one of them is an error.
 bool HasError(const std::vector<SBenchFault> &faults);
 
-/// "bench.toml:4:9: error: ...".
+/// "bench.toml:4:9: error: ..."; of a bench from the command line "error: ...", which names the signal.
 std::string FaultLine(const SBench &bench, const SBenchFault &fault);
 
 }  // namespace tesk

@@ -1,16 +1,13 @@
 #include "tools/bench/benchplayer.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdio>
+#include <iterator>
+#include <span>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "tools/commandline.h"
-#include "tools/play/formula.h"
-#include "tools/play/player.h"
-#include "tools/play/walk.h"
 #include "tools/quote.h"
 #include "tools/writers/picture.h"
 
@@ -18,75 +15,72 @@ namespace tesk {
 
 namespace {
 
-SPlayed PlaySignal(const SBench &bench, const SBenchSignal &signal, long long from, std::optional<long long> until)
+bool IsKnownToBeWrong(const SBenchSignal &signal, const std::vector<SBenchFault> &faults)
+{
+    return std::ranges::any_of(faults, [&](const SBenchFault &fault) {
+        return fault.severity == ESeverity::Error && fault.place == signal.place;
+    });
+}
+
+}  // namespace
+
+CBenchPlayer::CBenchPlayer(const SBench &bench, const SBenchStretch &stretch, std::vector<SBenchFault> &faults)
+    : m_bench(bench), m_stretch(stretch)
+{
+    if (!m_stretch.until)
+        m_stretch.until = bench.until;
+    for (const SBenchSignal &signal : bench.signals)
+        Prepare(signal, faults);
+    std::ranges::stable_sort(faults, {}, &SBenchFault::place);
+}
+
+void CBenchPlayer::Prepare(const SBenchSignal &signal, std::vector<SBenchFault> &faults)
 try {
     SPlayedSignal played;
     played.description = signal.description;
     if (!played.description.empty())
         DescribeElements(played);
-    const SWalkTimes times{signal.start, std::max(from, signal.start), until};
-    SPlayed result = PlayOnSignal(signal.formula, played, bench.resolution, times);
-    for (STrace &trace : result.traces)
-        trace.signal = signal.name;
-    return result;
+    const SWalkTimes times{signal.start, std::max(m_stretch.from, signal.start), m_stretch.until};
+    m_signals.emplace_back(signal.formula, std::move(played), m_bench.resolution, times);
 } catch (const CRefusal &refusal) {
-    throw CRefusal("signal " + Quote(signal.name) + ": " + refusal.what());
+    m_canPlay = false;
+    if (!IsKnownToBeWrong(signal, faults))
+        faults.push_back({ESeverity::Error, signal.place, "signal " + Quote(signal.name) + ": " + refusal.what()});
 }
 
-long long LastChange(const SPlayed &played)
+SWalked CBenchPlayer::WalkAll()
 {
-    long long last = 0;
-    for (const STrace &trace : played.traces)
-        last = std::max(last, trace.changes.empty() ? 0 : trace.changes.back().ticks);
-    return last;
-}
-
-// Where a bench without an end of its own ends: with the last stimulator that has one, else where the first of the others
-// has shown as many changes as are shown of one.
-long long FindEnd(const std::vector<SPlayed> &signals)
-{
-    std::optional<long long> ended, cut;
-    for (const SPlayed &signal : signals) {
-        const long long last = LastChange(signal);
-        if (signal.isCut)
-            cut = std::min(cut.value_or(last), last);
-        else
-            ended = std::max(ended.value_or(last), last);
+    std::vector<SWalkGroup> groups;
+    SWalkStretch stretch{m_stretch.from, m_stretch.until};
+    for (const CPreparedSignal &signal : m_signals) {
+        groups.push_back(signal.Group());
+        stretch.ended = std::max(stretch.ended, signal.Ended());
     }
-    return ended && (*ended > 0 || !cut) ? *ended : cut.value_or(0);
+    return Walk(groups, stretch);
 }
 
-std::vector<SPlayed> PlaySignals(const SBench &bench, long long from, std::optional<long long> until)
+SWaveform CBenchPlayer::Play()
 {
-    std::vector<SPlayed> signals;
-    for (const SBenchSignal &signal : bench.signals)
-        signals.push_back(PlaySignal(bench, signal, from, until));
-    return signals;
-}
-
-}  // namespace
-
-SWaveform PlayBench(const SBench &bench, const SBenchStretch &stretch)
-{
-    const CSimulationRun run;  // of all signals: what one opens the others find open
-    std::optional<long long> until = stretch.until ? stretch.until : bench.until;
-    std::vector<SPlayed> signals = PlaySignals(bench, stretch.from, until);
-    if (!until && std::ranges::any_of(signals, &SPlayed::isCut)) {
-        until = FindEnd(signals);
-        if (std::ranges::all_of(signals, &SPlayed::isCut))
-            std::fprintf(
-                stderr,
-                "tesk: the stimulators go on for ever; these are the first %zu changes, give --until for others\n",
-                DefaultChanges);
-        signals = PlaySignals(bench, stretch.from, until);
-    }
+    SWalked walked = WalkAll();
+    if (walked.isCut)
+        std::fprintf(stderr,
+                     "tesk: the stimulators go on for ever; these are the first %zu changes, give --until for others\n",
+                     DefaultChanges);
     SWaveform waveform;
-    waveform.formula = bench.path;
-    waveform.resolution = bench.resolution;
-    waveform.begin = stretch.from;
-    for (SPlayed &signal : signals)
-        std::ranges::move(signal.traces, std::back_inserter(waveform.traces));
-    waveform.end = std::max(until.value_or(PictureEnd(waveform)), waveform.begin);
+    waveform.formula = m_bench.path;
+    waveform.resolution = m_bench.resolution;
+    waveform.begin = m_stretch.from;
+    std::span<std::vector<SChange>> changes = walked.changes;
+    for (std::size_t i = 0; i < m_signals.size(); ++i) {
+        const std::size_t count = m_signals[i].Group().stimuli.size();
+        for (STrace &trace : m_signals[i].Show(changes.first(count))) {
+            trace.signal = m_bench.signals[i].name;
+            waveform.traces.push_back(std::move(trace));
+        }
+        changes = changes.subspan(count);
+    }
+    const std::optional<long long> end = m_stretch.until ? m_stretch.until : walked.end;
+    waveform.end = std::max(end.value_or(PictureEnd(waveform)), waveform.begin);
     return waveform;
 }
 

@@ -1,22 +1,27 @@
 // tesk play: walks a stimulus and writes its changes.
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
 #include "tools/bench/bench.h"
 #include "tools/bench/benchplayer.h"
+#include "tools/bench/namedformulas.h"
 #include "tools/commands/commands.h"
 #include "tools/examine/explained.h"
+#include "tools/help/commandtable.h"
 #include "tools/output.h"
 #include "tools/play/fileformula.h"
 #include "tools/play/formula.h"
 #include "tools/play/playedsignal.h"
 #include "tools/play/player.h"
 #include "tools/play/walk.h"
+#include "tools/quote.h"
 #include "tools/timetext.h"
 #include "tools/writers/formats.h"
 #include "tools/writers/picture.h"
@@ -27,6 +32,7 @@ namespace {
 
 struct SPlayOptions {
     std::string formula;
+    std::vector<std::string> more;  // signals behind the first
     std::string resolution = "1ps";
     std::string start;
     std::string from;
@@ -99,27 +105,47 @@ void Arrange(const SPlayOptions &options, bool showsRadix, SWaveform &waveform)
         tesk::ShowInRadix(waveform, *radix);
 }
 
-// Options that a bench has for each of its signals.
-constexpr const char *SignalOptions[] = {"--type", "--count", "--start", "--name", "--res"};
-
-SWaveform PlayBenchFile(const SPlayOptions &options)
+// Plays a bench, unless one of its faults is in the way. All of them are told. A formula that cannot mean what it says is
+// played by the letter; a bench that cannot be read is not.
+SWaveform PlayBench(const SPlayOptions &options, const tesk::SBench &bench, std::vector<tesk::SBenchFault> faults)
 {
-    std::vector<tesk::SBenchFault> faults;
-    const tesk::SBench bench = tesk::ReadBench(options.formula, faults);
-    for (const tesk::SBenchFault &fault : faults)
-        std::fprintf(stderr, "tesk: %s\n", tesk::FaultLine(bench, fault).c_str());
-    // A formula that cannot mean what it says is played by the letter; a bench that cannot be read is not.
     const bool isUnread = std::ranges::any_of(faults, [](const tesk::SBenchFault &fault) {
         return fault.severity == tesk::ESeverity::Error && !fault.isOfFormula;
     });
-    if (isUnread || (options.isStrict && tesk::HasError(faults)))
-        throw CRefusal(options.formula + ": the bench is not played; \"tesk check\" tells its faults as data");
     tesk::SBenchStretch stretch;
     if (!options.from.empty())
         stretch.from = ReadTimeOption("--from", options.from, bench.resolution);
     if (!options.until.empty())
         stretch.until = ReadTimeOption("--until", options.until, bench.resolution);
-    return tesk::PlayBench(bench, stretch);
+    if (!options.from.empty() && stretch.until && stretch.from > *stretch.until)
+        RefuseOption("--from", options.from, "later than --until " + options.until);
+    tesk::CBenchPlayer player(bench, stretch, faults);
+    for (const tesk::SBenchFault &fault : faults)
+        std::fprintf(stderr, "tesk: %s\n", tesk::FaultLine(bench, fault).c_str());
+    if (isUnread || !player.CanPlay() || (options.isStrict && tesk::HasError(faults)))
+        throw CRefusal(bench.path.empty()
+                           ? "the signals are not played"
+                           : bench.path + ": the bench is not played; \"tesk check\" tells its faults as data");
+    return player.Play();
+}
+
+SWaveform PlayBenchFile(const SPlayOptions &options)
+{
+    std::vector<tesk::SBenchFault> faults;
+    const tesk::SBench bench = tesk::ReadBench(options.formula, faults);
+    return PlayBench(options, bench, std::move(faults));
+}
+
+SWaveform PlayNamed(const SPlayOptions &options)
+{
+    SWaveform described = DescribeWalk(options);
+    std::vector<std::string> arguments = {options.formula};
+    arguments.insert(arguments.end(), options.more.begin(), options.more.end());
+    std::vector<tesk::SBenchFault> faults;
+    const tesk::SBench bench = tesk::BenchOfArguments(arguments, described.resolution, described.begin, faults);
+    SWaveform waveform = PlayBench(options, bench, std::move(faults));
+    waveform.formula = tesk::JoinWords(arguments, " ");
+    return waveform;
 }
 
 void Write(const SPlayOptions &options, SWaveform &waveform)
@@ -178,13 +204,61 @@ int Play(const SPlayOptions &options)
     return 0;
 }
 
+enum class EPlayed { Formula, BenchFile, Named };
+
+EPlayed WhatIsPlayed(const SPlayOptions &options)
+{
+    std::error_code ignored;
+    const bool isNamed = tesk::IsNamedFormula(options.formula);
+    if (tesk::IsBenchName(options.formula) && (!isNamed || std::filesystem::exists(options.formula, ignored)))
+        return EPlayed::BenchFile;
+    return isNamed || !options.more.empty() ? EPlayed::Named : EPlayed::Formula;
+}
+
+// Options that many signals have each for itself, and where a bench file tells them.
+struct SOptionElsewhere {
+    const char *name;
+    bool isOfNamed;  // also where the signals are named on the command line
+};
+constexpr SOptionElsewhere OptionsElsewhere[] = {
+    {"--type", true}, {"--count", true}, {"--name", true}, {"--start", false}, {"--res", false}};
+
+void RefuseOptions(const SPlayOptions &options, const CCommand &command, EPlayed played)
+{
+    const bool isFile = played == EPlayed::BenchFile;
+    if (isFile && !options.more.empty())
+        throw CWrongUsage(Quote(options.more.front()) + ": a bench file stands alone; write the signal into it");
+    for (const SOptionElsewhere &option : OptionsElsewhere) {
+        if (command.Has(option.name) && (isFile || option.isOfNamed))
+            throw CWrongUsage(std::string(option.name) +
+                              (isFile ? ": a bench tells it for each of its signals, in the file"
+                                      : ": several signals have each their own; write NAME:TYPE=FORMULA"));
+    }
+}
+
+int PlayAny(const SPlayOptions &options, const CCommand &command)
+{
+    const EPlayed played = WhatIsPlayed(options);
+    if (played == EPlayed::Formula)
+        return Play(options);
+    RefuseOptions(options, command, played);
+    SWaveform waveform = played == EPlayed::Named ? PlayNamed(options) : PlayBenchFile(options);
+    Write(options, waveform);
+    return 0;
+}
+
 }  // namespace
 
 void AddPlayCommand(CCommandLine &commandLine)
 {
     CCommand command = commandLine.Add("play", "Walk a stimulus and write its changes");
     const auto options = std::make_shared<SPlayOptions>();
-    command.Argument("formula", options->formula, "What to play, or a bench file whose name ends in .toml");
+    command.Argument(
+        "formula", options->formula,
+        "What to play; or NAME=FORMULA or NAME:TYPE=FORMULA, which a blank in front makes a mere formula; or a "
+        "bench file whose name ends in .toml");
+    command.Arguments("signal", options->more,
+                      "More signals, NAME=FORMULA or NAME:TYPE=FORMULA each, as the first then is");
     AddTimeOptions(command, options->resolution, options->start);
     command.Option("--type", options->type, "TYPE",
                    "Type of the signal, such as bit or std_logic_vector(7 downto 0), or a whole description");
@@ -200,19 +274,9 @@ void AddPlayCommand(CCommandLine &commandLine)
     command.Option("--name", options->name, "NAME", "What the signal is called in the output");
     command.Choice("--radix", options->radix, tesk::RadixNames(), "How the values of buses are shown, but in a dump");
     command.Flag("--no-elements", options->hasNoElements, "Show a composite signal without its elements");
-    command.Flag("--strict", options->isStrict, "Play nothing, with status 1, if the formula cannot mean what it says");
+    command.Flag("--strict", options->isStrict, "Play nothing, with status 1, if a formula cannot mean what it says");
     command.Number("--width", options->width, 40, 100000, "Of a picture, in pixels (svg) or columns (wave)");
     command.Footer("\"tesk help formulas\" tells how a formula is written.\nExample: tesk play \"1 10ns, 0 20ns -r "
                    "30ns -cancel 100ns\" --format wave");
-    command.Action([options, command] {
-        if (!tesk::IsBenchName(options->formula))
-            return Play(*options);
-        for (const char *option : SignalOptions) {
-            if (command.Has(option))
-                throw CWrongUsage(std::string(option) + ": a bench tells it for each of its signals, in the file");
-        }
-        SWaveform waveform = PlayBenchFile(*options);
-        Write(*options, waveform);
-        return 0;
-    });
+    command.Action([options, command] { return PlayAny(*options, command); });
 }

@@ -224,12 +224,20 @@ private:
     std::vector<std::size_t> m_groups;  // where those begin that are open
 };
 
+// Whether it is the formula of one wire, which a splitter writes: "\\counter\\wire\\0\\handle\\3".
+bool IsOfWire(const std::vector<SFormulaWord> &fields)
+{
+    return fields.size() > 1 && IsSameWord(fields[1].text, "wire");
+}
+
 }  // namespace
 
 void ExamineCounterFormula(const SExamined &examined, const SFormulaKind &kind, CFindings &findings)
 {
     const std::string_view formula = examined.formula;
     const auto fields = FieldsFrom(formula, FindKeyword(formula, kind.keyword));
+    if (IsOfWire(fields))
+        return;
     std::size_t field = 1;
     for (const SCounterSetting &setting : CounterSettings) {
         const bool isThere = field < fields.size();
@@ -257,6 +265,8 @@ void ExamineRandomFormula(const SExamined &examined, const SFormulaKind &kind, C
     const std::string_view formula = examined.formula;
     const std::size_t keyword = FindKeyword(formula, kind.keyword);
     const auto fields = FieldsFrom(formula, keyword);
+    if (IsOfWire(fields))
+        return;
     const SFormulaWord word = {formula.substr(keyword, kind.keyword.size()), keyword, 1};
     if (word.text != "\\RANDOM")
         findings.push_back(FindingAt(word, ESeverity::Error, "the keyword is in capitals", "write \\RANDOM"));

@@ -68,7 +68,7 @@ std::optional<std::vector<SChange>> CLongReplay::Changes(const std::string &form
         return std::nullopt;
     const Kestrin::KTypeInfo *element = signal->type.GetArrayElementKTypeInfo();
     std::vector<SChange> changes;
-    CChangeRecorder recorder(times);
+    CChangeRecorder recorder;
     const std::unique_ptr<IElementWalk> walk = m_file->Walk(handle);
     long long time = 0;
     std::uint64_t value = 0;
@@ -80,7 +80,7 @@ std::optional<std::vector<SChange>> CLongReplay::Changes(const std::string &form
         const bool isSameTick = !changes.empty() && changes.back().ticks == *ticks;
         if (isSameTick)
             changes.pop_back();  // the simulator's tick is coarser than the file's: the last value counts
-        recorder.Add(changes, {*ticks, ScalarText(element != nullptr ? *element : signal->type, value)});
+        recorder.Add(changes, {*ticks, ScalarText(element != nullptr ? *element : signal->type, value)}, times.from);
     }
     return changes;
 }

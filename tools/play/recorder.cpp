@@ -34,9 +34,9 @@ void CChangeRecorder::Drain(std::vector<SChange> &changes, const CChangeSink &si
     changes.push_back(std::move(last));
 }
 
-void CChangeRecorder::Add(std::vector<SChange> &changes, SChange change)
+void CChangeRecorder::Add(std::vector<SChange> &changes, SChange change, long long from)
 {
-    if (change.ticks <= m_from && !changes.empty()) {  // the last one is not in force where the shown stretch begins
+    if (change.ticks <= from && !changes.empty()) {  // the last one is not in force where the shown stretch begins
         m_bytes -= changes.back().value.value_or("").size();
         --m_held;
         changes.pop_back();
@@ -49,7 +49,7 @@ void CChangeRecorder::Add(std::vector<SChange> &changes, SChange change)
     if (m_bytes > MostBytes)
         throw CRefusal("the values of the changes have more than " + std::to_string(MostBytes >> 20) +
                        " MiB; give an earlier end with --until");
-    change.ticks = std::max(change.ticks, m_from);
+    change.ticks = std::max(change.ticks, from);
     changes.push_back(std::move(change));
 }
 

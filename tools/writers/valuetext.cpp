@@ -160,6 +160,11 @@ bool IsBitVectorType(const std::string &description)
     return false;
 }
 
+bool IsBusType(const std::string &description)
+{
+    return !description.empty() && Kestrin::KTypeInfo(description.c_str()).GetKind() != EnumerationKind;
+}
+
 std::string BitsInRadix(const std::string &bits, ERadix radix)
 {
     std::string letters;

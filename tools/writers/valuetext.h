@@ -25,6 +25,10 @@ bool IsBitText(const std::string &value);
 /// Whether it is a type of vectors whose elements are std_logic, bit or the like. @param description  of the type
 bool IsBitVectorType(const std::string &description);
 
+/// Whether values of a type are drawn as a band, however short they are: those of all types but enumerations.
+/// @param description  of the type; empty for none
+bool IsBusType(const std::string &description);
+
 /// Bits as a number. A digit, in decimal the whole number, of unknown bits only is "x" and of Z only "z"; where just some of
 /// them are, it is "X", or "Z" if the others are known.
 /// @param bits  std_logic values
