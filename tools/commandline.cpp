@@ -5,7 +5,6 @@
 #include <exception>
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <iostream>
 #include <new>
@@ -13,6 +12,7 @@
 #include <utility>
 
 #include "tools/help/usage.h"
+#include "tools/message.h"
 #include "tools/quote.h"
 
 namespace {
@@ -22,7 +22,7 @@ constexpr int WrongUsage = 2;
 
 int Complain(const std::exception &error, int status)
 {
-    std::fprintf(stderr, "tesk: %s\n", MessageLine(error.what()).c_str());
+    TellRefusal(error.what());
     return status;
 }
 

@@ -1,11 +1,9 @@
 #include "tools/loglines.h"
 
-#include <cstdio>
 #include <utility>
 
 #include "platform/log.h"
-#include "tools/output.h"
-#include "tools/quote.h"
+#include "tools/message.h"
 
 namespace {
 
@@ -32,7 +30,7 @@ void CLogLines::Take(void *context, int level, const char *, const char *text)
     if (level == Error)
         lines.m_lastError = text;
     if (level == Error && lines.m_errors == EErrors::Shown)
-        std::fprintf(stderr, "tesk: %s\n", MessageLine(text).c_str());
+        TellRefusal(text);
     else if (level != Error && lines.m_warnings == EWarnings::Shown)
-        std::fprintf(stderr, "tesk: %s: %s\n", Coloured("warning", EColour::Yellow).c_str(), MessageLine(text).c_str());
+        TellWarning(text);
 }

@@ -10,7 +10,7 @@ CProgressLine::CProgressLine(const char *label) : m_label(label), m_isShown(IsEr
 
 CProgressLine::~CProgressLine()
 {
-    if (m_percent >= 0)
+    if (m_number >= 0)
         std::fputs("\r\x1B[K", stderr);
 }
 
@@ -18,18 +18,32 @@ void CProgressLine::Show(long long done, long long total)
 {
     constexpr unsigned Calls = 1024;  // between two looks at the clock
     if (m_isShown && m_calls++ % Calls == 0)
-        Draw(done, total);
+        ShowNow(done, total);
 }
 
-void CProgressLine::Draw(long long done, long long total)
+void CProgressLine::ShowNow(long long done, long long total)
 {
-    const auto passed = std::chrono::steady_clock::now() - m_begin;
-    const int percent =
-        total > 0 ? static_cast<int>(100.0 * static_cast<double>(done) / static_cast<double>(total)) : 0;
-    if (passed < std::chrono::seconds(1) || percent == m_percent)
+    if (IsLong())
+        Draw(total > 0 ? static_cast<int>(100.0 * static_cast<double>(done) / static_cast<double>(total)) : 0, "%");
+}
+
+void CProgressLine::ShowBytes(long long done)
+{
+    if (IsLong())
+        Draw(static_cast<int>(done >> 20), "MiB");
+}
+
+bool CProgressLine::IsLong() const
+{
+    return m_isShown && std::chrono::steady_clock::now() - m_begin >= std::chrono::seconds(1);
+}
+
+void CProgressLine::Draw(int number, const char *unit)
+{
+    if (number == m_number)
         return;
-    m_percent = percent;
-    std::fprintf(stderr, "\r%s: %d %%", m_label, percent);
+    m_number = number;
+    std::fprintf(stderr, "\r%s: %d %s", m_label, number, unit);
 }
 
 }  // namespace tesk

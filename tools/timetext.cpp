@@ -1,7 +1,5 @@
 #include "tools/timetext.h"
 
-#include <cstdio>
-
 #include <algorithm>
 #include <charconv>
 #include <limits>
@@ -9,6 +7,7 @@
 
 #include "settings/timeunits.h"
 #include "tools/commandline.h"
+#include "tools/message.h"
 #include "tools/quote.h"
 
 namespace {
@@ -84,8 +83,7 @@ long long ReadTimeOption(const std::string &option, const std::string &text, lon
     if (tesk::ChangeTime(number, static_cast<unsigned>(unit), 0) >= 9.2e18)
         RefuseOption(option, text, "too long; a time may have 9.2e18 fs at most, about 2.5 hr");
     if (unitName.empty() && number != 0)
-        std::fprintf(stderr, "tesk: warning: %s %s has no unit, and counts picoseconds\n", option.c_str(),
-                     OneLine(Shorten(text)).c_str());
+        TellWarning(option + ' ' + Shorten(text) + " has no unit, and counts picoseconds");
     STimeValue time;
     time.SetFromValue(number, unit, unit, resolution);
     return time.m_ticks;

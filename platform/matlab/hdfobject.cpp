@@ -1,8 +1,13 @@
 #include "platform/matlab/hdfobject.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
+#include <iterator>
+#include <string>
 
 #include "platform/matlab/matstream.h"
 
@@ -20,6 +25,26 @@ void PrepareLibrary()
     H5PLset_loading_state(0);
 }
 
+// Whether a path leads to a file that has no name any more: the library follows links and opens what they lead to by name.
+bool IsNameless(const char *path)
+{
+    struct stat link = {}, file = {};
+    return lstat(path, &link) == 0 && S_ISLNK(link.st_mode) && stat(path, &file) == 0 && S_ISREG(file.st_mode) &&
+           file.st_nlink == 0;
+}
+
+hid_t OpenImage(const char *path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    const CId access(H5Pcreate(H5P_FILE_ACCESS), H5Pclose);
+    constexpr std::size_t Increment = 65536;
+    if (!file || H5Pset_fapl_core(access, Increment, 0) < 0 ||
+        H5Pset_file_image(access, bytes.data(), bytes.size()) < 0)
+        GiveUp();
+    return H5Fopen("image", H5F_ACC_RDONLY, access);
+}
+
 }  // namespace
 
 bool IsHdf(const char *path)
@@ -31,6 +56,8 @@ bool IsHdf(const char *path)
 hid_t OpenHdf(const char *path)
 {
     PrepareLibrary();
+    if (IsNameless(path))
+        return OpenImage(path);
     return H5Fopen(path, H5F_ACC_RDONLY, H5P_DEFAULT);
 }
 

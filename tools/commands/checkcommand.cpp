@@ -13,6 +13,7 @@
 #include "tools/bench/benchcheck.h"
 #include "tools/commands/commands.h"
 #include "tools/examine/explained.h"
+#include "tools/message.h"
 #include "tools/play/fileformula.h"
 #include "tools/play/formula.h"
 #include "tools/play/typeargument.h"
@@ -126,7 +127,7 @@ int CheckLines(const SCheckOptions &options)
             status |= CheckOne(options, line);
         } catch (const CRefusal &refusal) {
             std::cout.flush();
-            std::cerr << "tesk: line " << number << ": " << OneLine(refusal.what()) << '\n';
+            TellRefusal("line " + std::to_string(number) + ": " + refusal.what());
             status = 1;
         }
     }

@@ -11,6 +11,7 @@
 
 #include "tools/commands/commands.h"
 #include "tools/commands/namelist.h"
+#include "tools/files/pipeinput.h"
 #include "tools/files/selectedfile.h"
 #include "tools/files/wavefile.h"
 #include "tools/output.h"
@@ -159,7 +160,7 @@ void RefuseStretch(const SSignalsOptions &options, const tesk::SNameList &list)
 int ListSignals(const SSignalsOptions &options)
 {
     const std::string format = !options.format.empty() ? options.format : IsTerminal() ? "table" : "csv";
-    if (const std::optional<tesk::SNameList> list = tesk::ListNames(options.file)) {
+    if (const std::optional<tesk::SNameList> list = tesk::ListNames(tesk::ReadablePath(options.file))) {
         RefuseStretch(options, *list);
         const tesk::SNameList selected = tesk::Select(*list, options.file, options.globs);
         WriteOutput(options.output, [&](std::ostream &out) { WriteNames(out, selected, options.file, format); });

@@ -7,6 +7,7 @@
 #include "tools/commandline.h"
 #include "tools/files/dumpvariables.h"
 #include "tools/files/waveoutput.h"
+#include "tools/progress.h"
 #include "waveform/files/filewalk.h"
 
 using NTARN::CFstWriter;
@@ -127,7 +128,9 @@ void WriteFst(std::ostream &out, tesk::IWaveformFile &file)
     output.Declare();
     output.SetTime(0);
     tesk::CFileWalk walk(file, dump.Signals());
+    tesk::CProgressLine progress("Writing");
     while (walk.Next()) {
+        progress.Show(walk.GetTime(), file.GetEndTime());
         output.SetTime(scale.Time(walk.GetTime()));
         output.Change(walk.GetSignal(), walk.GetValues());
     }

@@ -1,6 +1,8 @@
 // Event streams out of other waveform files.
 #include <array>
 #include <cstdint>
+#include <functional>
+#include <iterator>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -9,6 +11,7 @@
 #include "tools/commandline.h"
 #include "tools/files/waveoutput.h"
 #include "tools/loglines.h"
+#include "tools/progress.h"
 #include "tools/quote.h"
 #include "waveform/files/waveformfile.h"
 
@@ -40,8 +43,10 @@ public:
 
     void WriteEvents(Morvel::IMorvelWrite &writer, IWaveformFile &file) const
     {
-        for (const SGroup &group : m_groups)
-            WriteGroup(writer, group.numbers, *file.Walk(group.element));
+        tesk::CProgressLine progress("Writing");
+        for (std::size_t i = 0; i < m_groups.size(); ++i)
+            WriteGroup(writer, m_groups[i].numbers, *file.Walk(m_groups[i].element),
+                       [&] { progress.Show(static_cast<long long>(i), std::ssize(m_groups)); });
     }
 
 private:
@@ -50,17 +55,20 @@ private:
         std::vector<int> numbers;  // in the stream
     };
 
-    static void WriteGroup(Morvel::IMorvelWrite &writer, const std::vector<int> &numbers, IElementWalk &walk);
+    static void WriteGroup(Morvel::IMorvelWrite &writer, const std::vector<int> &numbers, IElementWalk &walk,
+                           const std::function<void()> &goOn);
 
     std::vector<SGroup> m_groups;
     std::unordered_map<long long, std::size_t> m_groupOf;
 };
 
-void CScalars::WriteGroup(Morvel::IMorvelWrite &writer, const std::vector<int> &numbers, IElementWalk &walk)
+void CScalars::WriteGroup(Morvel::IMorvelWrite &writer, const std::vector<int> &numbers, IElementWalk &walk,
+                          const std::function<void()> &goOn)
 {
     long long time = 0;
     std::uint64_t value = 0;
     while (walk.Next(time, value)) {
+        goOn();
         std::array<unsigned char, 8> bytes{};
         for (std::size_t i = 0; i < bytes.size(); ++i)
             bytes[i] = static_cast<unsigned char>(value >> (8 * i));

@@ -5,7 +5,6 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
-#include <iostream>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -15,8 +14,9 @@
 #include "platform/tarn.h"
 #include "platform/tarnutil.h"
 #include "tools/commandline.h"
+#include "tools/files/pipeinput.h"
 #include "tools/loglines.h"
-#include "tools/output.h"
+#include "tools/progress.h"
 #include "tools/quote.h"
 
 using tesk::EFileKind;
@@ -74,36 +74,25 @@ private:
     std::unique_ptr<IWaveformFile> m_file;
 };
 
-// Tells on a terminal how far an import is, on one line that is wiped at the end.
-class CProgress {
+// Tells on a terminal how far an import is.
+class CImportProgress {
 public:
-    CProgress()
-    {
-        if (IsErrorTerminal())
-            NTARN::NImport::SetProgress(Show, this);
-    }
-    CProgress(const CProgress &) = delete;
-    CProgress &operator=(const CProgress &) = delete;
-    ~CProgress()
-    {
-        NTARN::NImport::SetProgress(nullptr, nullptr);
-        if (m_percent >= 0)
-            std::cerr << "\r\x1B[K" << std::flush;
-    }
+    CImportProgress() { NTARN::NImport::SetProgress(Show, this); }
+    CImportProgress(const CImportProgress &) = delete;
+    CImportProgress &operator=(const CImportProgress &) = delete;
+    ~CImportProgress() { NTARN::NImport::SetProgress(nullptr, nullptr); }
 
 private:
     static void Show(void *context, long long bytesRead, long long fileSize)
     {
-        auto &shown = static_cast<CProgress *>(context)->m_percent;
-        const int percent =
-            fileSize > 0 ? static_cast<int>(100.0 * static_cast<double>(bytesRead) / static_cast<double>(fileSize)) : 0;
-        if (percent == shown)
-            return;
-        shown = percent;
-        std::cerr << "\rReading: " << percent << " %" << std::flush;
+        tesk::CProgressLine &line = static_cast<CImportProgress *>(context)->m_line;
+        if (fileSize > 0)
+            line.ShowNow(bytesRead, fileSize);
+        else
+            line.ShowBytes(bytesRead);
     }
 
-    int m_percent = -1;
+    tesk::CProgressLine m_line{"Reading"};
 };
 
 [[noreturn]] void Refuse(const std::string &path, const std::string &why)
@@ -122,27 +111,6 @@ bool IsRegularFile(const std::string &path)
     if (status.type() == std::filesystem::file_type::none)
         Refuse(path, "cannot be read: " + error.message());
     return status.type() == std::filesystem::file_type::regular;
-}
-
-// What comes through a pipe is read once, and from the front to the back: a look at it would take its beginning away.
-EFileKind KindOfPipe(const std::string &path)
-{
-    const std::string extension = std::filesystem::path(path).extension().string();
-    if (extension == ".fst" || tesk::KindOfName("name" + extension) == EFileKind::Stream)
-        Refuse(path, "is no regular file; of the waveform files only a VCD can be read from a pipe");
-    return EFileKind::Vcd;
-}
-
-constexpr const char *StandardInput = "/dev/stdin";
-
-// A file that a shell opened is read as any other one.
-std::unique_ptr<IWaveformFile> OpenStandardInput()
-try {
-    return OpenWaveFile(StandardInput);
-} catch (const CRefusal &refusal) {
-    if (IsRegularFile(StandardInput))
-        throw;
-    throw CRefusal(refusal.what() + std::string("; of the waveform files only a VCD can be read from a pipe"));
 }
 
 std::string Beginning(const std::string &path)
@@ -167,14 +135,22 @@ try {
     return bytes;  // who reads all of it says what is wrong
 }
 
+std::unique_ptr<IWaveformFile> OpenReadable(const std::string &path)
+try {
+    return std::make_unique<CCheckedFile>(path, WithErrors(path, [&] { return OpenAs(KindOfFile(path), path); }));
+} catch (const NTARN::XFileDoesNotExist &) {
+    Refuse(path, "there is no such file");
+} catch (const NTARN::XFileCorrupted &) {
+    Refuse(path, "is damaged, or no VCD, FST, GHW or event-stream file");
+}
+
 }  // namespace
 
-EFileKind KindOfFile(const std::string &path)
+EFileKind KindOfFile(const std::string &given)
 {
-    if (path == "-")
-        return KindOfFile(StandardInput);
+    const std::string path = tesk::ReadablePath(given);
     if (!IsRegularFile(path))
-        return KindOfPipe(path);
+        return EFileKind::Vcd;  // and read as it comes
     const std::string bytes = Unpacked(path, Beginning(path));
     if (const auto kind = tesk::KindOfContents(bytes))
         return *kind;
@@ -185,25 +161,19 @@ EFileKind KindOfFile(const std::string &path)
 
 std::unique_ptr<IWaveformFile> OpenAs(EFileKind kind, const std::string &path)
 {
-    const CProgress progress;
+    const CImportProgress progress;
     return tesk::FileKind(kind).open(path.c_str());
 }
 
-std::unique_ptr<IWaveformFile> OpenWaveFile(const std::string &path)
-try {
-    if (path == "-")
-        return OpenStandardInput();
-    return std::make_unique<CCheckedFile>(path, WithErrors(path, [&] { return OpenAs(KindOfFile(path), path); }));
-} catch (const NTARN::XFileDoesNotExist &) {
-    Refuse(path, "there is no such file");
-} catch (const NTARN::XFileCorrupted &) {
-    Refuse(path, "is damaged, or no VCD, FST, GHW or event-stream file");
+std::unique_ptr<IWaveformFile> OpenWaveFile(const std::string &given)
+{
+    return OpenReadable(tesk::ReadablePath(given));
 }
 
 CFormulaFile::CFormulaFile(const std::string &path) : m_use(tesk::FileKind(tesk::KindOfName(path)).makeUse())
 {
     const CLogLines log;
-    const CProgress progress;
+    const CImportProgress progress;
     try {
         m_file = m_use->Find(path.c_str());
     } catch (const std::exception &) {  // whatever the reader of the file raises

@@ -8,8 +8,8 @@
 #include "waveform/files/fileuse.h"
 #include "waveform/files/waveformfile.h"
 
-/// Tells a file by what is in it, and by its name if that tells nothing. A pipe is taken for a VCD and left unread.
-/// @throw CRefusal if it cannot be read, or has the name of another kind and is a pipe
+/// Tells a file by what is in it, and by its name if that tells nothing; "-" is standard input. Of a pipe nothing is lost by that.
+/// @throw CRefusal if it cannot be read
 tesk::EFileKind KindOfFile(const std::string &path);
 
 /// Opens a file; "-" is standard input. Warnings go to standard error. A walk, and what identifies events, is refused if they cannot be read.

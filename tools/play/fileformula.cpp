@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <optional>
@@ -19,6 +18,7 @@
 #include "signal/tree/component.h"
 #include "tools/files/wavefile.h"
 #include "tools/loglines.h"
+#include "tools/message.h"
 #include "tools/play/kindtexts.h"
 #include "tools/play/matadvice.h"
 #include "tools/quote.h"
@@ -172,5 +172,5 @@ void WarnOfLoss(const std::string &formula)
         return;
     const std::string loss = FindMatLoss(args);
     if (!loss.empty())
-        std::fprintf(stderr, "tesk: warning: %s: %s\n", OneLine(std::string(args.m_file)).c_str(), loss.c_str());
+        TellWarning(std::string(args.m_file) + ": " + loss);
 }

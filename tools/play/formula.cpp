@@ -9,6 +9,7 @@
 #include "formula/kinds/keywordsearch.h"
 #include "formula/kinds/kinds.h"
 #include "tools/loglines.h"
+#include "tools/message.h"
 #include "tools/play/fileformula.h"
 #include "tools/play/kindtexts.h"
 #include "tools/quote.h"
@@ -113,7 +114,7 @@ std::vector<SimpleString::CStr> SplitFormula(const std::string &formula, long lo
                        std::to_string(count) + " elements; " + Advice(count, isBitVector));
     }
     if (result == -1)
-        std::fprintf(stderr, "tesk: warning: a value is too long for %lld elements and lost its leading bits\n", count);
+        TellWarning("a value is too long for " + std::to_string(count) + " elements and lost its leading bits");
     return elements;
 }
 

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstdio>
 #include <limits>
 #include <utility>
 
+#include "tools/message.h"
 #include "tools/output.h"
 #include "tools/play/fileformula.h"
 #include "tools/quote.h"
@@ -88,10 +88,8 @@ std::optional<std::vector<SChange>> CLongReplay::Changes(const std::string &form
 void CLongReplay::TellLoss() const
 {
     if (m_isOverflown)
-        std::fprintf(stderr,
-                     "tesk: %s: %s goes on behind %s, the last time of 64 bits of ticks; give a coarser --res\n",
-                     Coloured("warning", EColour::Yellow).c_str(), OneLine(m_path).c_str(),
-                     TickText(Longest, m_resolution).c_str());
+        TellWarning(m_path + " goes on behind " + TickText(Longest, m_resolution) +
+                    ", the last time of 64 bits of ticks; give a coarser --res");
 }
 
 }  // namespace tesk
