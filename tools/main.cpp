@@ -10,7 +10,7 @@ int main(int argc, char **argv)
     CCommandLine commandLine;
     for (const auto add :
          {AddPlayCommand, AddCheckCommand, AddSplitCommand, AddClockCommand, AddCounterCommand, AddRandomCommand,
-          AddTypeCommand, AddSignalsCommand, AddConvertCommand, AddHelpCommand, AddCompletionCommand})
+          AddTypeCommand, AddSignalsCommand, AddConvertCommand, AddExportCommand, AddHelpCommand, AddCompletionCommand})
         add(commandLine);
     return commandLine.Run(argc, argv);
 }

@@ -12,6 +12,7 @@
 #include "tools/bench/bench.h"
 #include "tools/bench/benchplayer.h"
 #include "tools/bench/namedformulas.h"
+#include "tools/bench/toldbench.h"
 #include "tools/commands/commands.h"
 #include "tools/examine/explained.h"
 #include "tools/help/commandtable.h"
@@ -105,13 +106,10 @@ void Arrange(const SPlayOptions &options, bool showsRadix, SWaveform &waveform)
         tesk::ShowInRadix(waveform, *radix);
 }
 
-// Plays a bench, unless one of its faults is in the way. All of them are told. A formula that cannot mean what it says is
-// played by the letter; a bench that cannot be read is not.
+// Plays a bench, unless one of its faults is in the way. All of them are told.
 SWaveform PlayBench(const SPlayOptions &options, const tesk::SBench &bench, std::vector<tesk::SBenchFault> faults)
 {
-    const bool isUnread = std::ranges::any_of(faults, [](const tesk::SBenchFault &fault) {
-        return fault.severity == tesk::ESeverity::Error && !fault.isOfFormula;
-    });
+    const bool isUnread = tesk::CannotBeUsed(faults);
     tesk::SBenchStretch stretch;
     if (!options.from.empty())
         stretch.from = ReadTimeOption("--from", options.from, bench.resolution);

@@ -1,9 +1,6 @@
 // The format VCD.
 #include "tools/writers/writers.h"
 
-#include <algorithm>
-#include <charconv>
-#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
@@ -12,75 +9,31 @@
 #include "platform/kestrin.h"
 #include "tools/files/vcdname.h"
 #include "tools/files/vcdtext.h"
+#include "tools/writers/valuekind.h"
 #include "tools/writers/valuetext.h"
 
 namespace {
 
-enum class EKind { Bits, Integer, Real, Text };
+using tesk::EValueKind;
 
 struct SVariable {
-    EKind kind;
+    EValueKind kind;
     std::size_t width;
     std::string code;
 };
 
-template <typename T>
-bool IsNumber(const std::string &value)
-{
-    T number;
-    const char *end = value.data() + value.size();
-    const auto result = std::from_chars(value.data(), end, number);
-    return result.ec == std::errc() && result.ptr == end;
-}
-
-bool AllValues(const STrace &trace, bool (*test)(const std::string &))
-{
-    return std::ranges::all_of(trace.changes,
-                               [test](const SChange &change) { return !change.value || test(*change.value); });
-}
-
-// Whether a value is one of 32 bits.
-bool IsInteger(const std::string &value)
-{
-    return IsNumber<std::int32_t>(value);
-}
-
-std::size_t WidestValue(const STrace &trace)
-{
-    std::size_t width = 1;
-    for (const SChange &change : trace.changes)
-        width = std::max(width, change.value.value_or("").size());
-    return width;
-}
-
-// By the type, where it is known and has room for the values, else by the values.
 SVariable Describe(const STrace &trace, std::size_t index)
 {
-    constexpr int IntegerKind = 2;
-    constexpr int RealKind = 3;
-    const std::string code = VcdCode(index);
-    const Kestrin::KTypeInfo type(trace.type.c_str());
-    if (tesk::IsBitVectorType(trace.type))
-        return {EKind::Bits, static_cast<std::size_t>(type.GetNbOfElements()), code};
-    if (type.GetKind() == IntegerKind && AllValues(trace, IsInteger))
-        return {EKind::Integer, 32, code};
-    if (type.GetKind() == RealKind && AllValues(trace, IsNumber<double>))
-        return {EKind::Real, 64, code};
-    if (AllValues(trace, tesk::IsBitText))
-        return {EKind::Bits, WidestValue(trace), code};
-    if (AllValues(trace, IsNumber<long long>))
-        return {EKind::Integer, AllValues(trace, IsInteger) ? 32U : 64U, code};
-    if (AllValues(trace, IsNumber<double>))
-        return {EKind::Real, 64, code};
-    return {EKind::Text, 1, code};
+    const tesk::SValueKind values = tesk::KindOfValues(trace);
+    return {values.kind, values.width, VcdCode(index)};
 }
 
-const char *TypeName(EKind kind)
+const char *TypeName(EValueKind kind)
 {
     switch (kind) {
-    case EKind::Bits: return "wire";
-    case EKind::Integer: return "integer";
-    case EKind::Real: return "real";
+    case EValueKind::Bits: return "wire";
+    case EValueKind::Integer: return "integer";
+    case EValueKind::Real: return "real";
     default: return "string";
     }
 }
@@ -106,17 +59,17 @@ std::string LongChange(char kind, const std::string &value, const std::string &c
 std::string ChangeLine(const SVariable &variable, const std::optional<std::string> &value)
 {
     switch (variable.kind) {
-    case EKind::Bits: {
+    case EValueKind::Bits: {
         const std::string letters = value ? Letters(*value) : "z";
         return variable.width == 1 ? letters + variable.code : LongChange('b', letters, variable.code);
     }
-    case EKind::Integer:
+    case EValueKind::Integer:
         return LongChange(
             'b',
             value ? VcdBits(static_cast<unsigned long long>(std::stoll(*value)), static_cast<int>(variable.width))
                   : "z",
             variable.code);
-    case EKind::Real: return LongChange('r', value.value_or("nan"), variable.code);
+    case EValueKind::Real: return LongChange('r', value.value_or("nan"), variable.code);
     default: return LongChange('s', VcdEscapedText(value.value_or("")), variable.code);
     }
 }
@@ -137,9 +90,10 @@ std::string VectorRange(const STrace &trace, const SVariable &variable)
     int left = 0;
     int right = 0;
     int direction = 0;
-    if (variable.kind == EKind::Bits && type.GetArrayDimensionRanges(0, left, right, direction))
+    if (variable.kind == EValueKind::Bits && type.GetArrayDimensionRanges(0, left, right, direction))
         return " [" + std::to_string(left) + ':' + std::to_string(right) + ']';
-    return variable.kind == EKind::Bits && variable.width > 1 ? " [" + std::to_string(variable.width - 1) + ":0]" : "";
+    return variable.kind == EValueKind::Bits && variable.width > 1 ? " [" + std::to_string(variable.width - 1) + ":0]"
+                                                                   : "";
 }
 
 // The elements of a bus of bits are in its vector; any other bus is shown with them.

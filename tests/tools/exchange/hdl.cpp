@@ -1,0 +1,367 @@
+// Benches as sources of hardware description languages: what simulators make of them is what the tool plays.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "tools/exchange/walks.h"
+
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define TESK_IS_SANITIZED
+#endif
+#endif
+
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+class Exported : public testing::Test {
+protected:
+    void WriteBench(const std::string &text)
+    {
+        m_text = text;
+        for (std::size_t at = 0; (at = m_text.find(" examples/", at)) != m_text.npos;)
+            m_text.replace(at, 1, " " TESK_SOURCE_DIR "/");
+        std::ofstream(m_folder / "bench.toml") << m_text;
+    }
+
+    std::string Bench() const { return (m_folder / "bench.toml").string(); }
+
+    SToolRun Export(const std::string &options) const { return RunShell("tesk export " + Bench() + " " + options); }
+
+    // Runs commands in the folder; what they say stands in the failure.
+    void Run(const std::string &commands) const
+    {
+        const SToolRun run = RunShell("cd " + (m_folder / ".").string() + " && " + commands);
+        ASSERT_EQ(run.status, 0) << commands << "\n" << run.err << run.out << m_text;
+    }
+
+    void ExportTo(const char *file, const std::string &options = {}) const
+    {
+        const SToolRun run = Export("-o " + (m_folder / file).string() + " " + options);
+        ASSERT_EQ(run.status, 0) << run.err << m_text;
+    }
+
+    void WriteVerilogTop(long long picoseconds) const
+    {
+        std::ofstream(m_folder / "top.sv")
+            << "module top;\n    timeunit 1ps;\n    timeprecision 1ps;\n    stimuli s();\n"
+               "    initial begin\n        $dumpfile(\"dump.vcd\");\n"
+               "        $dumpvars(0, top);\n        #"
+            << picoseconds << " $finish;\n    end\nendmodule\n";
+    }
+
+    CWalks Dump() const { return CDumpReader((m_folder / "dump.vcd").string(), "s").walks; }
+
+    void ExpectSameInIcarus(long long picoseconds, const std::string &options = {})
+    {
+        ExportTo("stimuli.sv", options);
+        WriteVerilogTop(picoseconds);
+        Run("iverilog -g2012 -Wall -Wno-timescale -o sim stimuli.sv top.sv && vvp -n sim");
+        const CWalks dumped = Dump();
+        ExpectEqualWalks(AsDumped(PlayedWalks(Bench(), picoseconds), dumped, true), dumped, m_text);
+    }
+
+    void ExpectSameInGhdl(long long picoseconds, const std::string &options = {})
+    {
+        ExportTo("stimuli.vhd", options);
+        std::ofstream(m_folder / "top.vhd") << "entity top is end;\narchitecture a of top is\nbegin\n"
+                                               "    s : entity work.stimuli;\nend;\n";
+        Run("ghdl -a --std=08 stimuli.vhd top.vhd && ghdl --elab-run --std=08 top --vcd=dump.vcd --stop-time=" +
+            std::to_string(picoseconds) + "ps");
+        const CWalks dumped = Dump();
+        ExpectEqualWalks(AsDumped(PlayedWalks(Bench(), picoseconds), dumped, false), dumped, m_text);
+    }
+
+    CTemporaryFolder m_folder;
+    std::string m_text;
+};
+
+// A signal of every kind of formula, with values from 0 on that every simulator has.
+const char *const AllKinds = R"toml(resolution = "1ps"
+until = "300ns"
+scope = "tb"
+[signals]
+plain = "1 0ns, 0 12ns, 1 37ns"
+clk = "1 0ns, 0 5ns -r 10ns"
+counted = { type = "std_logic_vector(3 downto 0)", formula = '\counter\TYPE\1\DIR\1\RADIX\10\START\3\INC\5\PERIOD\10ns\REV\0' }
+down = { type = "unsigned(7 downto 0)", formula = '\counter\TYPE\1\DIR\2\RADIX\16\START\2\INC\1\PERIOD\7ns\REV\0' }
+gray = { type = "std_logic_vector(2 downto 0)", formula = '\counter\TYPE\2\DIR\1\RADIX\10\START\5\INC\1\PERIOD\9ns\REV\0' }
+mirrored = { type = "std_logic_vector(2 downto 0)", formula = '\counter\TYPE\2\DIR\1\RADIX\10\START\3\INC\1\PERIOD\9ns\REV\1' }
+ring = { type = "std_logic_vector(2 downto 0)", formula = '\counter\TYPE\3\DIR\2\RADIX\2\START\001\INC\1\PERIOD\11ns\REV\0' }
+one = { type = "std_logic_vector(0 to 4)", formula = '\counter\TYPE\4\DIR\1\RADIX\2\START\00100\INC\1\PERIOD\13ns\REV\0' }
+number = { type = "integer", formula = '\counter\TYPE\1\DIR\1\RADIX\10\START\2147483640\INC\3\PERIOD\10ns\REV\0' }
+wide = { type = "std_logic_vector(69 downto 0)", formula = '\counter\TYPE\1\DIR\1\RADIX\16\START\3FFFFFFFFFFFFFFFFE\INC\1\PERIOD\10ns\REV\0' }
+uniform = { type = "std_logic_vector(7 downto 0)", formula = '\RANDOM\1\5\0\255\10ns' }
+normal = { type = "integer", formula = '\RANDOM\2\7\-10\30\6ns' }
+real_one = { type = "real", formula = "0.5 0ns, -1e-20 10ns, 12345.678 20ns -r 40ns" }
+flag = { type = "boolean", formula = "true 0ns, false 10ns, true 35ns" }
+pulses = "/brel (H10 L5)3"
+recorded = { type = "std_logic", formula = "/custom examples/traffic.vcd,tb.clk" }
+bus = "/custom examples/traffic.fst,tb.count"
+sine = { type = "signed(7 downto 0)", formula = "/txt examples/sine.txt,sine -time_points time -interval 1ns" }
+ended = "1 0ns, 0 1ns -r 3ns -cancel 100ns"
+)toml";
+
+std::string WithoutEnds(std::string text)
+{
+    // What no longer has a value, or has one of nine, is nothing for a simulator of two states.
+    for (const char *name : {"pulses", "recorded", "bus", "sine", "ended"}) {
+        const std::size_t line = text.find(std::string(name) + " =");
+        text.erase(line, text.find('\n', line) + 1 - line);
+    }
+    return text;
+}
+
+}  // namespace
+
+TEST_F(Exported, IsTheSameInIcarusForEveryKindOfFormula)
+{
+    WriteBench(AllKinds);
+    ExpectSameInIcarus(300'000, "--weaken");
+}
+
+TEST_F(Exported, IsTheSameInGhdlForEveryKindOfFormula)
+{
+    WriteBench(AllKinds);
+    ExpectSameInGhdl(300'000);
+}
+
+#ifndef TESK_IS_SANITIZED  // its compiling takes seconds
+TEST_F(Exported, IsTheSameInVerilatorForEveryKindOfFormula)
+{
+    WriteBench(WithoutEnds(AllKinds));
+    ExportTo("stimuli.sv");
+    WriteVerilogTop(300'000);
+    Run("verilator --timing --binary --trace -Wno-fatal -CFLAGS -O0 -Mdir v --top-module top stimuli.sv top.sv && "
+        "v/Vtop");
+    const CWalks dumped = Dump();
+    ExpectEqualWalks(AsDumped(PlayedWalks(Bench(), 300'000), dumped, true), dumped, m_text);
+}
+#endif
+
+TEST_F(Exported, GoesOnForEverWhereItRepeatsItself)
+{
+    WriteBench("scope = \"tb\"\n[signals]\nclk = \"1 3ns, 0 5ns -r 10ns\"\n"
+               "late = { formula = \"0 0ns, 1 4ns, 0 5ns -r 10ns\", start = \"2ns\" }\n"
+               "n = { type = \"std_logic_vector(39 downto 0)\", start = \"5ns\", formula = "
+               "'\\counter\\TYPE\\2\\DIR\\2\\RADIX\\16\\START\\2\\INC\\3\\PERIOD\\10ns\\REV\\0' }\n");
+    const std::string sv = Export("--to sv").out;
+    EXPECT_THAT(sv, HasSubstr("        clk <= 1'bz;\n        #3000;\n        forever begin\n            clk <= 1'b1;\n"
+                              "            #2000 clk <= 1'b0;\n            #8000;\n        end\n"));
+    ExpectSameInIcarus(1'000'000);
+    ExpectSameInGhdl(1'000'000);
+}
+
+TEST_F(Exported, IsPlayedUpToAnEndWhereItIsNoLoop)
+{
+    WriteBench("[signals]\nr = { type = \"integer\", formula = '\\RANDOM\\1\\5\\0\\15\\10ns' }\n");
+    SToolRun run = Export("--to sv");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "");
+    EXPECT_THAT(run.err,
+                HasSubstr("signal \"r\": the stimulator goes on for ever, which is no loop here; tell the end with "
+                          "--until, or with until in the bench"));
+    run = Export("--to sv --until 20ns");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(run.out, HasSubstr("r <= 32'sh00000000;\n        #10000 r <= 32'sh00000008;\n        #10000 r <="));
+}
+
+TEST_F(Exported, KeepsTheNineLettersInVhdl)
+{
+    WriteBench("until = \"100ns\"\n[signals]\na = \"U 0ns, X 1ns, 0 2ns, 1 3ns, W 5ns, L 6ns, H 7ns, - 8ns, Z 9ns\"\n"
+               "b = { type = \"std_logic_vector(0 to 8)\", formula = \"UX01ZWLH- 0ns, Z 10ns\" }\n"
+               "c = { type = \"std_ulogic\", formula = \"L 0ns\" }\n"
+               "d = { type = \"bit_vector(3 downto 2)\", formula = \"10 0ns, 01 10ns -r 20ns\" }\n");
+    ExpectSameInGhdl(100'000);
+}
+
+TEST_F(Exported, TellsOnceEachLetterWithoutAPlaceAndWritesNothing)
+{
+    WriteBench(
+        "[signals]\na = \"0 0ns, H 5ns, 1 6ns, H 8ns\"\nb = { type = \"std_logic_vector(1 downto 0)\", formula = "
+        "\"0- 3ns\" }\nc = \"1 0ns, Z 1ns, X 2ns\"\n");
+    SToolRun run = Export("--to sv -o " + (m_folder / "out.sv").string());
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err,
+              "tesk: error: signal \"a\": H, first at 5ns, has no place in sv; --weaken writes 1 instead\n"
+              "tesk: error: signal \"b\": -, first at 3ns, has no place in sv; --weaken writes X instead\n"
+              "tesk: nothing is written: sv cannot say all of the bench; --weaken writes the nearest there is\n");
+    EXPECT_FALSE(std::filesystem::exists(m_folder / "out.sv"));
+    run = Export("--to sv --weaken");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(run.out, HasSubstr("b <= 2'b0x;"));
+    EXPECT_THAT(run.err,
+                HasSubstr("tesk: warning: signal \"a\": H, first at 5ns, has no place in sv, and is written as 1\n"));
+}
+
+TEST_F(Exported, TellsWhereAVhdlTypeHasNoWordForNoValue)
+{
+    WriteBench("[signals]\na = { type = \"bit\", formula = \"1 5ns -cancel 10ns\" }\n"
+               "b = { type = \"integer\", formula = \"1 0ns\" }\n");
+    const SToolRun run = Export("--to vhdl");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err,
+                HasSubstr("signal \"a\": no value, first at 0ps, has no place in vhdl; --weaken writes the value "
+                          "before instead\n"));
+    EXPECT_THAT(run.err, Not(HasSubstr("\"b\"")));
+}
+
+TEST_F(Exported, TellsAllThatCannotBeSaidInOneRun)
+{
+    WriteBench("[signals]\na = \"idle 0ns, busy 5ns\"\nb = \"1 -5ns\"\n"
+               "c = { type = \"std_logic\", formula = \"1 0ns\", strength = \"drive\" }\n"
+               "r = { type = \"bit\", formula = '\\RANDOM\\1\\5\\0\\15\\10ns' }\n");
+    const SToolRun run = Export("--to vhdl");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err, AllOf(HasSubstr("signal \"a\": its values are words"), HasSubstr("signal \"b\": formula"),
+                               HasSubstr("warning: signal \"c\": its strength is left out"),
+                               HasSubstr("signal \"r\": the stimulator goes on for ever")));
+}
+
+TEST_F(Exported, HasPortsWithTheLastPartsOfNames)
+{
+    WriteBench("scope = \"tb\"\n[signals]\n\"reg\" = \"1 0ns\"\n\"process\" = \"1 0ns\"\n\"a+b\" = \"1 0ns\"\nClk = "
+               "\"1 0ns\"\n"
+               "clk = \"1 0ns\"\nu1.x = \"1 0ns\"\nu2.x = \"1 0ns\"\nnext = { type = \"std_logic_vector(1 downto 0)\", "
+               "formula = '\\counter\\TYPE\\1\\DIR\\1\\RADIX\\2\\START\\0\\INC\\1\\PERIOD\\10ns\\REV\\0' }\n");
+    const std::string sv = Export("--to sv").out;
+    EXPECT_THAT(sv, AllOf(HasSubstr("output logic \\reg ,"), HasSubstr("output logic process,"),
+                          HasSubstr("output logic \\a+b ,"), HasSubstr(" Clk,"), HasSubstr(" clk,"),
+                          HasSubstr(" u1_x,  // tb.u1.x\n"), HasSubstr(" u2_x,"), HasSubstr("next_ = next_ + 2'b01")));
+    const std::string vhdl = Export("--to vhdl").out;
+    EXPECT_THAT(vhdl, AllOf(HasSubstr(" reg : out"), HasSubstr(" \\process\\ : out"), HasSubstr(" \\a+b\\ : out"),
+                            HasSubstr(" Clk : out"), HasSubstr(" clk_2 : out"), HasSubstr(" \\next\\ : out")));
+    ExportTo("stimuli.sv");
+    ExportTo("stimuli.vhd");
+    Run("iverilog -g2012 -o sim stimuli.sv && ghdl -a --std=08 stimuli.vhd");
+}
+
+TEST_F(Exported, HasAnOutputForEachElementThatIsNoBit)
+{
+    WriteBench("[signals]\npacket = { formula = \"/custom examples/packets.ghw,packets.tx\" }\n");
+    const SToolRun run = Export("--to sv");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err, HasSubstr("signal \"packet.state\": its values are words"));
+    WriteBench(
+        "[signals]\nm = { type = \"a#6#matrix1 rict0 1 a#28#std_logic_vector(3 downto 0)1 ricd3 0 e#9#std_logicc9 "
+        "UX01ZWLH-\", formula = \"(0101, 1100) 0ns, (1111, 0000) 5ns\" }\n");
+    EXPECT_THAT(Export("--to sv").out,
+                AllOf(HasSubstr("output logic [3:0] m_0,  // m[0]\n"), HasSubstr("m_1 <= 4'b1100;")));
+}
+
+TEST_F(Exported, HasTimesOfAnyResolution)
+{
+    WriteBench("resolution = \"3ns\"\n[signals]\nclk = \"1 0ns, 0 15ns -r 30ns\"\n");
+    ExpectSameInIcarus(600'000);
+    ExpectSameInGhdl(600'000);
+    WriteBench("resolution = \"1sec\"\nuntil = \"9000sec\"\n[signals]\na = \"1 0ns, 0 1hr\"\n");
+    EXPECT_THAT(Export("--to vhdl").out, HasSubstr("wait for 3600 sec;"));
+    EXPECT_THAT(Export("--to sv").out, HasSubstr("timeunit 1s;\n"));
+}
+
+namespace {
+
+// Benches with random types, kinds and scopes.
+class CRandomBench {
+public:
+    explicit CRandomBench(unsigned seed) : m_random(seed) {}
+
+    std::string Make()
+    {
+        std::string text = "until = \"400ns\"\nscope = \"tb\"\n[signals]\n";
+        for (int i = 0; i < 40; ++i)
+            text += Scope() + "s" + std::to_string(i) + " = " + Signal() + "\n";
+        return text;
+    }
+
+private:
+    int Number(int low, int high) { return std::uniform_int_distribution<int>(low, high)(m_random); }
+    std::string Text(int low, int high) { return std::to_string(Number(low, high)); }
+
+    std::string Scope()
+    {
+        std::string scope;
+        for (int depth = Number(0, 2); depth > 0; --depth)
+            scope += "u" + Text(1, 3) + ".";
+        return scope;
+    }
+
+    std::string Signal()
+    {
+        const int width = Number(1, 40);
+        const std::string range = Number(0, 1) != 0
+                                      ? "(" + std::to_string(width - 1) + " downto 0)"
+                                      : "(" + std::to_string(3) + " to " + std::to_string(width + 2) + ")";
+        switch (Number(0, 9)) {
+        case 0: return Typed("bit", Plain([&] { return Bits(1, "01"); }));
+        case 1: return Typed("std_logic", Plain([&] { return Bits(1, "01XZ"); }));
+        case 2: return Typed("bit_vector" + range, Plain([&] { return Bits(width, "01"); }));
+        case 3: return Typed("std_logic_vector" + range, Plain([&] { return Bits(width, "01XZ"); }));
+        case 4: return Typed("integer", Plain([&] { return Text(-1000, 1000); }));
+        case 5: return Typed("real", Plain([&] { return Text(-9, 9) + "." + Text(0, 99); }));
+        case 6: return Typed(Number(0, 1) != 0 ? "unsigned" + range : "signed" + range, Counter(width));
+        case 7:
+            return Typed("std_logic_vector" + range, "\\RANDOM\\1\\" + Text(1, 99) + "\\0\\255\\" + Text(1, 30) + "ns");
+        case 8: return "\"/brel (H" + Text(1, 9) + " L" + Text(1, 9) + ")" + Text(1, 5) + "\"";
+        default: return Typed("boolean", Plain([&] { return std::string(Number(0, 1) != 0 ? "true" : "false"); }));
+        }
+    }
+
+    static std::string Typed(const std::string &type, const std::string &formula)
+    {
+        return "{ type = \"" + type + "\", formula = '" + formula + "' }";
+    }
+
+    std::string Bits(int width, const std::string &letters)
+    {
+        std::string bits;
+        for (int i = 0; i < width; ++i)
+            bits += letters[static_cast<std::size_t>(Number(0, static_cast<int>(letters.size()) - 1))];
+        return bits;
+    }
+
+    template <class Value>
+    std::string Plain(const Value &value)
+    {
+        std::string formula;
+        int time = 0;
+        for (int events = Number(1, 6); events > 0; --events) {
+            formula += (formula.empty() ? "" : ", ") + value() + " " + std::to_string(time) + "ns";
+            time += Number(1, 20);
+        }
+        if (Number(0, 1) != 0)
+            formula += " -r " + std::to_string(time + Number(0, 5)) + "ns";
+        return formula;
+    }
+
+    // A start has to be one that the sequence of a ring has.
+    std::string Counter(int width)
+    {
+        const int type = Number(1, 2);
+        return "\\counter\\TYPE\\" + std::to_string(type) + "\\DIR\\" + Text(1, 2) + "\\RADIX\\2\\START\\" +
+               Bits(width, "01") + "\\INC\\" + Bits(std::min(width, 3), "01") + "\\PERIOD\\" + Text(1, 20) +
+               "ns\\REV\\" + Text(0, 1);
+    }
+
+    std::mt19937 m_random;
+};
+
+}  // namespace
+
+TEST_F(Exported, IsTheSameInBothLanguagesForRandomBenches)
+{
+    for (unsigned seed = 1; seed <= 4; ++seed) {
+        WriteBench(CRandomBench(seed).Make());
+        ExpectSameInIcarus(400'000);
+        ExpectSameInGhdl(400'000);
+        if (HasFailure())
+            return;
+    }
+}
