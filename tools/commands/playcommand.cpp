@@ -149,6 +149,8 @@ SWaveform PlayNamed(const SPlayOptions &options)
 void Write(const SPlayOptions &options, SWaveform &waveform)
 {
     const tesk::SOutputFormat &format = tesk::FindOutputFormat(options.format, options.output);
+    if (format.isBinary && IsTerminal() && (options.output.empty() || options.output == "-"))
+        throw CRefusal(std::string(format.name) + " is nothing for a terminal; give it a file with -o FILE");
     Arrange(options, format.showsRadix, waveform);
     WriteOutput(options.output,
                 [&](std::ostream &out) { format.write(out, waveform, static_cast<int>(options.width)); });

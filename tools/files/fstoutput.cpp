@@ -4,39 +4,17 @@
 #include <vector>
 
 #include "platform/fstwriter/fstwriter.h"
-#include "tools/commandline.h"
 #include "tools/files/dumpvariables.h"
+#include "tools/files/fstoutline.h"
 #include "tools/files/waveoutput.h"
 #include "tools/progress.h"
 #include "waveform/files/filewalk.h"
 
 using NTARN::CFstWriter;
 using NTARN::EFstDirection;
-using NTARN::EFstScope;
 using NTARN::EFstVariable;
 
 namespace {
-
-// A tick of the file is a power of ten; what the resolution has beyond that multiplies the times.
-struct STimeScale {
-    int exponent = -15;
-    long long factor;
-
-    explicit STimeScale(long long femtoseconds) : factor(femtoseconds)
-    {
-        constexpr int Most = 2;
-        for (; factor % 10 == 0 && exponent < Most; ++exponent)
-            factor /= 10;
-    }
-
-    std::uint64_t Time(long long ticks) const
-    {
-        long long time = 0;
-        if (__builtin_mul_overflow(ticks, factor, &time))
-            throw CRefusal("a time is too long for an FST file; convert to .zyn or .vcd");
-        return static_cast<std::uint64_t>(time);
-    }
-};
 
 EFstVariable KindOf(EDumpKind kind)
 {
@@ -58,16 +36,16 @@ std::uint32_t WidthOf(const SDumpEvents &events)
 class CFstOutput {
 public:
     CFstOutput(std::ostream &out, const CDump &dump, int exponent)
-        : m_dump(dump), m_writer(out, exponent), m_handles(dump.events.size(), CFstWriter::None)
+        : m_dump(dump), m_writer(out, exponent), m_scopes(m_writer), m_handles(dump.events.size(), CFstWriter::None)
     {}
 
     void Declare()
     {
         for (const SDumpVariable &variable : m_dump.variables) {
-            GoTo(variable.name.scopes);
+            m_scopes.GoTo(variable.name.scopes);
             Declare(variable);
         }
-        GoTo({});
+        m_scopes.GoTo({});
     }
 
     void SetTime(std::uint64_t time) { m_writer.SetTime(time); }
@@ -84,21 +62,9 @@ public:
         }
     }
 
-    void Finish(std::uint64_t end)
-    {
-        if (!m_writer.Finish(end))
-            throw CRefusal("the FST file cannot be written: " + m_writer.Error());
-    }
+    void Finish(std::uint64_t end) { tesk::FinishFst(m_writer, end); }
 
 private:
-    void GoTo(const std::vector<std::string> &scopes)
-    {
-        GoToScopes(
-            m_scopes, scopes, [this] { m_writer.CloseScope(); },
-            [this](const std::string &scope) { m_writer.OpenScope(EFstScope::Module, scope); });
-        m_scopes = scopes;
-    }
-
     void Declare(const SDumpVariable &variable)
     {
         const SDumpEvents &events = m_dump.events[variable.events];
@@ -114,15 +80,15 @@ private:
 
     const CDump &m_dump;
     CFstWriter m_writer;
+    tesk::CFstScopes m_scopes;
     std::vector<std::uint32_t> m_handles;  // of the events
-    std::vector<std::string> m_scopes;     // that are open
 };
 
 }  // namespace
 
 void WriteFst(std::ostream &out, tesk::IWaveformFile &file)
 {
-    const STimeScale scale(file.GetResolution());
+    const tesk::SFstTimeScale scale(file.GetResolution());
     const CDump dump(file);
     CFstOutput output(out, dump, scale.exponent);
     output.Declare();

@@ -15,15 +15,17 @@ namespace {
 constexpr int DefaultPixels = 900;
 
 constexpr SOutputFormat Formats[] = {
-    {"table", "txt", true, [](std::ostream &out, const SWaveform &waveform, int) { WriteTable(out, waveform); }},
-    {"csv", "csv", true, [](std::ostream &out, const SWaveform &waveform, int) { WriteCsv(out, waveform); }},
-    {"json", "json", true, [](std::ostream &out, const SWaveform &waveform, int) { WriteJson(out, waveform); }},
-    {"vcd", "vcd", false, [](std::ostream &out, const SWaveform &waveform, int) { WriteVcd(out, waveform); }},
-    {"svg", "svg", true,
+    {"table", "txt", false, true, [](std::ostream &out, const SWaveform &waveform, int) { WriteTable(out, waveform); }},
+    {"csv", "csv", false, true, [](std::ostream &out, const SWaveform &waveform, int) { WriteCsv(out, waveform); }},
+    {"json", "json", false, true, [](std::ostream &out, const SWaveform &waveform, int) { WriteJson(out, waveform); }},
+    {"vcd", "vcd", false, false, [](std::ostream &out, const SWaveform &waveform, int) { WriteVcd(out, waveform); }},
+    {"fst", "fst", true, false,
+     [](std::ostream &out, const SWaveform &waveform, int) { WriteFstWaveform(out, waveform); }},
+    {"svg", "svg", false, true,
      [](std::ostream &out, const SWaveform &waveform, int width) {
          WriteSvg(out, waveform, width != 0 ? width : DefaultPixels);
      }},
-    {"wave", "", true,
+    {"wave", "", false, true,
      [](std::ostream &out, const SWaveform &waveform, int width) {
          WriteWave(out, waveform, width != 0 ? width : TerminalWidth());
      }},

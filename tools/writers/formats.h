@@ -13,6 +13,7 @@ namespace tesk {
 struct SOutputFormat {
     const char *name;    ///< of the option --format
     const char *ending;  ///< of a file's name that stands for it, behind the point; "" if none does
+    bool isBinary;       ///< nothing for a terminal
     bool showsRadix;     ///< values are texts for a reader, in the radix that was asked for
     /// @param width  of a picture, in pixels or columns; 0 for the default
     void (*write)(std::ostream &out, const SWaveform &waveform, int width);

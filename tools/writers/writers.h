@@ -34,6 +34,9 @@ void WriteJson(std::ostream &out, const SWaveform &waveform);
 /// other text as the string variables that viewers know.
 void WriteVcd(std::ostream &out, const SWaveform &waveform);
 
+/// An FST file with the same variables, and the nine letters of std_logic. @throw CRefusal if a time is too long
+void WriteFstWaveform(std::ostream &out, const SWaveform &waveform);
+
 /// A picture. @param width  of the drawing, in pixels
 void WriteSvg(std::ostream &out, const SWaveform &waveform, int width);
 
