@@ -2,6 +2,7 @@
 #include "tools/examine/examination.h"
 
 #include <algorithm>
+#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
@@ -46,6 +47,20 @@ TEST(Examination, NamesATimeWhoseUnitIsUnknown)
                 ElementsAre("error: part 2, column 11: unknown time unit \"\xC2\xB5s\" in \"20\xC2\xB5s\"; the time "
                             "counts as 0; write us"));
     EXPECT_THAT(Examine("1 10ns, 0 1e3ns"), ElementsAre(HasSubstr("exponents and signs are not read")));
+    EXPECT_THAT(Examine("1 10ns, 0 20msec"), ElementsAre(HasSubstr("the time counts as 0; write ms")));
+    EXPECT_THAT(
+        Examine("1 10ns, 0 ns"),
+        ElementsAre("error: part 2, column 11: \"ns\" is a unit without a number; the time counts as 0; write VALUE "
+                    "TIME, with commas between"));
+}
+
+TEST(Examination, NamesADecimalComma)
+{
+    EXPECT_THAT(
+        Examine("1 0ns, 0 1,5ns"),
+        testing::Contains("error: part 3, column 12: \"1,5ns\" is parted at its comma, and \"5ns\" is taken as a "
+                          "value; write 1.5ns"));
+    EXPECT_THAT(Examine("1 0ns, 0 1ns,5 2ns"), IsEmpty());
 }
 
 TEST(Examination, NamesWordsThatAreTakenAsValues)
@@ -66,6 +81,11 @@ TEST(Examination, NamesWordsThatAreTakenAsValues)
         {"1@10ns", "is one word and taken as a value", "1 @10ns"},
         {"10ns 1", "is a time, and stands where a value should", "VALUE TIME"},
         {"(1, 0", "is not closed", "a ) is missing"},
+        {"--r 30ns", "\"--r\" is no switch", "did you mean -r TIME?"},
+        {"\xE2\x80\x93r 30ns", "which is a letter like others, and is taken as a value", "write -"},
+        {"\xE2\x80\x9C"
+         "01\xE2\x80\x9D 0ns",
+         "which is a letter like others, and is taken as a value", "write \""},
     };
     for (const auto &row : rows) {
         const auto lines = Examine(row.formula);
@@ -218,6 +238,37 @@ TEST(Examination, IsSilentOfTenThousandRightFormulas)
         if (random() % 4 == 0)
             formula += " -cancel " + std::to_string(time + 1) + "ms";
         ASSERT_THAT(Examine(formula), IsEmpty()) << formula;
+    }
+}
+
+// Values that a type has, in all their forms, at rising times, relative and absolute.
+TEST(Examination, IsSilentOfRightFormulasForATypedSignal)
+{
+    const struct {
+        const char *type;
+        std::vector<std::string> values;
+    } rows[] = {
+        {"std_logic", {"0", "1", "X", "Z", "u", "W", "l", "H", "-"}},
+        {"bit", {"0", "1"}},
+        {"boolean", {"true", "false", "TRUE"}},
+        {"integer", {"0", "-17", "2147483647", "16#FF", "x\"7F\"", "d\"12\""}},
+        {"natural", {"0", "7", "2#101"}},
+        {"real", {"0", "-2.5", "1e9", "3.0"}},
+        {"std_logic_vector(7 downto 0)",
+         {"01010101", "x\"A5\"", "16#A5", "b\"11\"", "o\"17\"", "d\"200\"", "\"ZZZZ0000\""}},
+        {"bit_vector(0 to 3)", {"0101", "x\"F\"", "1111"}},
+    };
+    std::mt19937 random(7);
+    for (int round = 0; round < 3000; ++round) {
+        const auto &row = rows[random() % std::size(rows)];
+        std::string formula;
+        long long time = 0;
+        for (int events = 1 + static_cast<int>(random() % 5); events > 0; --events) {
+            formula += row.values[random() % row.values.size()] + ' ' + (random() % 5 == 0 ? "@" : "") +
+                       std::to_string(time) + "ns" + (events > 1 ? ", " : "");
+            time += 1 + static_cast<long long>(random() % 20);
+        }
+        ASSERT_THAT(Examine(formula, row.type), IsEmpty()) << formula << " on " << row.type;
     }
 }
 

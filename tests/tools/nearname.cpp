@@ -29,3 +29,19 @@ TEST(FindNearName, IsTheNearestOfTheNames)
     EXPECT_EQ(tesk::FindNearName("", names), "");
     EXPECT_EQ(tesk::FindNearName("x", std::vector<std::string>{"y"}), "");
 }
+
+TEST(FindNearName, IsAlsoWhatStandsBehindTheLastDot)
+{
+    const std::vector<std::string> names = {"tb.clk", "tb.request"};
+    EXPECT_EQ(tesk::FindNearName("reqest", names), "tb.request");
+    EXPECT_EQ(tesk::FindNearName("clk", names), "tb.clk");
+    EXPECT_EQ(tesk::FindNearName("top.x", names), "");  // where scopes were typed they count
+}
+
+TEST(FindNearName, IsElseOneThatBeginsAlike)
+{
+    const std::vector<std::string> names = {"--freq", "--from", "--duty"};
+    EXPECT_EQ(tesk::FindNearName("--frequency", names), "--freq");
+    EXPECT_EQ(tesk::FindNearName("--d", names), "--duty");
+    EXPECT_EQ(tesk::FindNearName("--", names), "");
+}

@@ -164,5 +164,6 @@ TEST(Terminal, ShowsHowFarLongWorkIsAndARefusalInColour)
     EXPECT_EQ(RunShell(slow + "tesk signals - -o /dev/null").err, "");
     EXPECT_THAT(onTerminal("tesk play '1 -5ns'"), StartsWith("\x1B[1;31mtesk:\x1B[0m formula "));
     EXPECT_THAT(onTerminal("tesk plya"), StartsWith("\x1B[1;31mtesk:\x1B[0m no command "));
+    EXPECT_THAT(onTerminal("tesk check '1 0nz'"), HasSubstr("  1 0nz\r\n    ^~~\r\n"));
     EXPECT_THAT(onTerminal("NO_COLOR=1 tesk plya"), StartsWith("tesk: no command "));
 }

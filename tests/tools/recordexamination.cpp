@@ -66,6 +66,21 @@ TEST_F(RecordExamination, NamesTheNearestSignal)
                 ElementsAre(HasSubstr("the file has no signal \"t.clck\" (did you mean \"t.clk\"?)")));
 }
 
+TEST_F(RecordExamination, FindsASignalByTheEndOfItsName)
+{
+    EXPECT_THAT(Examine("/custom " + Dump(Clock) + ",clk"), ElementsAre(HasSubstr("(did you mean \"t.clk\"?)")));
+}
+
+TEST_F(RecordExamination, TellsTheElementsOfABusThatHasNotTheOneAskedFor)
+{
+    const std::string path = Dump("$var wire 2 ! v [1:0] $end\n", "1ns", true);
+    EXPECT_THAT(Examine("/custom " + path + ",t.v(2)"),
+                ElementsAre(HasSubstr("\"t.v\" has no element [2]; its elements are 1 downto 0")));
+    EXPECT_THAT(Examine("/custom " + path + ",t.v(1:0)"), ElementsAre(HasSubstr("\"t.v\" has no element [1:0]")));
+    for (const char *element : {"(0)", "[1]"})
+        EXPECT_THAT(Examine("/custom " + path + ",t.v" + element), IsEmpty()) << element;
+}
+
 TEST_F(RecordExamination, WarnsOfNamesThatDifferInLetterCaseOnly)
 {
     const std::string both = "$var wire 1 ! ABC $end\n$var wire 1 \" abc $end\n";
@@ -137,4 +152,20 @@ TEST_F(RecordExamination, ListsTheColumnsOfATable)
         ElementsAre(HasSubstr("byte-order mark")));
     EXPECT_THAT(Examine("/txt " + Write("q.csv", "\"time\",data\n1,1\n") + ",data -interval 1ns"),
                 ElementsAre(HasSubstr("quotes are read as part of a name")));
+}
+
+TEST_F(RecordExamination, TellsOfRowsWithAnotherNumberOfValues)
+{
+    EXPECT_THAT(
+        Examine("/txt " + Write("c.csv", "time;data\n1;1\n0,5;1\n") + ",data -interval 1ns"),
+        ElementsAre(AllOf(HasSubstr("row 2 of values has 3 for 2 columns"), HasSubstr("write 0.5 and not 0,5"))));
+    EXPECT_THAT(Examine("/txt " + Write("m.csv", "time,data\n1,1\n2,\n") + ",data -interval 1ns"),
+                ElementsAre(HasSubstr("row 2 of values has 1 for 2 columns; give each column a value")));
+    EXPECT_THAT(Examine("/txt " + Write("l.csv", "time,data\n\n1,1\n\n2,3") + ",data -interval 1ns"), IsEmpty());
+}
+
+TEST_F(RecordExamination, TellsThatANameIsReadWithItsQuotes)
+{
+    EXPECT_THAT(Examine("/txt " + Write("q.csv", "\"time\",\"data\"\n1,1\n") + ",data -interval 1ns"),
+                testing::Contains(HasSubstr("no column \"data\": quotes are read as part of a name")));
 }

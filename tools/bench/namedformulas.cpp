@@ -135,7 +135,8 @@ SBench BenchOfArguments(const std::vector<std::string> &arguments, long long res
         const auto named = TakeApart(argument);
         if (!named)
             throw CWrongUsage(Quote(argument) +
-                              ": of several signals each has a name; write NAME=FORMULA or NAME:TYPE=FORMULA");
+                              ": of several signals each has a name; write NAME=FORMULA or NAME:TYPE=FORMULA, and a "
+                              "formula that has blanks in quotes, as in tesk play \"1 10ns, 0 20ns\"");
         SBenchSignal signal;
         signal.name = named->name;
         signal.formula = named->formula;

@@ -14,6 +14,7 @@
 #include "tools/commands/commands.h"
 #include "tools/examine/explained.h"
 #include "tools/message.h"
+#include "tools/output.h"
 #include "tools/play/fileformula.h"
 #include "tools/play/formula.h"
 #include "tools/play/typeargument.h"
@@ -82,14 +83,28 @@ const char *NameOf(tesk::ESeverity severity)
     return severity == tesk::ESeverity::Error ? "error: " : "warning: ";
 }
 
-void WriteText(const SVerdict &verdict)
+void WriteFinding(const tesk::SFinding &finding, const std::string &formula)
+{
+    constexpr std::size_t Width = 76;
+    std::cout << NameOf(finding.severity) << tesk::FindingLine(finding) << '\n';
+    const std::string picture = IsTerminal() ? tesk::FindingPicture(finding, formula, Width) : "";
+    if (!picture.empty())
+        std::cout << picture << '\n';
+}
+
+void WriteText(const SVerdict &verdict, const std::string &formula)
 {
     std::cout << verdict.canonical << '\n';
     for (const tesk::SFinding &finding : verdict.findings)
-        std::cout << NameOf(finding.severity) << tesk::FindingLine(finding) << '\n';
+        WriteFinding(finding, formula);
     // Where the words of a formula are wrong, what its times are is of no interest.
     if (verdict.result != 0 || !tesk::HasError(verdict.findings))
         std::cout << verdict.text << '\n';
+}
+
+void WriteLine(const nlohmann::json &data)
+{
+    std::cout << data.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
 }
 
 void WriteJson(const std::string &formula, const SVerdict &verdict)
@@ -100,17 +115,33 @@ void WriteJson(const std::string &formula, const SVerdict &verdict)
                                  {"settings", verdict.result},
                                  {"verdict", verdict.text},
                                  {"status", verdict.Status()}};
-    std::cout << data.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
+    WriteLine(data);
+}
+
+// As data, a formula that is refused is told where the others are.
+void WriteRefusedJson(const std::string &formula, const std::string &why)
+{
+    WriteLine({{"formula", formula},
+               {"canonical", nullptr},
+               {"findings", nlohmann::json::array()},
+               {"refused", why},
+               {"status", 1}});
 }
 
 int CheckOne(const SCheckOptions &options, const std::string &formula)
-{
+try {
     const SVerdict verdict = Judge(options, formula);
     if (options.format == "json")
         WriteJson(formula, verdict);
     else
-        WriteText(verdict);
+        WriteText(verdict, formula);
     return verdict.Status();
+} catch (const CRefusal &refusal) {
+    if (options.format == "json")
+        WriteRefusedJson(formula, refusal.what());
+    else
+        throw;
+    return 1;
 }
 
 // A formula a line; one that is refused does not keep the others from being checked.

@@ -15,6 +15,35 @@ char Lower(char c)
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
 }
 
+bool BeginsWith(std::string_view text, std::string_view beginning)
+{
+    return text.size() >= beginning.size() && NameDistance(text.substr(0, beginning.size()), beginning, 0) == 0;
+}
+
+// The shortest of the names that the typed one is a beginning of, or that is one of it.
+std::string FindBeginning(std::string_view typed, std::span<const std::string> names)
+{
+    constexpr std::size_t Fewest = 3;
+    const std::string *best = nullptr;
+    for (const std::string &name : names) {
+        const bool isNear =
+            std::min(name.size(), typed.size()) >= Fewest && (BeginsWith(name, typed) || BeginsWith(typed, name));
+        if (isNear && (best == nullptr || name.size() < best->size()))
+            best = &name;
+    }
+    return best != nullptr ? *best : "";
+}
+
+// That of the name, or of what stands behind its last dot if the typed one has none.
+std::size_t DistanceOf(std::string_view typed, std::string_view name, std::size_t limit)
+{
+    const std::size_t distance = NameDistance(typed, name, limit);
+    const std::size_t dot = name.rfind('.');
+    if (distance == 0 || dot == name.npos || typed.find('.') != typed.npos)
+        return distance;
+    return std::min(distance, NameDistance(typed, name.substr(dot + 1), limit));
+}
+
 }  // namespace
 
 std::size_t NameDistance(std::string_view left, std::string_view right, std::size_t limit)
@@ -50,7 +79,7 @@ std::string FindNearName(std::string_view typed, std::span<const std::string> na
     std::size_t limit = typed.size() < 2 ? 0 : std::clamp<std::size_t>(typed.size() / 3, 1, 8);
     std::string nearest;
     for (const std::string &name : names) {
-        const std::size_t distance = NameDistance(typed, name, limit);
+        const std::size_t distance = DistanceOf(typed, name, limit);
         if (distance > limit || (distance == limit && !nearest.empty()))
             continue;
         nearest = name;
@@ -58,7 +87,7 @@ std::string FindNearName(std::string_view typed, std::span<const std::string> na
             break;
         limit = distance;
     }
-    return nearest;
+    return nearest.empty() ? FindBeginning(typed, names) : nearest;
 }
 
 std::string DidYouMean(std::string_view typed, std::span<const std::string> names)

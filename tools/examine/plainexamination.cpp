@@ -4,6 +4,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -33,7 +34,12 @@ public:
         for (std::size_t i = 0; i < items.size(); ++i) {
             const bool isFirst = i == 0;
             switch (items[i].kind) {
-            case EKind::Event: ExamineEvent(items[i], isFirst); break;
+            case EKind::Event:
+                if (!isFirst && IsDecimalComma(items[i - 1], items[i]))
+                    KeepDecimalComma(items[i - 1], items[i]);
+                else
+                    ExamineEvent(items[i], isFirst);
+                break;
             case EKind::Repeat: ExamineSwitch(items[i], "-r"); break;
             case EKind::Cancel: ExamineSwitch(items[i], "-cancel"); break;
             }
@@ -45,6 +51,25 @@ private:
     {
         if (finding)
             m_findings.push_back(*std::move(finding));
+    }
+
+    // "0 1,5ns": a number without a unit, a comma and a time without blanks between.
+    static bool IsDecimalComma(const SFormulaItem &before, const SFormulaItem &event)
+    {
+        if (!before.time || before.time->hasUnit || !before.time->hasNumber || event.time)
+            return false;
+        const std::string_view number = before.time->word.text, fraction = event.word.text;
+        return number.data() + number.size() + 1 == fraction.data() && fraction.front() >= '0' &&
+               fraction.front() <= '9' && ReadFormulaTime(event.word, 1).hasUnit;
+    }
+
+    void KeepDecimalComma(const SFormulaItem &before, const SFormulaItem &event)
+    {
+        const std::string number(before.time->word.text), fraction(event.word.text);
+        Keep(FindingAt(event.word, ESeverity::Error,
+                       Quote(number + "," + fraction) + " is parted at its comma, and " + Quote(fraction) +
+                           " is taken as a value",
+                       "write " + number + "." + fraction));
     }
 
     void ExamineEvent(const SFormulaItem &event, bool isFirst)

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <charconv>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -79,6 +81,7 @@ public:
         const SFileSignal *signal = FindSignal(name);
         if (signal == nullptr)
             return;
+        ExamineIndex(*signal, name);
         ExamineAmbiguity(name);
         ExamineEnd();
         ExamineBus(*signal);
@@ -137,6 +140,22 @@ private:
             names.push_back(signal.path);
         Add(ESeverity::Error, "the file has no signal " + Quote(name) + DidYouMean(name, names),
             "\"tesk signals " + m_path + "\" lists its signals");
+    }
+
+    // Whether a bus has the element that a name asks for.
+    void ExamineIndex(const SFileSignal &signal, const std::string &name)
+    {
+        int left = 0, right = 0, direction = 0, index = 0;
+        if (IsSameName(signal.path, name) || !signal.type.GetArrayDimensionRanges(0, left, right, direction))
+            return;
+        const std::size_t begin = signal.path.size() + 1;
+        const auto read = std::from_chars(name.data() + begin, name.data() + name.size() - 1, index);
+        const bool isWhole = read.ec == std::errc() && read.ptr == name.data() + name.size() - 1;
+        if (isWhole && index >= std::min(left, right) && index <= std::max(left, right))
+            return;
+        Add(ESeverity::Error, Quote(signal.path) + " has no element " + name.substr(signal.path.size()),
+            "its elements are " + std::to_string(left) + (direction == 0 ? " to " : " downto ") +
+                std::to_string(right));
     }
 
     void ExamineAmbiguity(const std::string &name)

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "tools/examine/nearname.h"
 #include "tools/quote.h"
@@ -16,6 +17,7 @@ namespace tesk {
 namespace {
 
 constexpr std::size_t MostNames = 100000;
+constexpr std::size_t MostRows = 1000;  // that are looked at for their number of values alone
 constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
 
 bool IsWholeNumber(std::string_view text)
@@ -34,6 +36,12 @@ struct SOddTimes {
         if (!IsWholeNumber(time) && count++ == 0)
             first = time;
     }
+};
+
+// The first row with another number of values than there are names.
+struct SOddRow {
+    std::size_t row;  // of values, from 1
+    std::size_t values;
 };
 
 // One reading of a table, with the eyes of a person.
@@ -55,6 +63,7 @@ public:
     const std::vector<std::string> &Names() const { return m_names; }
     const SOddTimes &Times() const { return m_times; }
     const std::string &TimeName() const { return m_timeName; }
+    const std::optional<SOddRow> &OddRow() const { return m_oddRow; }
 
 private:
     using EPiece = CTableReader::EPiece;
@@ -73,17 +82,28 @@ private:
             if (!m_timeName.empty() && m_names.back() == m_timeName)
                 times = m_names.size() - 1;
         }
-        if (!times)
-            return;
         std::size_t place = 0;
         for (EPiece piece = m_table.Find(); piece != EPiece::FileEnd; piece = m_table.Find()) {
-            if (piece == EPiece::LineEnd)
-                place = 0;
-            else if (place++ == *times)
+            if (piece == EPiece::LineEnd) {
+                EndRow(std::exchange(place, 0));
+                if (!times && m_rows >= MostRows)
+                    return;
+            } else if (place++ == times) {
                 m_times.Take(m_table.TakeToken());
-            else
+            } else {
                 m_table.SkipToken();
+            }
         }
+        EndRow(place);
+    }
+
+    void EndRow(std::size_t values)
+    {
+        if (values == 0)
+            return;
+        ++m_rows;
+        if (values != m_names.size() && !m_oddRow)
+            m_oddRow = {m_rows, values};
     }
 
     void ReadRows()
@@ -106,6 +126,8 @@ private:
     std::string m_timeName;  // empty if the table has no times
     std::vector<std::string> m_names;
     SOddTimes m_times;
+    std::size_t m_rows = 0;  // of values
+    std::optional<SOddRow> m_oddRow;
 };
 
 std::string ListNames(const std::vector<std::string> &names)
@@ -127,6 +149,11 @@ void FindMissingName(const std::string &name, const CTableLook &look, std::vecto
     const bool isThere = Has(look.Names(), name) || Has(look.Names(), name.substr(0, name.find('(')));
     if (name.empty() || isThere)  // an element is read out of the column of the whole
         return;
+    if (Has(look.Names(), '"' + name + '"')) {
+        faults.push_back({true, "the table has no column " + Quote(name) + ": quotes are read as part of a name",
+                          "write names without quotes"});
+        return;
+    }
     faults.push_back({true, "the table has no column " + Quote(name) + DidYouMean(name, look.Names()),
                       "its columns are " + ListNames(look.Names())});
 }
@@ -162,6 +189,22 @@ void FindOddTimes(const CTableLook &look, std::vector<STableFault> &faults)
                                 : "times are whole numbers of -interval"});
 }
 
+// Commas part values, also those that somebody means for decimal points.
+void FindOddRow(const CTableLook &look, std::vector<STableFault> &faults)
+{
+    if (!look.OddRow())
+        return;
+    const auto [row, values] = *look.OddRow();
+    const std::size_t columns = look.Names().size();
+    faults.push_back({true,
+                      "row " + std::to_string(row) + " of values has " + std::to_string(values) + " for " +
+                          std::to_string(columns) + (columns == 1 ? " column" : " columns"),
+                      values > columns
+                          ? "blanks, commas, semicolons and tabs part values: write 0.5 and not 0,5, and no "
+                            "blanks within a value"
+                          : "give each column a value in each row"});
+}
+
 }  // namespace
 
 std::vector<STableFault> ExamineTable(const CFileFormulaArgs &args)
@@ -177,6 +220,7 @@ std::vector<STableFault> ExamineTable(const CFileFormulaArgs &args)
     FindMissingName(std::string(args.m_signal), look, faults);
     FindMissingName(look.TimeName(), look, faults);
     FindOddTimes(look, faults);
+    FindOddRow(look, faults);
     return faults;
 }
 

@@ -28,6 +28,12 @@ std::string Text(const SFormulaWord &word)
     return std::string(word.text);
 }
 
+// Letters of other alphabets stay as they were typed.
+std::string InQuotes(const std::string &text)
+{
+    return '"' + OneLine(Shorten(text)) + '"';
+}
+
 // What was meant by a word that a regular expression knows.
 struct SLookAlike {
     const char *pattern;
@@ -96,6 +102,26 @@ std::optional<SFinding> FindLookAlike(const SFormulaWord &value)
     return std::nullopt;
 }
 
+// Quotes and dashes as word processors set them, in UTF-8.
+std::optional<SFinding> FindTypography(const SFormulaWord &value)
+{
+    struct SMark {
+        std::string_view bytes;
+        const char *advice;
+    };
+    constexpr SMark Marks[] = {{"\xE2\x80\x9C", "write \""}, {"\xE2\x80\x9D", "write \""}, {"\xE2\x80\x9E", "write \""},
+                               {"\xE2\x80\x98", "write '"},  {"\xE2\x80\x99", "write '"},  {"\xE2\x80\x93", "write -"},
+                               {"\xE2\x80\x94", "write -"},  {"\xE2\x88\x92", "write -"}};
+    for (const SMark &mark : Marks) {
+        if (value.text.find(mark.bytes) != std::string_view::npos)
+            return FindingAt(value, ESeverity::Error,
+                             InQuotes(Text(value)) + " has a " + InQuotes(std::string(mark.bytes)) +
+                                 ", which is a letter like others, and is taken as a value",
+                             mark.advice);
+    }
+    return std::nullopt;
+}
+
 // "-repeat", "/custm": the first letter says that no value was meant.
 std::optional<SFinding> FindStrayKeyword(const SFormulaWord &value)
 {
@@ -103,13 +129,13 @@ std::optional<SFinding> FindStrayKeyword(const SFormulaWord &value)
     static const std::vector<std::string> Keywords = {std::string(CustomKeyword), std::string(TxtKeyword),
                                                       std::string(MatKeyword),    std::string(CounterKeyword),
                                                       std::string(RandomKeyword), std::string(BrelKeyword)};
-    const std::string text = Text(value);
+    const std::string text = Text(value).substr(value.text.starts_with("--") ? 1 : 0);
     const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
     if (text.size() < 2 || !isLetter(text[1]))
         return std::nullopt;
     if (text[0] == '-') {
         const std::string near = text.starts_with("-r") || text.starts_with("-R") ? "-r" : FindNearName(text, Switches);
-        return FindingAt(value, ESeverity::Error, Quote(text) + " is no switch, and is taken as a value",
+        return FindingAt(value, ESeverity::Error, Quote(Text(value)) + " is no switch, and is taken as a value",
                          near.empty() ? "the switches are -r TIME and -cancel TIME"s
                                       : "did you mean " + near + " TIME?");
     }
@@ -164,14 +190,22 @@ std::string TypedUnit(std::string_view time)
     return std::string(unit);
 }
 
-// Letters of other alphabets stay as they were typed.
-std::string InQuotes(const std::string &text)
-{
-    return '"' + OneLine(Shorten(text)) + '"';
-}
+// Other words for units than those that are read.
+struct SUnitWord {
+    const char *word, *unit;
+};
+
+constexpr SUnitWord UnitWords[] = {{"fsec", "fs"},    {"psec", "ps"},     {"nsec", "ns"},    {"usec", "us"},
+                                   {"msec", "ms"},    {"seconds", "sec"}, {"second", "sec"}, {"m", "min"},
+                                   {"minute", "min"}, {"minutes", "min"}, {"h", "hr"},       {"hour", "hr"},
+                                   {"hours", "hr"},   {"hrs", "hr"}};
 
 std::string UnitAdvice(const std::string &unit)
 {
+    for (const SUnitWord &other : UnitWords) {
+        if (NameDistance(other.word, unit, 0) == 0)
+            return "write "s + other.unit;
+    }
     if (unit.starts_with("\xC2\xB5") || unit.starts_with("\xCE\xBC"))  // micro sign, Greek mu
         return "write us";
     if (unit.find(';') != std::string::npos)
@@ -187,6 +221,9 @@ SFinding Unreadable(const SFormulaTime &time, const std::string &role)
     const std::string typed = Text(time.word);
     const std::string counted = role.empty() ? "the time counts as 0" : role + " counts as 0";
     const std::string unit = TypedUnit(typed);
+    if (unit == typed && UnitIDFromName(unit.c_str()) >= 0)
+        return FindingAt(time.word, ESeverity::Error, Quote(typed) + " is a unit without a number; " + counted,
+                         "write VALUE TIME, with commas between");
     if (typed.starts_with('-') && typed.size() > 1 && (typed[1] < '0' || typed[1] > '9') && typed[1] != '.')
         return FindingAt(time.word, ESeverity::Error,
                          Quote(typed) + " stands where a time is expected, and is no time; " + counted,
@@ -233,7 +270,7 @@ SFinding FindingAt(const SFormulaWord &word, ESeverity severity, std::string tex
 
 std::optional<SFinding> ExamineValueWord(const SFormulaItem &event)
 {
-    for (const auto &find : {FindLookAlike, FindStrayKeyword, FindOpenGroup}) {
+    for (const auto &find : {FindLookAlike, FindTypography, FindStrayKeyword, FindOpenGroup}) {
         if (auto finding = find(event.word))
             return finding;
     }

@@ -32,6 +32,41 @@ std::string Hint(const std::string &word, const std::vector<std::string> &names)
     return near.empty() ? "" : " (did you mean " + near + "?)";
 }
 
+// What stands behind an option that takes one of some words.
+std::string FindChoiceFault(const std::vector<std::string> &words, std::size_t at, const SOptionEntry &option)
+{
+    const std::size_t equals = words[at].find('=');
+    const std::string name = words[at].substr(0, equals);
+    if (option.choices.empty() || (equals == std::string::npos && at + 1 == words.size()))
+        return {};
+    const std::string word = equals != std::string::npos ? words[at].substr(equals + 1) : words[at + 1];
+    if (std::ranges::find(option.choices, word) != option.choices.end())
+        return {};
+    return name + " takes no " + Quote(word) + DidYouMean(word, option.choices) + "; use " +
+           JoinWords(option.choices, ", ");
+}
+
+// The first argument that is required and not there.
+std::string FindMissingArgument(const std::vector<std::string> &words, const SCommandEntry &command)
+{
+    std::size_t given = 0;
+    bool hasOptions = true;
+    for (std::size_t i = 1; i < words.size(); ++i) {
+        const bool isOption = hasOptions && LooksLikeOption(words[i]);
+        hasOptions = hasOptions && words[i] != "--";
+        const SOptionEntry *option = isOption ? FindOption(command, words[i]) : nullptr;
+        given += isOption || words[i] == "--" ? 0 : 1;
+        i += option != nullptr && !option->IsFlag() ? 1 : 0;
+    }
+    const auto missing = std::ranges::find_if(
+        command.arguments, [&](const SArgumentEntry &argument) { return !argument.isOptional && given-- == 0; });
+    if (missing == command.arguments.end())
+        return {};
+    std::string name = missing->name;
+    std::ranges::transform(name, name.begin(), [](char c) { return c >= 'a' && c <= 'z' ? char(c - 'a' + 'A') : c; });
+    return command.name + " needs " + name + "; \"tesk help " + command.name + "\" tells of it";
+}
+
 std::string FindOptionFault(const std::vector<std::string> &words, const SCommandEntry &command)
 {
     for (std::size_t i = 1; i < words.size() && words[i] != "--"; ++i) {
@@ -43,9 +78,12 @@ std::string FindOptionFault(const std::vector<std::string> &words, const SComman
             return command.name + " has no option " + OneLine(name) + Hint(name, OptionNames(command)) +
                    "; \"tesk help " + command.name + "\" lists them";
         const bool takesNext = !option->IsFlag() && words[i].find('=') == std::string::npos;
+        const std::string fault = FindChoiceFault(words, i, *option);
+        if (!fault.empty())
+            return fault;
         i += takesNext ? 1 : 0;
     }
-    return {};
+    return FindMissingArgument(words, command);
 }
 
 }  // namespace

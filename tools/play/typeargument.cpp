@@ -11,6 +11,7 @@
 #include "platform/kestrin.h"
 #include "settings/typetext.h"
 #include "tools/commands/commands.h"
+#include "tools/examine/nearname.h"
 #include "tools/quote.h"
 
 namespace {
@@ -129,6 +130,19 @@ const typename TTable::value_type *Find(const TTable &table, const std::string &
     return found != table.end() ? &*found : nullptr;
 }
 
+std::vector<std::string> TypeNames()
+{
+    std::vector<std::string> names = {"boolean"};
+    const auto add = [&](const auto &table) {
+        for (const auto &entry : table)
+            names.emplace_back(entry.name);
+    };
+    add(Scalars);
+    add(Integers);
+    add(Vectors);
+    return names;
+}
+
 // Reads a type that is given by its name.
 class CTypeNameReader {
 public:
@@ -183,7 +197,8 @@ std::string CTypeNameReader::ReadNamed(const std::string &name)
         return ReadInteger(*integer);
     if (const SNamedVector *vector = Find(Vectors, name))
         return ReadVector(*vector);
-    Refuse(std::string("no name of a type and no type description that can be read; ") + WhatWouldDo);
+    Refuse("no name of a type and no type description that can be read" + tesk::DidYouMean(name, TypeNames()) + "; " +
+           WhatWouldDo);
 }
 
 // ( <range> )

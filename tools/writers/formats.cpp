@@ -4,7 +4,10 @@
 #include <cctype>
 #include <filesystem>
 #include <iterator>
+#include <vector>
 
+#include "tools/examine/nearname.h"
+#include "tools/message.h"
 #include "tools/output.h"
 #include "tools/writers/writers.h"
 
@@ -37,6 +40,18 @@ const SOutputFormat &FormatNamed(const std::string &name)
     return found != std::end(Formats) ? *found : Formats[0];
 }
 
+// An ending that tells no format, and may be meant for one that does.
+void WarnOfNearEnding(const std::string &ending)
+{
+    std::vector<std::string> endings;
+    for (const SOutputFormat &format : Formats)
+        endings.emplace_back(format.ending);
+    const std::string near = FindNearName(ending, endings);
+    if (!near.empty())
+        TellWarning("the ending ." + ending + " tells no format (did you mean ." + near +
+                    "?); csv is written; --format chooses another");
+}
+
 }  // namespace
 
 std::set<std::string> OutputFormatNames()
@@ -57,6 +72,7 @@ const SOutputFormat &FindOutputFormat(const std::string &name, const std::string
     const auto found = std::ranges::find(Formats, ending, &SOutputFormat::ending);
     if (found != std::end(Formats) && !ending.empty())
         return *found;
+    WarnOfNearEnding(ending);
     return FormatNamed(IsTerminal() && (path.empty() || path == "-") ? "table" : "csv");
 }
 
