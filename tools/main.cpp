@@ -8,9 +8,9 @@ int main(int argc, char **argv)
     RemoveDraftsOnSignals();
     const CLogLines log(CLogLines::EWarnings::Shown, CLogLines::EErrors::Shown);
     CCommandLine commandLine;
-    for (const auto add :
-         {AddPlayCommand, AddCheckCommand, AddSplitCommand, AddClockCommand, AddCounterCommand, AddRandomCommand,
-          AddTypeCommand, AddSignalsCommand, AddConvertCommand, AddExportCommand, AddHelpCommand, AddCompletionCommand})
+    for (const auto add : {AddPlayCommand, AddCheckCommand, AddSplitCommand, AddClockCommand, AddCounterCommand,
+                           AddRandomCommand, AddTypeCommand, AddSignalsCommand, AddConvertCommand, AddExportCommand,
+                           AddImportCommand, AddHelpCommand, AddCompletionCommand})
         add(commandLine);
     return commandLine.Run(argc, argv);
 }

@@ -11,6 +11,7 @@ void AddConvertCommand(CCommandLine &commandLine);
 void AddCounterCommand(CCommandLine &commandLine);
 void AddExportCommand(CCommandLine &commandLine);
 void AddHelpCommand(CCommandLine &commandLine);
+void AddImportCommand(CCommandLine &commandLine);
 void AddPlayCommand(CCommandLine &commandLine);
 void AddRandomCommand(CCommandLine &commandLine);
 void AddSignalsCommand(CCommandLine &commandLine);

@@ -70,7 +70,8 @@ void AddExportCommand(CCommandLine &commandLine)
     command.Flag("--weaken", options->mayWeaken,
                  "Write the nearest value where the form has no place for one, with a warning");
     command.Flag("--strict", options->isStrict, "Write nothing if a formula cannot mean what it says");
-    command.Footer("sv is a module of SystemVerilog and vhdl an entity, with an output for each signal.\n"
+    command.Footer("sv is a module of SystemVerilog and vhdl an entity, with an output for each signal;\n"
+                   "force is a script of Questa and add_force one of Vivado.\n"
                    "Example: tesk export examples/counter.toml --to sv -o stimuli.sv");
     command.Action([options] { return Export(*options); });
 }

@@ -15,6 +15,8 @@ const std::vector<SExportForm> &Forms()
     static const std::vector<SExportForm> forms = {
         {"sv", {"sv", "v"}, {true, true, true}, WriteSystemVerilog},
         {"vhdl", {"vhd", "vhdl"}, {true, true, true}, WriteVhdl},
+        {"force", {"do"}, {true, false, false}, WriteQuestaForces},
+        {"add_force", {"tcl"}, {true, false, false}, WriteVivadoForces},
     };
     return forms;
 }

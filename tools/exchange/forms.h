@@ -36,5 +36,7 @@ const SExportForm &FindExportForm(const std::string &name, const std::string &pa
 
 void WriteSystemVerilog(std::ostream &out, const SCourses &courses, const SFormOptions &options, CLosses &losses);
 void WriteVhdl(std::ostream &out, const SCourses &courses, const SFormOptions &options, CLosses &losses);
+void WriteQuestaForces(std::ostream &out, const SCourses &courses, const SFormOptions &options, CLosses &losses);
+void WriteVivadoForces(std::ostream &out, const SCourses &courses, const SFormOptions &options, CLosses &losses);
 
 }  // namespace tesk

@@ -19,9 +19,9 @@ void CLosses::Weaken(const std::string &signal, const std::string &thing, const 
     if (!m_known.emplace(signal, thing).second)
         return;
     m_couldWeaken = true;
-    Add(!m_mayWeaken, "signal " + Quote(signal) + ": " + thing + ", first at " + time + ", has no place in " + m_form +
-                          (m_mayWeaken ? ", and is written as " : "; --weaken writes ") + instead +
-                          (m_mayWeaken ? "" : " instead"));
+    Add(!m_mayWeaken, "signal " + Quote(signal) + ": " + thing + (time.empty() ? "" : ", first at " + time + ",") +
+                          " has no place in " + m_form + (m_mayWeaken ? ", and is written as " : "; --weaken writes ") +
+                          instead + (m_mayWeaken ? "" : " instead"));
 }
 
 void CLosses::Refuse(const std::string &signal, const std::string &why)

@@ -16,7 +16,7 @@ public:
 
     /// A value that becomes another one.
     /// @param thing    such as "U"
-    /// @param time     when it stands first, such as "10ns"
+    /// @param time     when it stands first, such as "10ns"; empty where it has no time
     /// @param instead  what is written for it, such as "x"
     void Weaken(const std::string &signal, const std::string &thing, const std::string &time,
                 const std::string &instead);

@@ -2,11 +2,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdint>
-#include <random>
 #include <string>
-#include <vector>
 
+#include "tools/exchange/benchfixture.h"
+#include "tools/exchange/randombench.h"
 #include "tools/exchange/walks.h"
 
 #if defined(__has_feature)
@@ -21,33 +20,8 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
-class Exported : public testing::Test {
+class Exported : public CBenchFixture {
 protected:
-    void WriteBench(const std::string &text)
-    {
-        m_text = text;
-        for (std::size_t at = 0; (at = m_text.find(" examples/", at)) != m_text.npos;)
-            m_text.replace(at, 1, " " TESK_SOURCE_DIR "/");
-        std::ofstream(m_folder / "bench.toml") << m_text;
-    }
-
-    std::string Bench() const { return (m_folder / "bench.toml").string(); }
-
-    SToolRun Export(const std::string &options) const { return RunShell("tesk export " + Bench() + " " + options); }
-
-    // Runs commands in the folder; what they say stands in the failure.
-    void Run(const std::string &commands) const
-    {
-        const SToolRun run = RunShell("cd " + (m_folder / ".").string() + " && " + commands);
-        ASSERT_EQ(run.status, 0) << commands << "\n" << run.err << run.out << m_text;
-    }
-
-    void ExportTo(const char *file, const std::string &options = {}) const
-    {
-        const SToolRun run = Export("-o " + (m_folder / file).string() + " " + options);
-        ASSERT_EQ(run.status, 0) << run.err << m_text;
-    }
-
     void WriteVerilogTop(long long picoseconds) const
     {
         std::ofstream(m_folder / "top.sv")
@@ -78,36 +52,7 @@ protected:
         const CWalks dumped = Dump();
         ExpectEqualWalks(AsDumped(PlayedWalks(Bench(), picoseconds), dumped, false), dumped, m_text);
     }
-
-    CTemporaryFolder m_folder;
-    std::string m_text;
 };
-
-// A signal of every kind of formula, with values from 0 on that every simulator has.
-const char *const AllKinds = R"toml(resolution = "1ps"
-until = "300ns"
-scope = "tb"
-[signals]
-plain = "1 0ns, 0 12ns, 1 37ns"
-clk = "1 0ns, 0 5ns -r 10ns"
-counted = { type = "std_logic_vector(3 downto 0)", formula = '\counter\TYPE\1\DIR\1\RADIX\10\START\3\INC\5\PERIOD\10ns\REV\0' }
-down = { type = "unsigned(7 downto 0)", formula = '\counter\TYPE\1\DIR\2\RADIX\16\START\2\INC\1\PERIOD\7ns\REV\0' }
-gray = { type = "std_logic_vector(2 downto 0)", formula = '\counter\TYPE\2\DIR\1\RADIX\10\START\5\INC\1\PERIOD\9ns\REV\0' }
-mirrored = { type = "std_logic_vector(2 downto 0)", formula = '\counter\TYPE\2\DIR\1\RADIX\10\START\3\INC\1\PERIOD\9ns\REV\1' }
-ring = { type = "std_logic_vector(2 downto 0)", formula = '\counter\TYPE\3\DIR\2\RADIX\2\START\001\INC\1\PERIOD\11ns\REV\0' }
-one = { type = "std_logic_vector(0 to 4)", formula = '\counter\TYPE\4\DIR\1\RADIX\2\START\00100\INC\1\PERIOD\13ns\REV\0' }
-number = { type = "integer", formula = '\counter\TYPE\1\DIR\1\RADIX\10\START\2147483640\INC\3\PERIOD\10ns\REV\0' }
-wide = { type = "std_logic_vector(69 downto 0)", formula = '\counter\TYPE\1\DIR\1\RADIX\16\START\3FFFFFFFFFFFFFFFFE\INC\1\PERIOD\10ns\REV\0' }
-uniform = { type = "std_logic_vector(7 downto 0)", formula = '\RANDOM\1\5\0\255\10ns' }
-normal = { type = "integer", formula = '\RANDOM\2\7\-10\30\6ns' }
-real_one = { type = "real", formula = "0.5 0ns, -1e-20 10ns, 12345.678 20ns -r 40ns" }
-flag = { type = "boolean", formula = "true 0ns, false 10ns, true 35ns" }
-pulses = "/brel (H10 L5)3"
-recorded = { type = "std_logic", formula = "/custom examples/traffic.vcd,tb.clk" }
-bus = "/custom examples/traffic.fst,tb.count"
-sine = { type = "signed(7 downto 0)", formula = "/txt examples/sine.txt,sine -time_points time -interval 1ns" }
-ended = "1 0ns, 0 1ns -r 3ns -cancel 100ns"
-)toml";
 
 std::string WithoutEnds(std::string text)
 {
@@ -266,99 +211,10 @@ TEST_F(Exported, HasTimesOfAnyResolution)
     EXPECT_THAT(Export("--to sv").out, HasSubstr("timeunit 1s;\n"));
 }
 
-namespace {
-
-// Benches with random types, kinds and scopes.
-class CRandomBench {
-public:
-    explicit CRandomBench(unsigned seed) : m_random(seed) {}
-
-    std::string Make()
-    {
-        std::string text = "until = \"400ns\"\nscope = \"tb\"\n[signals]\n";
-        for (int i = 0; i < 40; ++i)
-            text += Scope() + "s" + std::to_string(i) + " = " + Signal() + "\n";
-        return text;
-    }
-
-private:
-    int Number(int low, int high) { return std::uniform_int_distribution<int>(low, high)(m_random); }
-    std::string Text(int low, int high) { return std::to_string(Number(low, high)); }
-
-    std::string Scope()
-    {
-        std::string scope;
-        for (int depth = Number(0, 2); depth > 0; --depth)
-            scope += "u" + Text(1, 3) + ".";
-        return scope;
-    }
-
-    std::string Signal()
-    {
-        const int width = Number(1, 40);
-        const std::string range = Number(0, 1) != 0
-                                      ? "(" + std::to_string(width - 1) + " downto 0)"
-                                      : "(" + std::to_string(3) + " to " + std::to_string(width + 2) + ")";
-        switch (Number(0, 9)) {
-        case 0: return Typed("bit", Plain([&] { return Bits(1, "01"); }));
-        case 1: return Typed("std_logic", Plain([&] { return Bits(1, "01XZ"); }));
-        case 2: return Typed("bit_vector" + range, Plain([&] { return Bits(width, "01"); }));
-        case 3: return Typed("std_logic_vector" + range, Plain([&] { return Bits(width, "01XZ"); }));
-        case 4: return Typed("integer", Plain([&] { return Text(-1000, 1000); }));
-        case 5: return Typed("real", Plain([&] { return Text(-9, 9) + "." + Text(0, 99); }));
-        case 6: return Typed(Number(0, 1) != 0 ? "unsigned" + range : "signed" + range, Counter(width));
-        case 7:
-            return Typed("std_logic_vector" + range, "\\RANDOM\\1\\" + Text(1, 99) + "\\0\\255\\" + Text(1, 30) + "ns");
-        case 8: return "\"/brel (H" + Text(1, 9) + " L" + Text(1, 9) + ")" + Text(1, 5) + "\"";
-        default: return Typed("boolean", Plain([&] { return std::string(Number(0, 1) != 0 ? "true" : "false"); }));
-        }
-    }
-
-    static std::string Typed(const std::string &type, const std::string &formula)
-    {
-        return "{ type = \"" + type + "\", formula = '" + formula + "' }";
-    }
-
-    std::string Bits(int width, const std::string &letters)
-    {
-        std::string bits;
-        for (int i = 0; i < width; ++i)
-            bits += letters[static_cast<std::size_t>(Number(0, static_cast<int>(letters.size()) - 1))];
-        return bits;
-    }
-
-    template <class Value>
-    std::string Plain(const Value &value)
-    {
-        std::string formula;
-        int time = 0;
-        for (int events = Number(1, 6); events > 0; --events) {
-            formula += (formula.empty() ? "" : ", ") + value() + " " + std::to_string(time) + "ns";
-            time += Number(1, 20);
-        }
-        if (Number(0, 1) != 0)
-            formula += " -r " + std::to_string(time + Number(0, 5)) + "ns";
-        return formula;
-    }
-
-    // A start has to be one that the sequence of a ring has.
-    std::string Counter(int width)
-    {
-        const int type = Number(1, 2);
-        return "\\counter\\TYPE\\" + std::to_string(type) + "\\DIR\\" + Text(1, 2) + "\\RADIX\\2\\START\\" +
-               Bits(width, "01") + "\\INC\\" + Bits(std::min(width, 3), "01") + "\\PERIOD\\" + Text(1, 20) +
-               "ns\\REV\\" + Text(0, 1);
-    }
-
-    std::mt19937 m_random;
-};
-
-}  // namespace
-
 TEST_F(Exported, IsTheSameInBothLanguagesForRandomBenches)
 {
     for (unsigned seed = 1; seed <= 4; ++seed) {
-        WriteBench(CRandomBench(seed).Make());
+        WriteBench(CRandomBench(seed).Make(40));
         ExpectSameInIcarus(400'000);
         ExpectSameInGhdl(400'000);
         if (HasFailure())
