@@ -12,7 +12,9 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "platform/changes/changewalk.h"
 #include "platform/log.h"
 #include "platform/tarn.h"
 
@@ -86,12 +88,38 @@ inline void WalkAll(NTARN::IDatabaseReader &reader)
         WalkAll(reader, reader.RootHandlesBegin()[i], Most);
 }
 
+// All at once by time, which rises, and counted: as many changes.
+inline void WalkByTime(NTARN::IDatabaseReader &reader)
+{
+    auto *const source = dynamic_cast<tesk::IChangeSource *>(&reader);
+    if (source == nullptr)
+        return;
+    std::vector<tesk::SElements> signals;
+    for (const int *root = reader.RootHandlesBegin(); root != reader.RootHandlesEnd(); ++root) {
+        const NTARN::HSignalRange children = reader.GetChildRange(*root);
+        const bool isBus = children.first >= 0;
+        signals.push_back({isBus ? children.first : *root, isBus ? children.last - children.first + 1 : 1});
+        source->IdentifyChanges(signals.back().first);
+    }
+    if (const auto walk = source->WalkChanges(signals)) {
+        long long last = LLONG_MIN;
+        for (long long time = 0; walk->Next(time, LLONG_MAX); last = time) {
+            Require(time > last || last == LLONG_MIN);
+            for (const std::uint32_t signal : walk->GetChanged())
+                Require(!walk->GetPositions(signal).empty() || walk->GetValues(signal).size() == 1);
+        }
+    }
+    source->CountChanges(signals, {}, [](long long, long long) {});
+}
+
 inline void Read(const char *path)
 try {
     Q71log_SetSink([](void *, int, const char *, const char *) {}, nullptr);
     const std::unique_ptr<NTARN::IDatabaseReader> reader(NTARN::IDatabaseReader::create(path, false));
-    if (reader)
+    if (reader) {
         WalkAll(*reader);
+        WalkByTime(*reader);
+    }
 } catch (const NTARN::XFileCorrupted &) {
 }
 

@@ -113,8 +113,7 @@ SFstStretch CFstPositions::Find(std::uint32_t store) const
     const auto entry = std::ranges::lower_bound(m_entries, store, {}, &SEntry::store);
     if (entry == m_entries.end() || entry->store != store)
         return {m_chains.position, 0};
-    const std::uint64_t begin = m_begins[entry->chain];
-    return {m_chains.position + begin, m_begins[entry->chain + 1] - begin};
+    return StretchOf(static_cast<std::size_t>(entry - m_entries.begin()));
 }
 
 // 0 and the number of another store, or a distance with bit 0 set, or a count of stores without changes.

@@ -51,6 +51,11 @@ public:
     /// How many entries there are, and the store of each.
     std::size_t EntryCount() const { return m_entries.size(); }
     std::uint32_t StoreOf(std::size_t entry) const { return m_entries[entry].store; }
+    SFstStretch StretchOf(std::size_t entry) const
+    {
+        const std::uint32_t chain = m_entries[entry].chain;
+        return {m_chains.position + m_begins[chain], m_begins[chain + 1] - m_begins[chain]};
+    }
     std::size_t Memory() const { return m_entries.size() * sizeof m_entries[0] + m_begins.size() * sizeof m_begins[0]; }
 
 private:

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/fst/fstblock.h"
+#include "platform/fst/fstblocks.h"
 #include "platform/fst/fstchain.h"
 #include "platform/tarn.h"
 
@@ -23,12 +23,6 @@ struct SFstClock {
     long long divisor = 1;  ///< for a file whose ticks are shorter than a femtosecond
 
     long long Time(std::uint64_t time) const;
-};
-
-/// The value of a store before its first change.
-struct SFstInitial {
-    std::uint64_t time;
-    SFstSpan letters;  ///< empty if it has none
 };
 
 /// Makes the events of a store. It is fed twice with the same changes: first it counts the events, then it stores them,

@@ -6,6 +6,8 @@
 #include <string_view>
 
 #include "platform/felvarbase.h"
+#include "platform/fst/fstcount.h"
+#include "platform/fst/fstwalk.h"
 #include "platform/log.h"
 #include "platform/types/dumptypes.h"
 
@@ -68,8 +70,8 @@ CFstReader::CFstReader(const std::string &path)
     : m_path(path), m_file(Open(path)), m_layout(ReadFstLayout(m_file)),
       m_hierarchy(OpenHierarchy(m_file, m_layout, path)), m_variables(m_hierarchy.Variables()),
       m_stores(m_hierarchy.Stores()), m_clock{TimeZero(m_layout), PowerOfTen(FemtosecondScale - m_layout.header.scale)},
-      m_resolution(PowerOfTen(m_layout.header.scale - FemtosecondScale)), m_values(m_file, m_layout, m_stores, m_clock),
-      m_separator(GetVHDLHierarchySeparator())
+      m_resolution(PowerOfTen(m_layout.header.scale - FemtosecondScale)), m_blocks(m_file, m_layout),
+      m_values(m_blocks, m_stores, m_clock), m_separator(GetVHDLHierarchySeparator())
 {
     GiveHandles();
     WarnOfOpening();
@@ -169,6 +171,55 @@ std::pair<const SFileEvent *, std::size_t> CFstReader::Events(int handle)
     return {events.events.data() + begin[0], begin[1] - begin[0]};
 }
 
+long long CFstReader::IdentifyChanges(long long element)
+{
+    const auto [variable, place] = Find(static_cast<int>(element));
+    if (variable == nullptr || (place < 0 && Width(*variable) > 1) || !m_values.MayHaveEvents(variable->store))
+        return -element;
+    WarnOfDamage();
+    const long long places = 2 * static_cast<long long>(CFstHierarchy::MostWidth);
+    return m_values.Identify(variable->store) * places + std::max(place, 0);
+}
+
+// The stores of whole variables; nothing if one is none.
+std::optional<std::vector<std::uint32_t>> CFstReader::StoresOf(std::span<const tesk::SElements> signals) const
+{
+    std::vector<std::uint32_t> stores;
+    for (const tesk::SElements &signal : signals) {
+        const auto [variable, element] = Find(static_cast<int>(signal.first));
+        if (variable == nullptr || element > 0 || Width(*variable) != signal.count)
+            return std::nullopt;
+        stores.push_back(variable->store);
+    }
+    return stores;
+}
+
+std::unique_ptr<tesk::IChangeWalk> CFstReader::WalkChanges(std::span<const tesk::SElements> signals)
+{
+    const auto stores = StoresOf(signals);
+    if (!stores || !AreFstBlocksInOrder(m_layout))
+        return nullptr;
+    return std::make_unique<CFstWalk>(m_blocks, m_stores, m_clock, *stores, [this] { WarnOfDamage(); });
+}
+
+std::optional<std::vector<tesk::SChangeCount>> CFstReader::CountChanges(std::span<const tesk::SElements> signals,
+                                                                        const tesk::SStretch &stretch,
+                                                                        const tesk::FProgress &progress)
+{
+    const auto stores = StoresOf(signals);
+    if (!stores)
+        return std::nullopt;
+    CFstCounter counter(m_blocks, m_stores, m_clock, stretch);
+    for (const std::uint32_t store : *stores)
+        counter.Add(store);
+    counter.Count(progress);
+    WarnOfDamage();
+    std::vector<tesk::SChangeCount> counts;
+    for (const std::uint32_t store : *stores)
+        counts.push_back(counter.CountOf(store));
+    return counts;
+}
+
 void CFstReader::GiveHandles()
 {
     if (m_variables.size() >= std::numeric_limits<int>::max())
@@ -204,12 +255,12 @@ void CFstReader::WarnOfOpening() const
 
 void CFstReader::WarnOfDamage()
 {
-    if (m_hasWarned || !m_values.FirstDamage())
+    if (m_hasWarned || !m_blocks.FirstDamage())
         return;
     m_hasWarned = true;
-    const char *const reason = m_values.IsTooMuch() ? "' claims more than a file of its size can hold" : "' is damaged";
+    const char *const reason = m_blocks.IsTooMuch() ? "' claims more than a file of its size can hold" : "' is damaged";
     Warn("Waveform file `" + m_path + reason + ": value changes behind time " +
-         std::to_string(m_clock.Time(*m_values.FirstDamage())) + " are left out.");
+         std::to_string(m_clock.Time(*m_blocks.FirstDamage())) + " are left out.");
 }
 
 }  // namespace NTARN

@@ -3,10 +3,14 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "platform/changes/changewalk.h"
 #include "platform/fst/fsthierarchy.h"
 #include "platform/fst/fstvalues.h"
 #include "platform/kestrin.h"
@@ -16,7 +20,7 @@ namespace NTARN {
 
 /// Handles: 1 and on for the variables, in the file's order; behind them the elements of each bus in a row. Only their
 /// first ones are kept.
-class CFstReader final : public IDatabaseReader {
+class CFstReader final : public IDatabaseReader, public tesk::IChangeSource {
 public:
     /// @throw XFileDoesNotExist, XFileCorrupted, XFstDamage, XFstNoRoom
     explicit CFstReader(const std::string &path);
@@ -35,6 +39,12 @@ public:
     std::string GetFullName(int handle, bool flag) override;
     long long GetSignalEndTime(int) override { return GetEndTime(); }
 
+    long long IdentifyChanges(long long element) override;
+    std::unique_ptr<tesk::IChangeWalk> WalkChanges(std::span<const tesk::SElements> signals) override;
+    std::optional<std::vector<tesk::SChangeCount>> CountChanges(std::span<const tesk::SElements> signals,
+                                                                const tesk::SStretch &stretch,
+                                                                const tesk::FProgress &progress) override;
+
 private:
     // What a handle stands for: a variable, or one element of it.
     struct SPlace {
@@ -46,6 +56,7 @@ private:
     std::uint32_t Width(const SFstVariable &variable) const { return m_stores[variable.store].Width(); }
     const Kestrin::KTypeInfo &BusType(const SFstName &name);
     std::pair<const SFileEvent *, std::size_t> Events(int handle);
+    std::optional<std::vector<std::uint32_t>> StoresOf(std::span<const tesk::SElements> signals) const;
     void GiveHandles();
     void WarnOfOpening() const;
     void WarnOfDamage();
@@ -58,6 +69,7 @@ private:
     const std::vector<SFstStore> &m_stores;
     SFstClock m_clock;
     long long m_resolution;
+    CFstBlocks m_blocks;
     CFstValues m_values;
     char m_separator;
     std::vector<int> m_roots;

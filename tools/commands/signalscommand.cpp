@@ -1,5 +1,5 @@
 // tesk signals: what is in a waveform file.
-#include <functional>
+#include <cstddef>
 #include <iterator>
 #include <map>
 #include <memory>
@@ -18,9 +18,8 @@
 #include "tools/progress.h"
 #include "tools/quote.h"
 #include "tools/timetext.h"
-#include "waveform/files/signalwalk.h"
+#include "waveform/files/filewalk.h"
 
-using tesk::CSignalWalk;
 using tesk::IWaveformFile;
 using tesk::SFileSignal;
 
@@ -36,65 +35,40 @@ struct SSignalsOptions {
     std::string output;
 };
 
-struct SChanges {
-    long long changes = 0;
-    long long first = 0;  // file ticks; of a signal without changes nothing
-    long long last = 0;
-};
-
-struct SSignalRow : SChanges {
+struct SSignalRow : tesk::SChangeCount {
     const SFileSignal *signal;
 };
 
 struct SListing {
-    std::string file;
+    std::string name;
+    IWaveformFile &file;
     long long resolution;
-    long long endTime;
     std::vector<SSignalRow> rows;
     bool isNamesOnly;  // the changes have not been counted
 };
 
-SChanges CountChanges(IWaveformFile &file, const SFileSignal &signal, const std::function<void()> &goOn)
-{
-    SChanges changes;
-    CSignalWalk walk(file, signal);
-    for (; walk.Next(); ++changes.changes) {
-        goOn();
-        changes.first = changes.changes == 0 ? walk.GetTime() : changes.first;
-        changes.last = walk.GetTime();
-    }
-    return changes;
-}
-
-// Signals that share their events are walked once: a clock may have as many names as a design has modules.
 std::vector<SSignalRow> ListRows(IWaveformFile &file, bool isNamesOnly)
 {
+    const std::vector<SFileSignal> &signals = file.GetSignals();
+    std::vector<tesk::SChangeCount> counts(signals.size());
+    if (!isNamesOnly) {
+        tesk::CProgressLine progress("Counting");
+        counts = CountChanges(file, signals, [&](long long done, long long all) { progress.Show(done, all); });
+    }
     std::vector<SSignalRow> rows;
-    if (isNamesOnly) {
-        for (const SFileSignal &signal : file.GetSignals())
-            rows.push_back({{}, &signal});
-        return rows;
-    }
-    std::map<std::vector<long long>, SChanges> counted;
-    tesk::CProgressLine progress("Counting");
-    const auto all = static_cast<long long>(file.GetSignals().size());
-    for (const SFileSignal &signal : file.GetSignals()) {
-        const auto [changes, isNew] = counted.try_emplace(IdentifyEvents(file, signal));
-        if (isNew)
-            changes->second = CountChanges(file, signal, [&] { progress.Show(std::ssize(rows), all); });
-        rows.push_back({changes->second, &signal});
-    }
+    for (std::size_t i = 0; i < signals.size(); ++i)
+        rows.push_back({counts[i], &signals[i]});
     return rows;
 }
 
 std::string FirstTime(const SListing &listing, const SSignalRow &row)
 {
-    return row.changes > 0 ? FileTimeText(row.first, listing.resolution) : "";
+    return row.count > 0 ? FileTimeText(row.first, listing.resolution) : "";
 }
 
 std::string LastTime(const SListing &listing, const SSignalRow &row)
 {
-    return row.changes > 0 ? FileTimeText(row.last, listing.resolution) : "";
+    return row.count > 0 ? FileTimeText(row.last, listing.resolution) : "";
 }
 
 void WriteTable(std::ostream &out, const SListing &listing)
@@ -104,7 +78,7 @@ void WriteTable(std::ostream &out, const SListing &listing)
         lines.front().resize(2);
     for (const SSignalRow &row : listing.rows) {
         lines.push_back({Printable(row.signal->path), Printable(row.signal->type.GetTypeIdentifier()),
-                         std::to_string(row.changes), FirstTime(listing, row), LastTime(listing, row)});
+                         std::to_string(row.count), FirstTime(listing, row), LastTime(listing, row)});
         lines.back().resize(lines.front().size());
     }
     WriteColumns(out, lines, 2);
@@ -116,16 +90,16 @@ void WriteCsv(std::ostream &out, const SListing &listing)
     for (const SSignalRow &row : listing.rows) {
         out << CsvField(row.signal->path) << ',' << CsvField(row.signal->type.GetTypeIdentifier());
         if (!listing.isNamesOnly)
-            out << ',' << row.changes << ',' << FirstTime(listing, row) << ',' << LastTime(listing, row);
+            out << ',' << row.count << ',' << FirstTime(listing, row) << ',' << LastTime(listing, row);
         out << '\n';
     }
 }
 
 void WriteJson(std::ostream &out, const SListing &listing)
 {
-    nlohmann::ordered_json document = {{"file", listing.file},
+    nlohmann::ordered_json document = {{"file", listing.name},
                                        {"resolution_fs", listing.resolution},
-                                       {"end_ticks", listing.endTime},
+                                       {"end_ticks", listing.file.GetEndTime()},
                                        {"signals", nlohmann::json::array()}};
     for (const SSignalRow &row : listing.rows) {
         nlohmann::ordered_json signal = {{"signal", row.signal->path},
@@ -135,9 +109,9 @@ void WriteJson(std::ostream &out, const SListing &listing)
             document["signals"].push_back(std::move(signal));
             continue;
         }
-        signal["changes"] = row.changes;
-        signal["first_ticks"] = row.changes > 0 ? nlohmann::ordered_json(row.first) : nullptr;
-        signal["last_ticks"] = row.changes > 0 ? nlohmann::ordered_json(row.last) : nullptr;
+        signal["changes"] = row.count;
+        signal["first_ticks"] = row.count > 0 ? nlohmann::ordered_json(row.first) : nullptr;
+        signal["last_ticks"] = row.count > 0 ? nlohmann::ordered_json(row.last) : nullptr;
         document["signals"].push_back(std::move(signal));
     }
     out << document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
@@ -170,8 +144,8 @@ int ListSignals(const SSignalsOptions &options)
     tesk::SSelection selection{options.globs, {}, {}};
     tesk::ReadStretch(options.from, options.until, whole->GetResolution(), selection);
     const std::unique_ptr<IWaveformFile> file = tesk::Select(std::move(whole), options.file, selection);
-    const SListing listing{options.file, file->GetResolution(), file->GetEndTime(),
-                           ListRows(*file, options.isNamesOnly), options.isNamesOnly};
+    const SListing listing{options.file, *file, file->GetResolution(), ListRows(*file, options.isNamesOnly),
+                           options.isNamesOnly};
     WriteOutput(options.output, [&](std::ostream &out) { Writers.at(format)(out, listing); });
     return 0;
 }

@@ -1,6 +1,7 @@
 // Value change dumps out of other waveform files.
 #include <array>
 #include <charconv>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -37,15 +38,29 @@ std::string RealText(double value)
 }
 
 // The value now, in front of the identifier code.
-std::string ValueText(const SDumpEvents &events, const CDumpValues &values)
+void AppendValue(std::string &text, const SDumpEvents &events, const CFileWalk &walk)
 {
     switch (events.form.kind) {
-    case EDumpKind::Integer: return 'b' + events.IntegerBits(values) + ' ';
-    case EDumpKind::Real: return 'r' + RealText(events.Real(values)) + ' ';
-    case EDumpKind::Text: return 's' + VcdEscapedText(events.Text(values)) + ' ';
+    case EDumpKind::Integer: text.append("b").append(events.IntegerBits(walk.GetValues())).append(" "); return;
+    case EDumpKind::Real: text.append("r").append(RealText(events.Real(walk.GetValues()))).append(" "); return;
+    case EDumpKind::Text: text.append("s").append(VcdEscapedText(events.Text(walk.GetValues()))).append(" "); return;
     default: break;
     }
-    return events.signal.type.IsScalar() ? events.Bits(values) : 'b' + events.Bits(values) + ' ';
+    const bool isScalar = events.signal.type.IsScalar();
+    if (!isScalar)
+        text += 'b';
+    events.AppendBits(walk.GetPositions(), text);
+    if (!isScalar)
+        text += ' ';
+}
+
+// Behind each value, the identifier code and the end of the line.
+std::vector<std::string> LineEnds(std::size_t count)
+{
+    std::vector<std::string> ends;
+    for (std::size_t i = 0; i < count; ++i)
+        ends.push_back(VcdCode(i) + '\n');
+    return ends;
 }
 
 void WriteDeclarations(std::ostream &out, const CDump &dump, const SVcdTimeScale &scale)
@@ -69,17 +84,26 @@ void WriteWaveDump(std::ostream &out, IWaveformFile &file)
     const CDump dump(file);
     WriteDeclarations(out, dump, scale);
 
+    constexpr std::size_t Batch = 1 << 16;  // bytes written at once
     CFileWalk walk(file, dump.Signals());
+    const std::vector<std::string> lineEnds = LineEnds(dump.events.size());
+    const long long end = file.EstimateEndTime();
     long long stamped = 0;
-    out << VcdTimeStamp(0, scale) << '\n';
+    std::string text = VcdTimeStamp(0, scale) + '\n';
     tesk::CProgressLine progress("Writing");
     while (walk.Next()) {
-        progress.Show(walk.GetTime(), file.GetEndTime());
+        progress.Show(walk.GetTime(), end);
         if (walk.GetTime() != stamped)
-            out << VcdTimeStamp(walk.GetTime(), scale) << '\n';
+            text.append(VcdTimeStamp(walk.GetTime(), scale)).append("\n");
         stamped = walk.GetTime();
-        out << ValueText(dump.events[walk.GetSignal()], walk.GetValues()) << VcdCode(walk.GetSignal()) << '\n';
+        AppendValue(text, dump.events[walk.GetSignal()], walk);
+        text += lineEnds[walk.GetSignal()];
+        if (text.size() < Batch)
+            continue;
+        out << text;
+        text.clear();
     }
+    out << text;
     if (file.GetEndTime() > stamped)
         out << VcdTimeStamp(file.GetEndTime(), scale) << '\n';
 }

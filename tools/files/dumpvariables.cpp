@@ -1,7 +1,9 @@
 #include "tools/files/dumpvariables.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
+#include <cstddef>
 #include <string_view>
 
 #include "base/bytes.h"
@@ -34,28 +36,28 @@ char DumpLetter(const std::string &literal)
     return index != Literals.npos ? Letters[index] : '\0';
 }
 
-// The letters of all literals; empty if one of them has none.
-std::string LettersOf(const KTypeInfo &type)
+// The letters of all literals. @return whether each of them has one
+bool FindLetters(const KTypeInfo &type, std::array<char, 256> &letters)
 {
-    std::string letters;
-    for (unsigned position = 0; position < 256; ++position) {
+    letters.fill('x');
+    for (unsigned position = 0; position < letters.size(); ++position) {
         const std::string literal = Literal(type, position);
         if (literal.empty())
-            break;
-        const char letter = DumpLetter(literal);
-        if (letter == '\0')
-            return {};
-        letters += letter;
+            return position > 0;
+        letters[position] = DumpLetter(literal);
+        if (letters[position] == '\0')
+            return false;
     }
-    return letters;
+    return true;
 }
 
 SScalarForm FormOf(const KTypeInfo &type)
 {
     switch (KindOf(type)) {
     case ETypeKind::Enumeration: {
-        const std::string letters = LettersOf(type);
-        return {letters.empty() ? EDumpKind::Text : EDumpKind::Bits, 0, letters};
+        SScalarForm form{EDumpKind::Bits, 0, {}};
+        form.kind = FindLetters(type, form.letters) ? EDumpKind::Bits : EDumpKind::Text;
+        return form;
     }
     case ETypeKind::Real: return {EDumpKind::Real, 0, {}};
     case ETypeKind::Physical: return {EDumpKind::Integer, 64, {}};
@@ -75,12 +77,12 @@ std::string SDumpVariable::Range() const
     return "[" + std::to_string(left) + ':' + std::to_string(right) + ']';
 }
 
-std::string SDumpEvents::Bits(const CDumpValues &values) const
+void SDumpEvents::AppendBits(std::span<const std::uint8_t> positions, std::string &text) const
 {
-    std::string text;
-    for (const auto &value : values)
-        text += value && *value < form.letters.size() ? form.letters[*value] : 'x';
-    return text;
+    const std::size_t begin = text.size();
+    text.resize(begin + positions.size());
+    std::ranges::transform(positions, text.begin() + static_cast<std::ptrdiff_t>(begin),
+                           [this](std::uint8_t position) { return form.letters[position]; });
 }
 
 std::string SDumpEvents::IntegerBits(const CDumpValues &values) const

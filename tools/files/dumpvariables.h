@@ -1,9 +1,10 @@
 // What the writers of dumps share: the variables that a dump makes of the signals of a file.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <map>
-#include <optional>
+#include <span>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -17,11 +18,10 @@ enum class EDumpKind { Bits, Integer, Real, Text };
 struct SScalarForm {
     EDumpKind kind = EDumpKind::Text;
     int integerBits = 32;
-    std::string letters;  ///< of bits, by position
+    std::array<char, 256> letters = {};  ///< of bits, by position; x where there is none
 };
 
-/// The raw value of each element; none of one that has no event yet.
-using CDumpValues = std::vector<std::optional<std::uint64_t>>;
+using CDumpValues = tesk::CElementValues;
 
 struct SDumpVariable {
     SVcdName name;
@@ -37,8 +37,9 @@ struct SDumpEvents {
     tesk::SFileSignal signal;  ///< the first of those that have them
 
     long long Width() const { return signal.elementCount; }
-    /// A letter for each element, x for one without a value.
-    std::string Bits(const CDumpValues &values) const;
+    /// Appends a letter for each element, x for one without a value.
+    /// @param positions  in the enumeration
+    void AppendBits(std::span<const std::uint8_t> positions, std::string &text) const;
     /// Of an integer: two's complement.
     std::string IntegerBits(const CDumpValues &values) const;
     /// Of a real.

@@ -50,16 +50,19 @@ public:
 
     void SetTime(std::uint64_t time) { m_writer.SetTime(time); }
 
-    void Change(std::size_t index, const CDumpValues &values)
+    void Change(const tesk::CFileWalk &walk)
     {
-        const SDumpEvents &events = m_dump.events[index];
-        const std::uint32_t handle = m_handles[index];
+        const SDumpEvents &events = m_dump.events[walk.GetSignal()];
+        const std::uint32_t handle = m_handles[walk.GetSignal()];
         switch (events.form.kind) {
-        case EDumpKind::Integer: return m_writer.Change(handle, events.IntegerBits(values));
-        case EDumpKind::Real: return m_writer.Change(handle, events.Real(values));
-        case EDumpKind::Text: return m_writer.ChangeText(handle, events.Text(values));
-        default: return m_writer.Change(handle, events.Bits(values));
+        case EDumpKind::Integer: return m_writer.Change(handle, events.IntegerBits(walk.GetValues()));
+        case EDumpKind::Real: return m_writer.Change(handle, events.Real(walk.GetValues()));
+        case EDumpKind::Text: return m_writer.ChangeText(handle, events.Text(walk.GetValues()));
+        default: break;
         }
+        m_bits.clear();
+        events.AppendBits(walk.GetPositions(), m_bits);
+        m_writer.Change(handle, m_bits);
     }
 
     void Finish(std::uint64_t end) { tesk::FinishFst(m_writer, end); }
@@ -82,6 +85,7 @@ private:
     CFstWriter m_writer;
     tesk::CFstScopes m_scopes;
     std::vector<std::uint32_t> m_handles;  // of the events
+    std::string m_bits;                    // of the value written last
 };
 
 }  // namespace
@@ -95,10 +99,11 @@ void WriteFst(std::ostream &out, tesk::IWaveformFile &file)
     output.SetTime(0);
     tesk::CFileWalk walk(file, dump.Signals());
     tesk::CProgressLine progress("Writing");
+    const long long end = file.EstimateEndTime();
     while (walk.Next()) {
-        progress.Show(walk.GetTime(), file.GetEndTime());
+        progress.Show(walk.GetTime(), end);
         output.SetTime(scale.Time(walk.GetTime()));
-        output.Change(walk.GetSignal(), walk.GetValues());
+        output.Change(walk);
     }
     output.Finish(scale.Time(file.GetEndTime()));
 }

@@ -4,8 +4,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <limits>
+#include <span>
 #include <utility>
 
+#include "platform/changes/changedset.h"
 #include "tools/commandline.h"
 #include "tools/examine/nearname.h"
 #include "tools/quote.h"
@@ -80,6 +83,59 @@ private:
     std::optional<std::uint64_t> m_inForce;  // where the stretch begins
 };
 
+// The changes of many signals from one time to another.
+class CStretchChanges final : public IChangeWalk {
+public:
+    CStretchChanges(std::unique_ptr<IChangeWalk> walk, const SSelection &selection, std::size_t signals)
+        : m_walk(std::move(walk)), m_stretch{selection.from, selection.until},
+          m_showsValueInForce(selection.showsValueInForce), m_marked(signals)
+    {}
+
+    bool Next(long long &time, long long until) override
+    {
+        until = std::min(until, m_stretch.until.value_or(until));
+        if (!std::exchange(m_hasBegun, true) && m_stretch.from && Begin()) {
+            time = *m_stretch.from;
+            return true;
+        }
+        const bool isChange = m_walk->Next(time, until);
+        m_changed.assign(m_walk->GetChanged().begin(), m_walk->GetChanged().end());
+        return isChange;
+    }
+    std::span<const std::uint32_t> GetChanged() const override { return m_changed; }
+    const CElementValues &GetValues(std::size_t signal) override { return m_walk->GetValues(signal); }
+    std::span<const std::uint8_t> GetPositions(std::size_t signal) override { return m_walk->GetPositions(signal); }
+
+private:
+    // Goes to where the stretch begins. @return whether signals change there, or show what they have
+    bool Begin()
+    {
+        const long long from = *m_stretch.from;
+        long long time = 0;
+        while (from > std::numeric_limits<long long>::min() && m_walk->Next(time, from - 1)) {
+            if (m_showsValueInForce)
+                Mark();
+        }
+        if (m_walk->Next(time, from))
+            Mark();
+        m_marked.Take(m_changed);
+        return !m_changed.empty();
+    }
+
+    void Mark()
+    {
+        for (const std::uint32_t signal : m_walk->GetChanged())
+            m_marked.Mark(signal);
+    }
+
+    std::unique_ptr<IChangeWalk> m_walk;
+    SStretch m_stretch;
+    bool m_showsValueInForce;
+    bool m_hasBegun = false;
+    CChangedSet m_marked;
+    std::vector<std::uint32_t> m_changed;
+};
+
 class CSelectedFile final : public IWaveformFile {
 public:
     CSelectedFile(std::unique_ptr<IWaveformFile> file, SSelection selection, std::vector<SFileSignal> signals)
@@ -111,8 +167,36 @@ public:
         return IsStretch() ? IWaveformFile::WalkTogether(first, count, all) : m_file->WalkTogether(first, count, all);
     }
 
+    std::unique_ptr<IChangeWalk> WalkChanges(const std::vector<SFileSignal> &signals) override
+    {
+        std::unique_ptr<IChangeWalk> walk = m_file->WalkChanges(signals);
+        if (walk == nullptr || !IsStretch())
+            return walk;
+        return std::make_unique<CStretchChanges>(std::move(walk), m_selection, signals.size());
+    }
+    std::optional<std::vector<SChangeCount>> CountChanges(const std::vector<SFileSignal> &signals,
+                                                          const SStretch &stretch, const FProgress &progress) override
+    {
+        return m_file->CountChanges(signals, Both(stretch), progress);
+    }
+    long long EstimateEndTime() override
+    {
+        const long long end = m_file->EstimateEndTime();
+        return m_selection.until ? std::min(end, *m_selection.until) : end;
+    }
+
 private:
     bool IsStretch() const { return m_selection.from || m_selection.until; }
+
+    // What lies in a stretch and in the selection.
+    SStretch Both(SStretch stretch) const
+    {
+        if (m_selection.from)
+            stretch.from = std::max(*m_selection.from, stretch.from.value_or(*m_selection.from));
+        if (m_selection.until)
+            stretch.until = std::min(*m_selection.until, stretch.until.value_or(*m_selection.until));
+        return stretch;
+    }
 
     std::unique_ptr<IWaveformFile> m_file;
     SSelection m_selection;

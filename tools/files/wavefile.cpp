@@ -69,6 +69,20 @@ public:
         return WithErrors(m_path, [&] { return m_file->WalkTogether(first, count, all); });
     }
 
+    std::unique_ptr<tesk::IChangeWalk> WalkChanges(const std::vector<SFileSignal> &signals) override
+    {
+        return m_file->WalkChanges(signals);
+    }
+
+    std::optional<std::vector<tesk::SChangeCount>> CountChanges(const std::vector<SFileSignal> &signals,
+                                                                const tesk::SStretch &stretch,
+                                                                const tesk::FProgress &progress) override
+    {
+        return m_file->CountChanges(signals, stretch, progress);
+    }
+
+    long long EstimateEndTime() override { return m_file->EstimateEndTime(); }
+
 private:
     std::string m_path;
     std::unique_ptr<IWaveformFile> m_file;

@@ -67,9 +67,23 @@ private:
     std::vector<SRange> m_elements;
 };
 
+std::vector<SElements> ElementsOf(const std::vector<SFileSignal> &signals)
+{
+    std::vector<SElements> elements;
+    elements.reserve(signals.size());
+    for (const SFileSignal &signal : signals)
+        elements.push_back({signal.firstElement, signal.elementCount});
+    return elements;
+}
+
 }  // namespace
 
-CDatabaseFile::CDatabaseFile(std::unique_ptr<Reader> reader) : m_owned(std::move(reader)), m_reader(*m_owned) {}
+CDatabaseFile::CDatabaseFile(Reader &reader) : m_reader(reader), m_changes(dynamic_cast<IChangeSource *>(&reader)) {}
+
+CDatabaseFile::CDatabaseFile(std::unique_ptr<Reader> reader) : CDatabaseFile(*reader)
+{
+    m_owned = std::move(reader);
+}
 
 std::optional<int> CDatabaseFile::FindSignal(const char *name)
 {
@@ -111,6 +125,8 @@ void CDatabaseFile::AddSignals(int handle, const std::string &path, int depth)
 
 long long CDatabaseFile::IdentifyEvents(long long element)
 {
+    if (m_changes != nullptr)
+        return m_changes->IdentifyChanges(element);
     const NTARN::SFileEvent *event = m_reader.EventsFrom(static_cast<int>(element), 0).event();
     return event != nullptr ? static_cast<long long>(reinterpret_cast<std::intptr_t>(event)) : -element;
 }
@@ -121,6 +137,19 @@ std::unique_ptr<IElementsWalk> CDatabaseFile::WalkTogether(long long first, std:
     for (std::size_t i = 0; i < count; ++i)
         ranges.Add(m_reader, static_cast<int>(first + static_cast<long long>(i)));
     return MakeElementsWalk(std::move(ranges), count);
+}
+
+std::unique_ptr<IChangeWalk> CDatabaseFile::WalkChanges(const std::vector<SFileSignal> &signals)
+{
+    return m_changes != nullptr ? m_changes->WalkChanges(ElementsOf(signals)) : nullptr;
+}
+
+std::optional<std::vector<SChangeCount>> CDatabaseFile::CountChanges(const std::vector<SFileSignal> &signals,
+                                                                     const SStretch &stretch, const FProgress &progress)
+{
+    if (m_changes == nullptr)
+        return std::nullopt;
+    return m_changes->CountChanges(ElementsOf(signals), stretch, progress);
 }
 
 std::unique_ptr<IElementWalk> CDatabaseFile::Walk(long long element)

@@ -18,7 +18,7 @@ public:
     static Reader *OpenReader(const char *fileName) { return Reader::create(fileName, false); }
 
     /// @param reader  must outlive the object
-    explicit CDatabaseFile(Reader &reader) : m_reader(reader) {}
+    explicit CDatabaseFile(Reader &reader);
     explicit CDatabaseFile(std::unique_ptr<Reader> reader);
 
     long long GetResolution() override { return m_reader.GetResolution(); }
@@ -29,12 +29,16 @@ public:
     long long IdentifyEvents(long long element) override;
     std::unique_ptr<IElementWalk> Walk(long long element) override;
     std::unique_ptr<IElementsWalk> WalkTogether(long long first, std::size_t count, std::size_t all) override;
+    std::unique_ptr<IChangeWalk> WalkChanges(const std::vector<SFileSignal> &signals) override;
+    std::optional<std::vector<SChangeCount>> CountChanges(const std::vector<SFileSignal> &signals,
+                                                          const SStretch &stretch, const FProgress &progress) override;
 
 private:
     void AddSignals(int handle, const std::string &path, int depth);
 
     std::unique_ptr<Reader> m_owned;
     Reader &m_reader;
+    IChangeSource *m_changes;  // the same reader; null if it cannot
     std::optional<std::vector<SFileSignal>> m_signals;
 };
 

@@ -1,34 +1,48 @@
 #include "waveform/files/filewalk.h"
 
-#include <tuple>
+#include <map>
+#include <utility>
+
+#include "waveform/files/mergedwalk.h"
+#include "waveform/files/signalwalk.h"
 
 namespace tesk {
 
-CFileWalk::CFileWalk(IWaveformFile &file, const std::vector<SFileSignal> &signals)
+namespace {
+
+SChangeCount CountSignal(IWaveformFile &file, const SFileSignal &signal)
 {
-    m_walks.reserve(signals.size());
+    SChangeCount changes;
+    CSignalWalk walk(file, signal);
+    while (walk.Next())
+        changes.Add(walk.GetTime());
+    return changes;
+}
+
+}  // namespace
+
+std::unique_ptr<IChangeWalk> WalkInTime(IWaveformFile &file, const std::vector<SFileSignal> &signals)
+{
+    std::unique_ptr<IChangeWalk> walk = file.WalkChanges(signals);
+    return walk != nullptr ? std::move(walk) : std::make_unique<CMergedWalk>(file, signals);
+}
+
+// Signals that share their events are walked once: a clock may have as many names as a design has modules.
+std::vector<SChangeCount> CountChanges(IWaveformFile &file, const std::vector<SFileSignal> &signals,
+                                       const FProgress &progress)
+{
+    if (auto counted = file.CountChanges(signals, {}, progress))
+        return *std::move(counted);
+    std::map<std::vector<long long>, SChangeCount> known;
+    std::vector<SChangeCount> counts;
     for (const SFileSignal &signal : signals) {
-        m_walks.emplace_back(file, signal);
-        Fetch(m_walks.size() - 1);
+        progress(static_cast<long long>(counts.size()), static_cast<long long>(signals.size()));
+        const auto [changes, isNew] = known.try_emplace(IdentifyEvents(file, signal));
+        if (isNew)
+            changes->second = CountSignal(file, signal);
+        counts.push_back(changes->second);
     }
-}
-
-// The last signal met goes on only now: its values were those of its change until then.
-bool CFileWalk::Next()
-{
-    if (m_time >= 0)
-        Fetch(m_signal);
-    if (m_next.empty())
-        return false;
-    std::tie(m_time, m_signal) = m_next.top();
-    m_next.pop();
-    return true;
-}
-
-void CFileWalk::Fetch(std::size_t signal)
-{
-    if (m_walks[signal].Next())
-        m_next.emplace(m_walks[signal].GetTime(), signal);
+    return counts;
 }
 
 }  // namespace tesk

@@ -33,11 +33,18 @@ CSignalWalk::CSignalWalk(IWaveformFile &file, const SFileSignal &signal)
     }
 }
 
-bool CSignalWalk::Next()
+bool CSignalWalk::Peek(long long &time) const
 {
     if (m_next.empty())
         return false;
-    m_time = m_next.top().first;
+    time = m_next.top().first;
+    return true;
+}
+
+bool CSignalWalk::Next()
+{
+    if (!Peek(m_time))
+        return false;
     while (!m_next.empty() && m_next.top().first == m_time) {
         const std::size_t group = m_next.top().second;
         m_next.pop();

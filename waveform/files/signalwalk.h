@@ -1,10 +1,10 @@
 // A walk over the changes of a whole signal, merged from those of its elements.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <queue>
 #include <utility>
 #include <vector>
@@ -23,10 +23,11 @@ public:
 
     /// Goes to the next time at which an element has an event. @return false at the end
     bool Next();
+    /// The time to which `Next` would go. @return false at the end
+    bool Peek(long long &time) const;
     /// File ticks.
     long long GetTime() const { return m_time; }
-    /// The raw value of each element now; none of one that has no event yet.
-    const std::vector<std::optional<std::uint64_t>> &GetValues() const { return m_values; }
+    const CElementValues &GetValues() const { return m_values; }
 
 private:
     // Neighbouring elements. Often many change at once: to look through them all is then quickest.
@@ -39,7 +40,7 @@ private:
     void Push(std::size_t group);
     void Take(std::size_t group);
 
-    std::vector<std::optional<std::uint64_t>> m_values;
+    CElementValues m_values;
     std::vector<SGroup> m_groups;
     std::priority_queue<CNextGroup, std::vector<CNextGroup>, std::greater<>> m_next;
     long long m_time = -1;

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/changes/changewalk.h"
 #include "platform/kestrin.h"
 
 class ISignal;
@@ -71,6 +72,18 @@ public:
     /// @param count  1 to 64
     /// @param all    elements of the signal: the more there are, the less is kept of each
     virtual std::unique_ptr<IElementsWalk> WalkTogether(long long first, std::size_t count, std::size_t all);
+
+    /// A walk over the changes of many signals by rising time, as the reader of the file comes upon them. It must not
+    /// outlive the file. @return null if the changes must be merged from walks over the elements
+    virtual std::unique_ptr<IChangeWalk> WalkChanges(const std::vector<SFileSignal> &) { return nullptr; }
+    /// Counts the times at which each signal, or an element of it, has an event. @return nothing as `WalkChanges`
+    virtual std::optional<std::vector<SChangeCount>> CountChanges(const std::vector<SFileSignal> &, const SStretch &,
+                                                                  const FProgress &)
+    {
+        return std::nullopt;
+    }
+    /// About what `GetEndTime` answers, at once: to tell how far a walk is.
+    virtual long long EstimateEndTime() { return GetEndTime(); }
 };
 
 }  // namespace tesk
