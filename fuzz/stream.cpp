@@ -1,4 +1,5 @@
-// Any bytes as an event-stream file: as they are, with right checksums, and as the contents of one block.
+// Any bytes as an event-stream file: as they are, with right checksums in both versions of the format, as the contents of
+// one block, and as what the blocks of a stretch of time unpack to.
 #include <unistd.h>
 
 #include <algorithm>
@@ -7,11 +8,14 @@
 #include <cstdlib>
 #include <fstream>
 #include <string>
+#include <string_view>
 
 #include "platform/log.h"
 #include "platform/morvel.h"
 #include "platform/stream/morvelevents.h"
 #include "platform/stream/morvelformat.h"
+#include "platform/stream/streampack.h"
+#include "tests/platform/stream/stretchfile.h"
 
 namespace {
 
@@ -20,8 +24,8 @@ void Put(std::string &bytes, std::size_t offset, const std::string &text)
     bytes.replace(offset, text.size(), text);
 }
 
-// Puts the index behind the header where the bytes tell no sensible place, and makes the checksums right.
-void Repair(std::string &bytes)
+// Puts the index behind the header where the bytes tell no sensible place, and makes version and checksums right.
+void Repair(std::string &bytes, std::uint32_t version)
 {
     using namespace Morvel;
     if (bytes.size() < HeaderSize)
@@ -33,7 +37,9 @@ void Repair(std::string &bytes)
     Append(rest, offset);
     Append(rest, std::uint64_t{index.size()});
     Append(rest, Crc(index));
-    Put(bytes, 0, std::string(Magic) + std::string("\1\0\0\0", 4));
+    std::string start(Magic);
+    Append(start, version);
+    Put(bytes, 0, start);
     Put(bytes, 32, rest);
     rest.clear();
     Append(rest, Crc(std::string_view(bytes).substr(0, HeaderSize - 4)));
@@ -79,6 +85,18 @@ void ReadFile(const std::string &bytes)
     unlink(path.c_str());
 }
 
+// The first byte tells how many of the others are the table, and the second how many events each scalar is said to have.
+void ReadStretch(std::string_view bytes)
+{
+    if (bytes.size() < 2)
+        return;
+    const auto number = [&bytes](std::size_t place) { return static_cast<unsigned char>(bytes[place]); };
+    const SStretchClaim claim{0, 1000, 0, 6, number(1)};
+    const std::size_t tableSize = std::min<std::size_t>(number(0), bytes.size() - 2);
+    const std::string table(bytes.substr(2, tableSize));
+    ReadFile(StretchFile(claim, table, std::string(bytes.substr(2 + tableSize))));
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
@@ -86,9 +104,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     Q71log_SetSink([](void *, int, const char *, const char *) {}, nullptr);
     std::string bytes(reinterpret_cast<const char *>(data), size);
     Morvel::SBlock block;
-    Morvel::UnpackBlock(bytes, 5, 3, 1, block);
+    Morvel::UnpackBlock(Morvel::EBlockForm::Old, bytes, 5, 3, 1, block);
     ReadFile(bytes);
-    Repair(bytes);
-    ReadFile(bytes);
+    for (const std::uint32_t version : {Morvel::OldVersion, Morvel::Version}) {
+        Repair(bytes, version);
+        ReadFile(bytes);
+    }
+    ReadStretch(std::string_view(reinterpret_cast<const char *>(data), size));
     return 0;
 }

@@ -5,68 +5,75 @@
 #include <zlib.h>
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <limits>
 
 #include "platform/stream/morvelformat.h"
+#include "platform/stream/streampack.h"
+#include "platform/stream/varint.h"
 
 namespace Morvel {
-
-std::uint32_t Crc(std::string_view bytes)
-{
-    return static_cast<std::uint32_t>(crc32_z(0, reinterpret_cast<const Bytef *>(bytes.data()), bytes.size()));
-}
 
 namespace {
 
 constexpr long long MaxTime = std::numeric_limits<long long>::max();
 
-// A number of 7 bits a byte, lowest first; false if it is cut off or does not fit a time.
-bool TakeDelta(CByteReader &bytes, long long &delta)
+// Takes the differences off the front of `bytes`.
+bool TakeTimes(std::string_view &bytes, long long first, std::size_t events, std::vector<long long> &times)
 {
-    delta = 0;
-    for (int shift = 0; shift < 63; shift += 7) {
-        const auto byte = bytes.Take<std::uint8_t>();
-        delta |= static_cast<long long>(byte & 0x7F) << shift;
-        if ((byte & 0x80) == 0)
-            return bytes.IsGood();
-    }
-    return false;
-}
-
-bool TakeTimes(CByteReader &bytes, long long first, std::size_t events, std::vector<long long> &times)
-{
+    const char *next = bytes.data();
+    const char *const end = next + bytes.size();
     long long time = first;
     times.reserve(events);
     for (std::size_t i = 0; i < events; ++i) {
-        long long delta = 0;
-        if (i > 0 && !TakeDelta(bytes, delta))
+        std::uint64_t delta = 0;
+        if (i > 0 && !TakeVarint(next, end, delta))
             return false;
-        if (delta > MaxTime - time)
+        if (delta > static_cast<std::uint64_t>(MaxTime - time))
             return false;
-        time += delta;
+        time += static_cast<long long>(delta);
         times.push_back(time);
     }
+    bytes.remove_prefix(static_cast<std::size_t>(next - bytes.data()));
     return true;
+}
+
+bool UnpackOld(std::string_view packed, std::string &bytes)
+{
+    bytes.resize(MaxBlockBytes);
+    uLongf size = bytes.size();
+    uLong used = packed.size();
+    if (uncompress2(reinterpret_cast<Bytef *>(bytes.data()), &size, reinterpret_cast<const Bytef *>(packed.data()),
+                    &used) != Z_OK)
+        return false;
+    bytes.resize(size);
+    return used == packed.size();
+}
+
+// What our own blocks begin with: the bytes that they unpack to.
+bool UnpackMemory(std::string_view packed, std::string &bytes)
+{
+    const char *next = packed.data();
+    std::uint64_t size = 0;
+    if (!TakeVarint(next, packed.data() + packed.size(), size) || size > MaxBlockBytes)
+        return false;
+    packed.remove_prefix(static_cast<std::size_t>(next - packed.data()));
+    return UnpackFast(packed, static_cast<std::size_t>(size), bytes);
 }
 
 }  // namespace
 
-bool UnpackBlock(std::string_view packed, long long first, std::size_t events, unsigned valueSize, SBlock &block)
+bool UnpackBlock(EBlockForm form, std::string_view packed, long long first, std::size_t events, unsigned valueSize,
+                 SBlock &block)
 {
-    if (first < 0)
+    std::string room;
+    if (first < 0 || !(form == EBlockForm::Old ? UnpackOld(packed, room) : UnpackMemory(packed, room)))
         return false;
-    std::array<Bytef, MaxBlockBytes> room;
-    uLongf size = room.size();
-    uLong used = packed.size();
-    if (uncompress2(room.data(), &size, reinterpret_cast<const Bytef *>(packed.data()), &used) != Z_OK)
+    std::string_view bytes = room;
+    if (!TakeTimes(bytes, first, events, block.times) || bytes.size() != events * valueSize)
         return false;
-    CByteReader bytes(std::string_view(reinterpret_cast<const char *>(room.data()), size));
-    if (used != packed.size() || !TakeTimes(bytes, first, events, block.times))
-        return false;
-    block.values = bytes.TakeBytes(std::uint64_t{events} * valueSize);
-    return bytes.IsGood() && bytes.Rest().empty();
+    block.values = bytes;
+    return true;
 }
 
 std::uint64_t CBlockCache::Reserve(std::size_t blocks)
@@ -89,15 +96,16 @@ const SBlock &CBlockCache::Keep(std::uint64_t number, SBlock &&block)
     return m_blocks.insert_or_assign(number, std::move(block)).first->second;
 }
 
-CScalarEvents::CScalarEvents(std::shared_ptr<CBlockCache> cache, unsigned valueSize, std::size_t events)
-    : m_cache(std::move(cache)), m_valueSize(valueSize), m_events(events),
+CScalarEvents::CScalarEvents(std::shared_ptr<CBlockCache> cache, EBlockForm form, unsigned valueSize,
+                             std::size_t events)
+    : m_cache(std::move(cache)), m_form(form), m_valueSize(valueSize), m_events(events),
       m_firstNumber(m_cache->Reserve(static_cast<std::size_t>(BlockCount(events))))
 {}
 
 bool CScalarEvents::AddBlock(std::string packed, long long first)
 {
     SBlock block;
-    if (first < m_lastTime || !UnpackBlock(packed, first, EventsIn(m_blocks.size()), m_valueSize, block))
+    if (first < m_lastTime || !UnpackBlock(m_form, packed, first, EventsIn(m_blocks.size()), m_valueSize, block))
         return false;
     m_lastTime = block.times.back();
     m_blocks.push_back({std::move(packed), first});
@@ -114,7 +122,7 @@ const SBlock &CScalarEvents::Unpacked(std::size_t number) const
     if (const SBlock *found = m_cache->Find(m_firstNumber + number))
         return *found;
     SBlock block;  // it was unpacked before, when it was added
-    UnpackBlock(m_blocks[number].bytes, m_blocks[number].first, EventsIn(number), m_valueSize, block);
+    UnpackBlock(m_form, m_blocks[number].bytes, m_blocks[number].first, EventsIn(number), m_valueSize, block);
     return m_cache->Keep(m_firstNumber + number, std::move(block));
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace Morvel {
@@ -38,10 +39,16 @@ struct SBlock {
     std::string values;
 };
 
+enum class EBlockForm {
+    Old,    ///< zlib, in files of the old version
+    Memory  ///< LZ4, of our own making
+};
+
 /// Unpacks a block, without trusting it. @return false if it is not exactly what it is said to be
 /// @param packed  whose CRC-32 is known to be right
 /// @param first   time of the first event
-bool UnpackBlock(std::string_view packed, long long first, std::size_t events, unsigned valueSize, SBlock &block);
+bool UnpackBlock(EBlockForm form, std::string_view packed, long long first, std::size_t events, unsigned valueSize,
+                 SBlock &block);
 
 /// The blocks unpacked last, of all stores that came from one reader: unpacked events take many times the room of
 /// packed ones. When it is full it starts anew.
@@ -63,11 +70,13 @@ private:
 /// The events of a scalar. The blocks stay packed in memory; each is unpacked when an event in it is asked for.
 class CScalarEvents final : public CStoredEvents {
 public:
-    CScalarEvents(std::shared_ptr<CBlockCache> cache, unsigned valueSize, std::size_t events);
+    CScalarEvents(std::shared_ptr<CBlockCache> cache, EBlockForm form, unsigned valueSize, std::size_t events);
 
     /// Adds the next block. @param packed  with the right CRC-32
     /// @return false if the block is not what it is said to be, or goes back in time
     bool AddBlock(std::string packed, long long first);
+    /// Adds the next block, of our own making: it is what it is said to be.
+    void AddKnownBlock(std::string packed, long long first) { m_blocks.push_back({std::move(packed), first}); }
 
     bool FindLast(long long time, SEventPlace &place) const override;
     bool FindAfter(long long time, SEventPlace &place) const override;
@@ -88,6 +97,7 @@ private:
     std::size_t EventsIn(std::size_t block) const;
 
     std::shared_ptr<CBlockCache> m_cache;
+    EBlockForm m_form;
     unsigned m_valueSize;
     std::size_t m_events;
     std::uint64_t m_firstNumber;  // in the cache

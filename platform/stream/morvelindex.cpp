@@ -5,12 +5,17 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/stream/streamcache.h"
+#include "platform/stream/streampack.h"
+
 namespace Morvel {
 
 namespace {
 
-// A name of no letters, its type, its number of children and its number of events.
-constexpr std::size_t LeastSignalSize = 1 + 4 + 4 + 8;
+// A name of no letters, its type and its number of children. In a file of the old version the number of events follows.
+constexpr std::size_t LeastSignalSize = 1 + 4 + 4;
+constexpr std::size_t LeastOldSignalSize = LeastSignalSize + 8;
+constexpr std::uint8_t UnknownSize = 0xFF;
 
 [[noreturn]] void FailIndex(const std::string &why)
 {
@@ -34,6 +39,10 @@ CStreamIndex::CStreamIndex(const CFileBytes &file)
         FailIndex("has the wrong checksum");
     CByteReader bytes(m_bytes);
     TakeSignals(bytes, TakeTypes(bytes));
+    if (HasStretches()) {
+        TakeTracks();
+        TakeStretches(bytes);
+    }
     if (!bytes.IsGood() || !bytes.Rest().empty())
         FailIndex("does not end where it should");
 }
@@ -52,8 +61,9 @@ CStreamIndex::SHeader CStreamIndex::ReadHeader(const CFileBytes &file)
     if (CByteReader(std::string_view(text).substr(HeaderSize - 4)).Take<std::uint32_t>() !=
         Crc(std::string_view(text).substr(0, HeaderSize - 4)))
         throw XFault("is damaged: its header has the wrong checksum");
-    if (const auto version = bytes.Take<std::uint32_t>(); version != Version)
-        throw XFault("has version " + std::to_string(version) + " of the format; version 1 can be read");
+    m_version = bytes.Take<std::uint32_t>();
+    if (m_version != Version && m_version != OldVersion)
+        throw XFault("has version " + std::to_string(m_version) + " of the format; versions 1 and 2 can be read");
     bytes.Take<std::uint32_t>();  // reserved
     m_resolution = bytes.Take<std::int64_t>();
     m_endTime = bytes.Take<std::int64_t>();
@@ -76,6 +86,14 @@ const SSignalEntry *CStreamIndex::Find(int handle) const
     if (handle < 0 || static_cast<std::size_t>(handle) >= m_signals.size())
         return nullptr;
     return &m_signals[static_cast<std::size_t>(handle)];
+}
+
+// The handles of children rise with those of their parents.
+const SSignalEntry *CStreamIndex::FindParent(int handle) const
+{
+    if (handle < m_topLevelCount)
+        return nullptr;
+    return &*(std::ranges::upper_bound(m_signals, handle, {}, &SSignalEntry::firstChild) - 1);
 }
 
 const Kestrin::KTypeInfo &CStreamIndex::TypeOf(const SSignalEntry &signal) const
@@ -103,7 +121,8 @@ void CStreamIndex::TakeSignals(CByteReader &bytes, const std::vector<const char 
 {
     const auto count = bytes.Take<std::uint32_t>();
     const auto topLevelCount = bytes.Take<std::uint32_t>();
-    if (count > bytes.Rest().size() / LeastSignalSize || count > std::numeric_limits<int>::max())
+    if (count > bytes.Rest().size() / (HasStretches() ? LeastSignalSize : LeastOldSignalSize) ||
+        count > std::numeric_limits<int>::max())
         FailIndex("has more signals than room");
     if (topLevelCount > count || (topLevelCount == 0 && count > 0))
         FailIndex("has a wrong number of top-level signals");
@@ -134,18 +153,21 @@ SSignalEntry CStreamIndex::TakeSignal(CByteReader &bytes, const std::vector<cons
     signal.name = bytes.TakeText();
     const auto type = bytes.Take<std::uint32_t>();
     const auto childCount = bytes.Take<std::uint32_t>();
-    signal.events = bytes.Take<std::uint64_t>();
+    signal.events = !HasStretches() || childCount == 0 ? bytes.Take<std::uint64_t>() : 0;
+    signal.track = HasStretches() && childCount == 0 ? bytes.Take<std::uint32_t>() : NoTrack;
     if (!bytes.IsGood())
         FailIndex("is cut off");
     if (type >= types.size())
         FailIndex("names a type that it does not have");
     if (childCount > std::numeric_limits<int>::max() || (childCount > 0 && signal.events > 0))
         FailIndex("has a wrong number of children");
-    if (BlockCount(signal.events) > bytes.Rest().size() / BlockEntrySize)
-        FailIndex("has more blocks than room");
     signal.typeText = types[type];
     signal.firstChild = firstChild;
     signal.childCount = static_cast<int>(childCount);
+    if (HasStretches())
+        return signal;
+    if (BlockCount(signal.events) > bytes.Rest().size() / BlockEntrySize)
+        FailIndex("has more blocks than room");
     signal.blocks = bytes.TakeBytes(BlockCount(signal.events) * BlockEntrySize);
     return signal;
 }
@@ -155,12 +177,81 @@ void CStreamIndex::TestBlocks(const SSignalEntry &signal)
     CByteReader bytes(signal.blocks);
     while (!bytes.Rest().empty()) {
         const SBlockEntry block = TakeBlockEntry(bytes);
-        if (block.offset < HeaderSize || block.offset > m_blockEnd || block.size > m_blockEnd - block.offset)
-            FailIndex("has a block outside the file");
-        m_blockBytes += block.size;
-        if (m_blockBytes > m_blockEnd - HeaderSize)
-            FailIndex("has blocks that overlap");
+        TestBlock(block.offset, block.size);
     }
+}
+
+void CStreamIndex::TestBlock(std::uint64_t offset, std::uint32_t size)
+{
+    if (offset < HeaderSize || offset > m_blockEnd || size > m_blockEnd - offset)
+        FailIndex("has a block outside the file");
+    m_blockBytes += size;
+    if (m_blockBytes > m_blockEnd - HeaderSize)
+        FailIndex("has blocks that overlap");
+}
+
+// The tracks are numbered without a gap. Scalars that share their events have one.
+void CStreamIndex::TakeTracks()
+{
+    std::size_t count = 0;
+    for (const SSignalEntry &signal : m_signals)
+        count = std::max<std::size_t>(count, signal.track != NoTrack ? std::size_t{signal.track} + 1 : 0);
+    if (count > m_signals.size())
+        FailIndex("has a wrong number of scalars");
+    m_handleOfTrack.assign(count, -1);
+    m_valueSizes.assign(count, UnknownSize);
+    for (std::size_t i = 0; i < m_signals.size(); ++i) {
+        const SSignalEntry &signal = m_signals[i];
+        if (signal.track == NoTrack && signal.events == 0)
+            continue;
+        if (signal.track == NoTrack)
+            FailIndex("has a wrong number of scalars");
+        int &handle = m_handleOfTrack[signal.track];
+        handle = handle < 0 ? static_cast<int>(i) : handle;
+        if (m_signals[static_cast<std::size_t>(handle)].events != signal.events)
+            FailIndex("has a wrong number of events");
+    }
+    if (std::ranges::count(m_handleOfTrack, -1) > 0)
+        FailIndex("has a wrong number of scalars");
+}
+
+void CStreamIndex::TakeStretches(CByteReader &bytes)
+{
+    const auto count = bytes.Take<std::uint32_t>();
+    if (count > bytes.Rest().size() / StretchEntrySize)
+        FailIndex("has more stretches of time than room");
+    m_stretches.reserve(count);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        SStretchEntry stretch{};
+        stretch.first = bytes.Take<std::int64_t>();
+        stretch.last = bytes.Take<std::int64_t>();
+        stretch.lowTrack = bytes.Take<std::uint32_t>();
+        stretch.highTrack = bytes.Take<std::uint32_t>();
+        stretch.blockCount = bytes.Take<std::uint32_t>();
+        stretch.firstBlock = static_cast<std::uint32_t>(m_packs.size());
+        stretch.table = TakePackEntry(bytes);
+        if (!bytes.IsGood() || stretch.blockCount > bytes.Rest().size() / PackEntrySize)
+            FailIndex("has more blocks than room");
+        if (stretch.first < 0 || stretch.last < stretch.first || stretch.lowTrack > stretch.highTrack ||
+            stretch.highTrack >= TrackCount())
+            FailIndex("has a stretch of time that cannot be");
+        TestBlock(stretch.table.offset, stretch.table.size);
+        for (std::uint32_t b = 0; b < stretch.blockCount; ++b) {
+            m_packs.push_back(TakePackEntry(bytes));
+            TestBlock(m_packs.back().offset, m_packs.back().size);
+        }
+        m_stretches.push_back(stretch);
+    }
+}
+
+unsigned CStreamIndex::ValueSizeOf(std::uint32_t track) const
+{
+    std::uint8_t &size = m_valueSizes[track];
+    if (size == UnknownSize) {
+        const Kestrin::KTypeInfo &type = TypeOf(m_signals[static_cast<std::size_t>(m_handleOfTrack[track])]);
+        size = type.IsScalar() ? static_cast<std::uint8_t>(type.GetScalarSize_OldFormat()) : 0;
+    }
+    return size;
 }
 
 std::string SStreamFile::ReadBlock(const SBlockEntry &entry) const
@@ -171,6 +262,17 @@ std::string SStreamFile::ReadBlock(const SBlockEntry &entry) const
     return packed;
 }
 
+std::string SStreamFile::ReadPack(const SPackEntry &entry) const
+{
+    const std::string packed = bytes->Read(entry.offset, entry.size);
+    if (Crc(packed) != entry.crc)
+        throw XFault("is damaged: a block has the wrong checksum");
+    std::string raw;
+    if (entry.rawSize > MaxRawBytes || !UnpackFast(packed, entry.rawSize, raw))
+        throw XFault("is damaged: a block is not what the index says");
+    return raw;
+}
+
 namespace {
 
 // What an earlier opening read, as long as somebody keeps it.
@@ -179,6 +281,7 @@ struct SKnownFile {
     std::string header;
     std::weak_ptr<const CFileBytes> unpacked;  // of a packed file
     std::weak_ptr<const CStreamIndex> index;
+    std::weak_ptr<CStreamCache> cache;
 };
 
 std::vector<SKnownFile> &KnownFiles()
@@ -202,15 +305,17 @@ SStreamFile OpenStreamFile(const std::filesystem::path &path)
         if (known.stamp != stamp || known.header != header)
             continue;
         file.index = known.index.lock();
+        file.cache = known.cache.lock();
         if (file.isPacked)
             file.bytes = known.unpacked.lock();
-        if (file.index != nullptr && file.bytes != nullptr)
+        if (file.index != nullptr && file.cache != nullptr && file.bytes != nullptr)
             return file;
     }
     if (file.isPacked)
         file.bytes = CFileBytes::Unpack(path);
     file.index = std::make_shared<CStreamIndex>(*file.bytes);
-    KnownFiles().push_back({stamp, std::move(header), file.bytes, file.index});
+    file.cache = std::make_shared<CStreamCache>();
+    KnownFiles().push_back({stamp, std::move(header), file.bytes, file.index, file.cache});
     return file;
 }
 

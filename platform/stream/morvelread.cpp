@@ -1,9 +1,12 @@
 // The two readers of event-stream files.
+#include <algorithm>
+#include <cstdint>
 #include <exception>
 #include <filesystem>
 #include <limits>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,6 +16,8 @@
 #include "platform/morvel.h"
 #include "platform/stream/morvelevents.h"
 #include "platform/stream/morvelindex.h"
+#include "platform/stream/streamcache.h"
+#include "platform/stream/trackloader.h"
 
 namespace Morvel {
 
@@ -84,12 +89,14 @@ public:
 private:
     std::unique_ptr<const KEventsStore> MakeStore(int handle);
     EventsPtr Load(int handle);
-    EventsPtr LoadNew(const SSignalEntry &signal);
-    EventsPtr LoadScalar(const SSignalEntry &signal, unsigned valueSize);
+    EventsPtr LoadNew(int handle, const SSignalEntry &signal);
+    EventsPtr LoadOldScalar(const SSignalEntry &signal, unsigned valueSize);
+    EventsPtr LoadScalar(int handle, const SSignalEntry &signal, unsigned valueSize);
     EventsPtr LoadBus(const SSignalEntry &signal, const Kestrin::KTypeInfo &type);
 
     std::string m_name;
     SStreamFile m_file;
+    std::set<std::string> m_told;  // faults: many signals may have a block in common
     std::shared_ptr<CBlockCache> m_cache = std::make_shared<CBlockCache>();
     std::map<int, std::unique_ptr<const KEventsStore>> m_stores;  // null: there is none
     std::map<int, EventsPtr> m_events;                            // a scalar shares them with the bus that it is in
@@ -127,7 +134,8 @@ try {
     EventsPtr events = Load(handle);
     return events != nullptr ? std::make_unique<KEventsStore>(KeepWith(std::move(events), m_file)) : nullptr;
 } catch (const XFault &fault) {
-    Report(m_name, fault.what());
+    if (m_told.insert(fault.what()).second)
+        Report(m_name, fault.what());
     return nullptr;
 }
 
@@ -136,24 +144,59 @@ EventsPtr CRawMorvelRead::Load(int handle)
     const auto known = m_events.find(handle);
     if (known != m_events.end())
         return known->second;
-    return m_events.emplace(handle, LoadNew(*m_file.index->Find(handle))).first->second;
+    return m_events.emplace(handle, LoadNew(handle, *m_file.index->Find(handle))).first->second;
 }
 
-EventsPtr CRawMorvelRead::LoadNew(const SSignalEntry &signal)
+EventsPtr CRawMorvelRead::LoadNew(int handle, const SSignalEntry &signal)
 {
     const Kestrin::KTypeInfo &type = m_file.index->TypeOf(signal);
     if (signal.childCount > 0)
         return KindOf(type) == Kestrin::ETypeKind::Array && type.IsSimple() ? LoadBus(signal, type) : nullptr;
+    if (type.IsScalar() && m_file.index->HasStretches())
+        return LoadScalar(handle, signal, type.GetScalarSize_OldFormat());
     if (type.IsScalar())
-        return LoadScalar(signal, type.GetScalarSize_OldFormat());
+        return LoadOldScalar(signal, type.GetScalarSize_OldFormat());
     if (signal.events > 0)
         throw XFault("is damaged: a signal has events that its type cannot have");
     return nullptr;
 }
 
-EventsPtr CRawMorvelRead::LoadScalar(const SSignalEntry &signal, unsigned valueSize)
+// The elements of an array lie together and are asked for one after the other: so many are gathered at once.
+constexpr std::uint32_t TracksAtOnce = 256;
+
+// The tracks that are gathered with one: of its neighbours in an array. @return the first and how many
+std::pair<std::uint32_t, std::uint32_t> TracksWith(const CStreamIndex &index, int handle, std::uint32_t track)
 {
-    auto events = std::make_shared<CScalarEvents>(m_cache, valueSize, static_cast<std::size_t>(signal.events));
+    const SSignalEntry *parent = index.FindParent(handle);
+    if (parent == nullptr || !index.TypeOf(*parent).IsSimple())
+        return {track, 1};
+    const int begin = parent->firstChild +
+                      (handle - parent->firstChild) / static_cast<int>(TracksAtOnce) * static_cast<int>(TracksAtOnce);
+    const int end = std::min(begin + static_cast<int>(TracksAtOnce), parent->firstChild + parent->childCount);
+    const std::uint32_t first = index.Find(begin)->track;
+    for (int i = begin; i < end; ++i) {
+        if (index.Find(i)->track == NoTrack || index.Find(i)->track != first + static_cast<std::uint32_t>(i - begin))
+            return {track, 1};
+    }
+    return {first, static_cast<std::uint32_t>(end - begin)};
+}
+
+EventsPtr CRawMorvelRead::LoadScalar(int handle, const SSignalEntry &signal, unsigned valueSize)
+{
+    if (signal.track == NoTrack || m_file.index->ValueSizeOf(signal.track) != valueSize)
+        throw XFault("is damaged: a signal has events that its type cannot have");
+    SLoadedTracks &loaded = m_file.cache->lastLoaded;
+    if (!loaded.Has(signal.track)) {
+        const auto [first, count] = TracksWith(*m_file.index, handle, signal.track);
+        loaded = LoadTracks(m_file, m_cache, first, count);
+    }
+    return loaded.events[signal.track - loaded.first];
+}
+
+EventsPtr CRawMorvelRead::LoadOldScalar(const SSignalEntry &signal, unsigned valueSize)
+{
+    auto events =
+        std::make_shared<CScalarEvents>(m_cache, EBlockForm::Old, valueSize, static_cast<std::size_t>(signal.events));
     CByteReader bytes(signal.blocks);
     while (!bytes.Rest().empty()) {
         const SBlockEntry entry = TakeBlockEntry(bytes);

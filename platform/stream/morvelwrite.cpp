@@ -3,20 +3,24 @@
 #include <exception>
 #include <memory>
 #include <string>
-#include <zlib.h>
+#include <string_view>
 
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <map>
 #include <new>
+#include <utility>
 #include <vector>
 
+#include "base/bytes.h"
 #include "platform/files/draft.h"
 #include "platform/kestrin.h"
 #include "platform/log.h"
-#include "platform/morvel.h"
 #include "platform/stream/morvelformat.h"
+#include "platform/stream/streampack.h"
+#include "platform/stream/streamwriter.h"
+#include "platform/stream/stretchwriter.h"
 
 namespace Morvel {
 
@@ -30,47 +34,39 @@ void Report(const std::string &file, const std::string &why)
 struct SType {
     std::uint32_t number;
     unsigned valueSize;  // 0 of what is no scalar
+    unsigned low;        // what a bit 0 of its values stands for
 };
 
 struct SSignal {
     std::string name;
     SType type;
     int depth;
+    std::uint32_t track;  // of a scalar
+    bool hasEvents;       // of its own: it is a scalar that shares none
     std::vector<int> children;
-    std::uint64_t events = 0;
-    long long first = 0;  // of the block being filled
-    long long last = 0;
-    std::string deltas;  // of the block being filled, and its values
-    std::string values;
-    std::string blocks;  // entries of those that were written
 };
 
-void AppendDelta(std::string &bytes, long long delta)
+// The position of '0' where '1' stands behind it, as in std_logic. Any other enumeration is taken as if it had these in front.
+unsigned LowOf(const Kestrin::KTypeInfo &type, unsigned valueSize)
 {
-    for (; delta > 0x7F; delta >>= 7)
-        bytes += static_cast<char>(delta | 0x80);
-    bytes += static_cast<char>(delta);
+    if (valueSize != 1 || Kestrin::KindOf(type) != Kestrin::ETypeKind::Enumeration)
+        return 0;
+    unsigned char zero = 0;
+    unsigned char one = 0;
+    const bool hasBoth = type.GetBytes_OldFormat("0", &zero, 1, 2, 0) && type.GetBytes_OldFormat("1", &one, 1, 2, 0);
+    return hasBoth && one == zero + 1 && zero % 2 == 0 ? zero : 0;
 }
 
-std::string Pack(const std::string &bytes)
-{
-    uLongf size = compressBound(static_cast<uLong>(bytes.size()));
-    std::string packed(size, '\0');
-    if (compress(reinterpret_cast<Bytef *>(packed.data()), &size, reinterpret_cast<const Bytef *>(bytes.data()),
-                 static_cast<uLong>(bytes.size())) != Z_OK)
-        throw std::bad_alloc();  // all that can fail
-    packed.resize(size);
-    return packed;
-}
-
-class CMorvelWrite final : public IMorvelWrite {
+class CMorvelWrite final : public IStreamWriter {
 public:
     CMorvelWrite(const char *file, long long resolution);
     CMorvelWrite(const CMorvelWrite &) = delete;
     CMorvelWrite &operator=(const CMorvelWrite &) = delete;
 
     int AddSignal(int parent, const char *name, const char *typeText) override;
+    int AddSharedSignal(int parent, const char *name, const char *typeText, int original) override;
     bool AddEvent(int signal, long long time, const void *value) override;
+    bool AddWord(int first, unsigned count, long long time, std::uint64_t changed, const WaveWord &word) override;
     void SetEndTime(long long time) override { m_endTime = std::max(m_endTime, time); }
     bool Finish() override;
     void Release() override { delete this; }
@@ -80,11 +76,12 @@ public:
 
 private:
     SType TypeOf(const char *text);
-    void WriteBlock(SSignal &signal);
+    bool CanAdd(int parent, const char *name, const char *typeText) const;
+    int Add(int parent, const char *name, const SType &type, std::uint32_t track, bool hasEvents);
     void WriteRest();
     std::string MakeIndex() const;
     std::string MakeHeader(std::uint64_t indexOffset, const std::string &index) const;
-    void Write(const std::string &bytes);
+    std::uint64_t Write(std::string_view bytes);
 
     std::string m_path;
     tesk::CDraft m_draft;
@@ -94,11 +91,14 @@ private:
     std::map<std::string, SType> m_types;
     std::vector<SSignal> m_signals;
     std::vector<int> m_topLevel;
+    int m_lastParent = -1;  // of the last scalar with events of its own that has one
+    CStretchWriter m_stretches;
     bool m_outOfMemory = false;
 };
 
 CMorvelWrite::CMorvelWrite(const char *file, long long resolution)
-    : m_path(file), m_draft(m_path), m_resolution(resolution)
+    : m_path(file), m_draft(m_path), m_resolution(resolution),
+      m_stretches([this](std::string_view bytes) { return Write(bytes); })
 {
     Write(std::string(HeaderSize, '\0'));  // told when all else is known
 }
@@ -109,62 +109,100 @@ SType CMorvelWrite::TypeOf(const char *text)
     if (known != m_types.end())
         return known->second;
     const Kestrin::KTypeInfo type(text);
-    const SType added{static_cast<std::uint32_t>(m_types.size()), type.IsScalar() ? type.GetScalarSize_OldFormat() : 0};
+    const unsigned valueSize = type.IsScalar() ? type.GetScalarSize_OldFormat() : 0;
+    const SType added{static_cast<std::uint32_t>(m_types.size()), valueSize, LowOf(type, valueSize)};
     m_types.emplace(text, added);
     return added;
 }
 
 int CMorvelWrite::AddSignal(int parent, const char *name, const char *typeText)
 try {
-    const int number = static_cast<int>(m_signals.size());
-    if (parent < -1 || parent >= number || name == nullptr || typeText == nullptr)
+    if (!CanAdd(parent, name, typeText))
         return -1;
-    SSignal *above = parent >= 0 ? &m_signals[static_cast<std::size_t>(parent)] : nullptr;
-    const int depth = above != nullptr ? above->depth + 1 : 1;
-    if (depth > MaxDepth || (above != nullptr && above->type.valueSize != 0))
-        return -1;
-    (above != nullptr ? above->children : m_topLevel).push_back(number);
-    m_signals.push_back({name, TypeOf(typeText), depth, {}, 0, 0, 0, {}, {}, {}});
-    return number;
+    const SType type = TypeOf(typeText);
+    if (type.valueSize == 0)
+        return Add(parent, name, type, NoTrack, false);
+    const bool isNeighbour = parent >= 0 && std::exchange(m_lastParent, parent) == parent;
+    return Add(parent, name, type, m_stretches.AddTrack(isNeighbour, type.valueSize, type.low), true);
 } catch (const std::bad_alloc &) {
     m_outOfMemory = true;
     return -1;
 }
 
+int CMorvelWrite::AddSharedSignal(int parent, const char *name, const char *typeText, int original)
+try {
+    if (!CanAdd(parent, name, typeText) || original < 0 || static_cast<std::size_t>(original) >= m_signals.size())
+        return -1;
+    const SSignal &shared = m_signals[static_cast<std::size_t>(original)];
+    const SType type = TypeOf(typeText);
+    if (type.valueSize == 0 || type.valueSize != shared.type.valueSize)
+        return -1;
+    return Add(parent, name, type, shared.track, false);
+} catch (const std::bad_alloc &) {
+    m_outOfMemory = true;
+    return -1;
+}
+
+bool CMorvelWrite::CanAdd(int parent, const char *name, const char *typeText) const
+{
+    if (parent < -1 || parent >= static_cast<int>(m_signals.size()) || name == nullptr || typeText == nullptr)
+        return false;
+    if (parent == -1)
+        return true;
+    const SSignal &above = m_signals[static_cast<std::size_t>(parent)];
+    return above.depth < MaxDepth && above.type.valueSize == 0;
+}
+
+int CMorvelWrite::Add(int parent, const char *name, const SType &type, std::uint32_t track, bool hasEvents)
+{
+    const int number = static_cast<int>(m_signals.size());
+    SSignal *const above = parent >= 0 ? &m_signals[static_cast<std::size_t>(parent)] : nullptr;
+    (above != nullptr ? above->children : m_topLevel).push_back(number);
+    m_signals.push_back({name, type, above != nullptr ? above->depth + 1 : 1, track, hasEvents, {}});
+    return number;
+}
+
 bool CMorvelWrite::AddEvent(int signal, long long time, const void *value)
 try {
-    if (signal < 0 || static_cast<std::size_t>(signal) >= m_signals.size() || value == nullptr)
+    if (signal < 0 || static_cast<std::size_t>(signal) >= m_signals.size() || value == nullptr || time < 0)
         return false;
-    SSignal &target = m_signals[static_cast<std::size_t>(signal)];
-    if (target.type.valueSize == 0 || time < target.last)
-        return false;
-    if (target.events % EventsPerBlock == 0)
-        target.first = time;
-    else
-        AppendDelta(target.deltas, time - target.last);
-    target.values.append(static_cast<const char *>(value), target.type.valueSize);
-    target.last = time;
-    if (++target.events % EventsPerBlock == 0)
-        WriteBlock(target);
-    return true;
+    const SSignal &target = m_signals[static_cast<std::size_t>(signal)];
+    const unsigned size = target.type.valueSize;
+    return target.hasEvents &&
+           m_stretches.Add(target.track, time, tesk::LoadLittleEndian(static_cast<const unsigned char *>(value), size));
 } catch (const std::bad_alloc &) {
     m_outOfMemory = true;
     return false;
 }
 
-void CMorvelWrite::WriteBlock(SSignal &signal)
-{
-    const std::string packed = Pack(signal.deltas + signal.values);
-    AppendBlockEntry(signal.blocks, {m_size, static_cast<std::uint32_t>(packed.size()), Crc(packed), signal.first});
-    Write(packed);
-    signal.deltas.clear();
-    signal.values.clear();
+bool CMorvelWrite::AddWord(int first, unsigned count, long long time, std::uint64_t changed, const WaveWord &word)
+try {
+    const SSignal &target = m_signals[static_cast<std::size_t>(first)];
+    if (!target.hasEvents || time < 0)
+        return false;
+    const auto plane = [&word](unsigned number) { return word.m_planes[number]; };
+    const auto isAlways = [&](unsigned number) {
+        const std::uint64_t expected = (target.type.low >> number & 1) != 0 ? ~std::uint64_t{0} : 0;
+        return ((plane(number) ^ expected) & changed) == 0;
+    };
+    const bool areBits = target.type.low < 16 && isAlways(1) && isAlways(2) && isAlways(3);
+    if (areBits && m_stretches.AddWord(target.track, count, time, changed, plane(0)))
+        return true;
+    bool areAdded = true;
+    for (unsigned bit = count; bit-- > 0;) {
+        if ((changed >> bit & 1) != 0)
+            areAdded = m_stretches.Add(target.track + count - 1 - bit, time, PositionAt(word, bit)) && areAdded;
+    }
+    return areAdded;
+} catch (const std::bad_alloc &) {
+    m_outOfMemory = true;
+    return false;
 }
 
-void CMorvelWrite::Write(const std::string &bytes)
+std::uint64_t CMorvelWrite::Write(std::string_view bytes)
 {
     m_draft.Stream().write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    m_size += bytes.size();
+    return std::exchange(m_size, m_size + bytes.size());
 }
 
 std::string CMorvelWrite::MakeIndex() const
@@ -184,10 +222,14 @@ std::string CMorvelWrite::MakeIndex() const
         index.append(signal.name.c_str(), signal.name.size() + 1);
         Append(index, signal.type.number);
         Append(index, static_cast<std::uint32_t>(signal.children.size()));
-        Append(index, signal.events);
-        index += signal.blocks;
+        if (signal.children.empty()) {
+            Append(index, signal.track != NoTrack ? m_stretches.EventsOf(signal.track) : std::uint64_t{0});
+            Append(index, signal.track);
+        }
         order.insert(order.end(), signal.children.begin(), signal.children.end());
     }
+    Append(index, m_stretches.StretchCount());
+    index += m_stretches.Entries();
     return index;
 }
 
@@ -207,11 +249,8 @@ std::string CMorvelWrite::MakeHeader(std::uint64_t indexOffset, const std::strin
 
 void CMorvelWrite::WriteRest()
 {
-    for (SSignal &signal : m_signals) {
-        SetEndTime(signal.last);
-        if (!signal.values.empty())
-            WriteBlock(signal);
-    }
+    m_stretches.Finish();
+    SetEndTime(m_stretches.LastTime());
     const std::uint64_t indexOffset = m_size;
     const std::string index = MakeIndex();
     Write(index);
@@ -247,7 +286,7 @@ bool IsInTheWay(const char *file)
 
 }  // namespace
 
-IMorvelWrite *CreateStreamWrite(const char *file, long long resolution)
+IStreamWriter *CreateStreamWriter(const char *file, long long resolution)
 try {
     if (file == nullptr || resolution < 1)
         return nullptr;
@@ -262,6 +301,11 @@ try {
     return nullptr;
 } catch (const std::bad_alloc &) {
     return nullptr;
+}
+
+IMorvelWrite *CreateStreamWrite(const char *file, long long resolution)
+{
+    return CreateStreamWriter(file, resolution);
 }
 
 }  // namespace Morvel

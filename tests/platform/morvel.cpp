@@ -7,6 +7,7 @@
 #include <set>
 
 #include "logcatcher.h"
+#include "platform/stream/oldstream.h"
 #include "platform/stream/streamfiles.h"
 #include "slots.h"
 
@@ -76,6 +77,19 @@ TEST(EventStream, ReadsBackWhatWasWritten)
         for (std::size_t i = random() % 4; i-- > 0;)
             nodes.push_back(RandomTree(random, static_cast<int>(random() % 5)));
         WriteStream(folder / "a.zyn", nodes);
+        ASSERT_EQ(ReadStream(folder / "a.zyn"), nodes) << "round " << round;
+    }
+}
+
+TEST(OldEventStream, IsReadAsItWasWritten)
+{
+    const CStreamFolder folder;
+    std::mt19937 random(3);
+    for (int round = 0; round < 100; ++round) {
+        std::vector<STreeNode> nodes;
+        for (std::size_t i = random() % 4; i-- > 0;)
+            nodes.push_back(RandomTree(random, static_cast<int>(random() % 5)));
+        WriteOldStream(folder / "a.zyn", nodes);
         ASSERT_EQ(ReadStream(folder / "a.zyn"), nodes) << "round " << round;
     }
 }

@@ -1,10 +1,9 @@
 // Event-stream files that are missing, cut off, damaged, or lie.
-#include <zlib.h>
-
 #include <cstdint>
 
 #include "logcatcher.h"
 #include "platform/stream/morvelformat.h"
+#include "platform/stream/oldstream.h"
 #include "platform/stream/streamfiles.h"
 
 namespace {
@@ -22,9 +21,11 @@ using namespace std::string_literals;
 // A file in memory that a test bends. What it saves has right checksums.
 class CStreamBytes {
 public:
-    explicit CStreamBytes(const std::vector<STreeNode> &nodes)
+    using FWrite = void (*)(const std::string &, const std::vector<STreeNode> &, long long, long long);
+
+    explicit CStreamBytes(const std::vector<STreeNode> &nodes, FWrite write = WriteStream)
     {
-        WriteStream(m_folder / "good.zyn", nodes, 1000, 500);
+        write(m_folder / "good.zyn", nodes, 1000, 500);
         bytes = ReadBytesOf(m_folder / "good.zyn");
     }
 
@@ -134,9 +135,13 @@ TEST(ForeignStream, MayBeAFolder)
                 ElementsAre("1 KERNEL Event stream " + folder / "" + " is a directory."));
 }
 
-TEST(DamagedStream, IsRefusedWhereverItIsCutOff)
+// Streams of both versions.
+class DamagedStream : public testing::TestWithParam<CStreamBytes::FWrite> {};
+INSTANTIATE_TEST_SUITE_P(OfBothVersions, DamagedStream, testing::Values(WriteStream, WriteOldStream));
+
+TEST_P(DamagedStream, IsRefusedWhereverItIsCutOff)
 {
-    CStreamBytes stream(Sample());
+    CStreamBytes stream(Sample(), GetParam());
     const std::string whole = stream.bytes;
     for (std::size_t size = 0; size < whole.size(); ++size) {
         WriteBytesTo(stream.File(), whole.substr(0, size));
@@ -147,19 +152,19 @@ TEST(DamagedStream, IsRefusedWhereverItIsCutOff)
     }
 }
 
-TEST(DamagedStream, IsRefusedWhereSomethingFollowsIt)
+TEST_P(DamagedStream, IsRefusedWhereSomethingFollowsIt)
 {
-    CStreamBytes stream(Sample());
+    CStreamBytes stream(Sample(), GetParam());
     stream.bytes += '\0';
     WriteBytesTo(stream.File(), stream.bytes);
     EXPECT_THAT(MessagesOfOpening(stream.File()),
                 ElementsAre(HasSubstr("is damaged: there is something behind its index.")));
 }
 
-TEST(DamagedStream, GivesNoWrongEventWhicheverByteIsFlipped)
+TEST_P(DamagedStream, GivesNoWrongEventWhicheverByteIsFlipped)
 {
     const auto nodes = Sample();
-    CStreamBytes stream(nodes);
+    CStreamBytes stream(nodes, GetParam());
     const std::string whole = stream.bytes;
     const std::uint64_t indexOffset = stream.IndexOffset();
     for (std::size_t i = 0; i < whole.size(); ++i) {
@@ -182,10 +187,11 @@ TEST(DamagedStream, GivesNoWrongEventWhicheverByteIsFlipped)
     }
 }
 
-TEST(DamagedStream, LosesTheBusOfADamagedElementAndTellsItOnce)
+TEST(DamagedOldStream, LosesTheBusOfADamagedElementAndTellsItOnce)
 {
-    CStreamBytes stream({Vector("v", {{{1, "\2"}}, {{2, "\3"}}}), Bit("b", {{3, "\4"}})});
-    stream.bytes[HeaderSize] = static_cast<char>(~stream.bytes[HeaderSize]);
+    CStreamBytes stream({Vector("v", {{{1, "\2"}}, {{2, "\3"}}}), Bit("b", {{3, "\4"}})}, WriteOldStream);
+    char &last = stream.bytes[static_cast<std::size_t>(stream.IndexOffset()) - 1];  // of the right element
+    last = static_cast<char>(~last);
     WriteBytesTo(stream.File(), stream.bytes);
     const CLogCatcher log;
     const RawStreamPtr raw(Morvel::CreateRawMorvelRead(stream.File().c_str()));
@@ -194,13 +200,13 @@ TEST(DamagedStream, LosesTheBusOfADamagedElementAndTellsItOnce)
     EXPECT_EQ(raw->GetEventsStore(0), nullptr);
     EXPECT_EQ(log.Messages().size(), 1u);
     EXPECT_EQ(AllEvents(raw->GetEventsStore(1)).size(), 1u);
-    EXPECT_EQ(AllEvents(raw->GetEventsStore(3)).size(), 1u);
+    EXPECT_EQ(AllEvents(raw->GetEventsStore(2)).size(), 1u);
 }
 
 // Any change of one byte, with checksums that fit: whatever is read, it is read safely.
-TEST(LyingStream, IsReadSafelyWhicheverByteOfItLies)
+TEST_P(DamagedStream, IsReadSafelyWhicheverByteLies)
 {
-    CStreamBytes stream({Bit("b", {{1, "\2"}, {3, "\3"}}), Vector("v", {{{1, "\2"}}, {}})});
+    CStreamBytes stream({Bit("b", {{1, "\2"}, {3, "\3"}}), Vector("v", {{{1, "\2"}}, {}})}, GetParam());
     const std::string whole = stream.bytes;
     const std::uint64_t indexOffset = stream.IndexOffset();
     const CLogCatcher log;
@@ -251,7 +257,7 @@ std::string BlockEntry(std::uint64_t offset, std::uint32_t size, std::uint32_t c
     return entry;
 }
 
-TEST(LyingStream, IsRefusedForAnIndexThatCannotBe)
+TEST(LyingOldStream, IsRefusedForAnIndexThatCannotBe)
 {
     const std::string type = "\1\0\0\0"s + StdLogic + "\0"s;
     std::vector<SLyingSignal> chain(65, {"a", 0, 1, 0, ""});
@@ -283,7 +289,7 @@ TEST(LyingStream, IsRefusedForAnIndexThatCannotBe)
         {IndexOf(1, 1, {{"a", 0, 0, 1, BlockEntry(0xFFFFFFFFFFFFFFFF, 0xFFFFFFFF)}}), "has a block outside the file"},
         {IndexOf(1, 1, {{}}) + '\0', "does not end where it should"},
     };
-    CStreamBytes stream({});
+    CStreamBytes stream({}, WriteOldStream);
     stream.bytes.resize(HeaderSize);
     stream.Put(32, std::uint64_t{HeaderSize});
     for (const auto &row : rows) {
@@ -304,7 +310,7 @@ TEST(LyingStream, IsRefusedForAHeaderThatCannotBe)
         std::uint64_t number;
         const char *fault;
     } rows[] = {
-        {8, 2, "has version 2 of the format; version 1 can be read"},
+        {8, 3, "has version 3 of the format; versions 1 and 2 can be read"},
         {16, 0, "is damaged: its header has no sensible times"},
         {16, huge, "is damaged: its header has no sensible times"},
         {24, huge, "is damaged: its header has no sensible times"},
@@ -325,25 +331,15 @@ TEST(LyingStream, IsRefusedForAHeaderThatCannotBe)
     }
 }
 
-TEST(LyingStream, IsRefusedWhereSignalsShareABlock)
+TEST(LyingOldStream, IsRefusedWhereSignalsShareABlock)
 {
-    CStreamBytes stream({Bit("a", {{1, "\2"}})});
+    CStreamBytes stream({Bit("a", {{1, "\2"}})}, WriteOldStream);
     const std::string entry = stream.bytes.substr(stream.bytes.size() - BlockEntrySize);
     stream.bytes.resize(static_cast<std::size_t>(stream.IndexOffset()));
     stream.bytes += IndexOf(2, 2, {{"a", 0, 0, 1, entry}, {"b", 0, 0, 1, entry}});
     stream.Repair();
     WriteBytesTo(stream.File(), stream.bytes);
     EXPECT_THAT(MessagesOfOpening(stream.File()), ElementsAre(HasSubstr("its index has blocks that overlap.")));
-}
-
-std::string Packed(const std::string &bytes)
-{
-    uLongf size = compressBound(static_cast<uLong>(bytes.size()));
-    std::string packed(size, '\0');
-    compress(reinterpret_cast<Bytef *>(packed.data()), &size, reinterpret_cast<const Bytef *>(bytes.data()),
-             static_cast<uLong>(bytes.size()));
-    packed.resize(size);
-    return packed;
 }
 
 // A file with one std_logic signal whose blocks hold these packed bytes, and checksums that fit.
@@ -365,17 +361,17 @@ void WriteBlocks(CStreamBytes &stream, const std::vector<std::pair<std::string, 
 
 CEvents EventsOfBlocks(const std::vector<std::pair<std::string, long long>> &blocks, std::uint64_t events)
 {
-    CStreamBytes stream({});
+    CStreamBytes stream({}, WriteOldStream);
     WriteBlocks(stream, blocks, events);
     const RawStreamPtr raw(Morvel::CreateRawMorvelRead(stream.File().c_str()));
     return AllEvents(raw->GetEventsStore(0));
 }
 
-TEST(LyingStream, HasNoEventsWhereABlockIsNotWhatTheIndexSays)
+TEST(LyingOldStream, HasNoEventsWhereABlockIsNotWhatTheIndexSays)
 {
     const long long last = 0x7FFFFFFFFFFFFFFF;
     const std::string full(1023 + 1024, '\1');  // differences and values
-    const std::string bomb = Packed(std::string(10 << 20, '\0'));
+    const std::string bomb = Deflated(std::string(10 << 20, '\0'));
     const struct {
         std::vector<std::pair<std::string, long long>> blocks;
         std::uint64_t events;
@@ -384,25 +380,25 @@ TEST(LyingStream, HasNoEventsWhereABlockIsNotWhatTheIndexSays)
         {{{"no zlib stream", 0}}, 1},
         {{{bomb, 0}}, 1},  // more than a block can hold
         {{{bomb, 0}}, 1024},
-        {{{Packed("\2") + "x", 0}}, 1},  // something behind the packed bytes
-        {{{Packed("\2").substr(0, 8), 0}}, 1},
-        {{{Packed("\2\2"), 0}}, 1},  // a value too many
-        {{{Packed(""), 0}}, 1},      // one too few
-        {{{Packed("\1\2"), 0}}, 2},
-        {{{Packed("\x80\x80"), 0}}, 2},                         // a difference without an end
-        {{{Packed(std::string(9, '\x80') + "\1\2\3"), 0}}, 2},  // of more than 63 bits
-        {{{Packed("\1\2\3"), last}}, 2},                        // behind the end of time
-        {{{Packed("\2"), -1}}, 1},
-        {{{Packed(full), 5000}, {Packed("\2"), 6022}}, 1025},  // goes back in time by one tick
+        {{{Deflated("\2") + "x", 0}}, 1},  // something behind the packed bytes
+        {{{Deflated("\2").substr(0, 8), 0}}, 1},
+        {{{Deflated("\2\2"), 0}}, 1},  // a value too many
+        {{{Deflated(""), 0}}, 1},      // one too few
+        {{{Deflated("\1\2"), 0}}, 2},
+        {{{Deflated("\x80\x80"), 0}}, 2},                         // a difference without an end
+        {{{Deflated(std::string(9, '\x80') + "\1\2\3"), 0}}, 2},  // of more than 63 bits
+        {{{Deflated("\1\2\3"), last}}, 2},                        // behind the end of time
+        {{{Deflated("\2"), -1}}, 1},
+        {{{Deflated(full), 5000}, {Deflated("\2"), 6022}}, 1025},  // goes back in time by one tick
     };
     for (const auto &row : rows) {
         const CLogCatcher log;
         EXPECT_THAT(EventsOfBlocks(row.blocks, row.events), IsEmpty());
         EXPECT_THAT(log.Messages(), ElementsAre(HasSubstr("is damaged: a block is not what the index says.")));
     }
-    EXPECT_EQ(EventsOfBlocks({{Packed(full), 5000}, {Packed("\2"), 6023}}, 1025).size(), 1025u);
-    EXPECT_EQ(EventsOfBlocks({{Packed("\1\2\3"), last - 1}}, 2).size(), 2u);
-    EXPECT_EQ(EventsOfBlocks({{Packed(std::string(8, '\xFF') + "\x7F\2\3"), 0}}, 2).back().first, last);
+    EXPECT_EQ(EventsOfBlocks({{Deflated(full), 5000}, {Deflated("\2"), 6023}}, 1025).size(), 1025u);
+    EXPECT_EQ(EventsOfBlocks({{Deflated("\1\2\3"), last - 1}}, 2).size(), 2u);
+    EXPECT_EQ(EventsOfBlocks({{Deflated(std::string(8, '\xFF') + "\x7F\2\3"), 0}}, 2).back().first, last);
 }
 
 TEST(LyingStream, HasNoEventsWhereElementsDoNotFitTheArray)

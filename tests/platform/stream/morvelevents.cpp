@@ -44,7 +44,7 @@ std::string Packed(const std::string &bytes)
 TEST(ScalarEvents, AreUnpackedAgainWhenOthersHaveTakenTheirPlace)
 {
     const auto cache = std::make_shared<CBlockCache>();
-    CScalarEvents events(cache, 1, 2);
+    CScalarEvents events(cache, Morvel::EBlockForm::Old, 1, 2);
     ASSERT_TRUE(events.AddBlock(Packed("\5ab"), 10));  // 5 ticks later, then a value of one byte each
     for (int round = 0; round < 2; ++round) {
         SEventPlace place{};
