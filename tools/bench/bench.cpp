@@ -225,10 +225,9 @@ private:
     EStrength TakeStrength(const toml::table &table)
     {
         const std::string text = TakeText(table, "strength");
-        const auto row = std::ranges::find_if(
-            Strengths, [&](const SStrengthName &strength) { return NameDistance(strength.name, text, 0) == 0; });
-        if (text.empty() || row != std::end(Strengths))
-            return text.empty() ? EStrength::Override : row->strength;
+        const std::optional<EStrength> strength = text.empty() ? EStrength::Override : StrengthOf(text);
+        if (strength)
+            return *strength;
         Add(PlaceOf(*table.get("strength")), "no strength " + Quote(text) + "; write override, deposit or drive");
         return EStrength::Override;
     }
@@ -293,6 +292,13 @@ std::optional<std::string> ReadWhole(const std::string &path, std::vector<SBench
 }
 
 }  // namespace
+
+std::optional<EStrength> StrengthOf(const std::string &name)
+{
+    const auto row = std::ranges::find_if(
+        Strengths, [&](const SStrengthName &strength) { return NameDistance(strength.name, name, 0) == 0; });
+    return row != std::end(Strengths) ? std::optional(row->strength) : std::nullopt;
+}
 
 bool IsBenchName(const std::string &text)
 {

@@ -24,6 +24,9 @@ enum class EStrength {
     Drive      ///< drives, and releases between
 };
 
+/// The strength of a name such as "Deposit", in any letter case. @return nothing for another word
+std::optional<EStrength> StrengthOf(const std::string &name);
+
 /// A signal and its stimulus.
 struct SBenchSignal {
     std::string name;  ///< the scope of the bench in front

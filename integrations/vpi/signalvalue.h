@@ -1,0 +1,54 @@
+// What the values of stimuli are on a signal of the design.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/stimulus.h"
+#include "integrations/vpi/designsignal.h"
+#include "platform/kestrin.h"
+
+namespace tesk::vpi {
+
+/// The values of one signal as the elements of its type have them, and how they are put.
+class CSignalValue {
+public:
+    /// @param signal       must outlive the object
+    /// @param description  of the type by which values are read
+    /// @throw CRefusal where values of the type do not fit the signal
+    CSignalValue(CDesignSignal &signal, const std::string &description);
+
+    /// Elements, each with a stimulus of its own; 0 where the signal has one as a whole.
+    std::size_t CountElements() const { return m_elements; }
+    bool IsBitVector() const { return m_isBitVector; }
+    /// Of an element, or of the whole.
+    const std::string &ElementDescription() const { return m_elementDescription; }
+
+    /// The value of an element, or of the whole; none for none.
+    void Set(std::size_t element, std::optional<std::string> value);
+    bool HasAny() const;
+
+    /// Puts the value. What has none contributes what the signal shows.
+    /// @return what is wrong with a value; empty if nothing is
+    std::string Put(EStrength strength);
+
+private:
+    enum class EReading { Letters, Position, Integer, Real };
+
+    std::string PutLetters(EStrength strength);
+    std::string PutNumber(const std::string &text, EStrength strength);
+    void PutNumber(long long number, EStrength strength);
+    std::string Letters(const std::string &value, std::string &fault) const;
+
+    CDesignSignal &m_signal;
+    Kestrin::KTypeInfo m_type;
+    EReading m_reading = EReading::Letters;
+    std::size_t m_elements = 0;
+    bool m_isBitVector = false;
+    std::string m_elementDescription;
+    std::vector<std::optional<std::string>> m_values;  // one for each element, or one
+    std::string m_put;                                 // letters that were forced last; empty for none
+};
+
+}  // namespace tesk::vpi
