@@ -74,6 +74,13 @@ void CCommand::Option(const std::string &names, std::string &target, const std::
     Enter(names, type, help);
 }
 
+void CCommand::Options(const std::string &names, std::vector<std::string> &target, const std::string &type,
+                       const std::string &help)
+{
+    m_app->add_option(names, target, help)->type_name(type)->expected(1)->take_all()->allow_extra_args(false);
+    Enter(names, type, help);
+}
+
 void CCommand::RequiredOption(const std::string &names, std::string &target, const std::string &type,
                               const std::string &help)
 {

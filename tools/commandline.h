@@ -47,6 +47,9 @@ public:
     /// @param names  such as "-o,--output"
     /// @param type   what stands behind the name in the help
     void Option(const std::string &names, std::string &target, const std::string &type, const std::string &help);
+    /// One that may be repeated.
+    void Options(const std::string &names, std::vector<std::string> &target, const std::string &type,
+                 const std::string &help);
     void RequiredOption(const std::string &names, std::string &target, const std::string &type,
                         const std::string &help);
     /// A whole number from `least` to `most`; the target's value is the default.

@@ -46,9 +46,9 @@ std::string FindFault(const json &value, const json &schema, const std::string &
     return {};
 }
 
-std::string Fault(const json &document)
+std::string Fault(const json &document, const char *schemaFile = "json.schema.json")
 {
-    const json schema = json::parse(ReadFile(std::filesystem::path(TESK_SOURCE_DIR) / "docs" / "json.schema.json"));
+    const json schema = json::parse(ReadFile(std::filesystem::path(TESK_SOURCE_DIR) / "docs" / schemaFile));
     return FindFault(document, schema, "$");
 }
 
@@ -75,4 +75,22 @@ TEST(JsonSchema, RefusesWhatIsWrittenOtherwise)
     EXPECT_EQ(Fault(document), "$.signals[0] has no changes");
     document["changes"] = 1;
     EXPECT_EQ(Fault(document), "$ has a key changes");
+}
+
+TEST(JsonSchema, IsThatOfComparisonsEqualOrNot)
+{
+    for (const char *files :
+         {"examples/traffic.vcd examples/traffic.fst", "tests/data/tb.ghdl.vcd tests/data/tb.iverilog.fst",
+          "tests/data/ghw_types.ghdl.ghw tests/data/ghw_types.ghdl.vcd",
+          "tests/data/tb.ghdl.vcd tests/data/tb.iverilog.fst tb.clk --until 1ns"}) {
+        const SToolRun run = RunShell("tesk diff " + std::string(files) + " --format json");
+        const json document = json::parse(run.out);
+        EXPECT_EQ(Fault(document, "diff.schema.json"), "") << files;
+        EXPECT_EQ(document["equal"], run.status == 0) << files;
+    }
+    const SToolRun early =
+        RunShell("tesk convert examples/traffic.vcd - --until 50ns | tesk diff examples/traffic.vcd - --format json");
+    const json document = json::parse(early.out);
+    EXPECT_EQ(Fault(document, "diff.schema.json"), "");
+    EXPECT_TRUE(document["early_end"].is_object()) << early.out << early.err;
 }

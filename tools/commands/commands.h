@@ -9,6 +9,7 @@ void AddClockCommand(CCommandLine &commandLine);
 void AddCompletionCommand(CCommandLine &commandLine);
 void AddConvertCommand(CCommandLine &commandLine);
 void AddCounterCommand(CCommandLine &commandLine);
+void AddDiffCommand(CCommandLine &commandLine);
 void AddExportCommand(CCommandLine &commandLine);
 void AddHelpCommand(CCommandLine &commandLine);
 void AddImportCommand(CCommandLine &commandLine);

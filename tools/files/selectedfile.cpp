@@ -237,6 +237,13 @@ bool IsLikeGlob(std::string_view name, std::string_view glob)
     return glob.find_first_not_of('*', g) == glob.npos;
 }
 
+std::string FoldName(std::string_view name)
+{
+    std::string folded(name);
+    std::ranges::transform(folded, folded.begin(), Folded);
+    return folded;
+}
+
 std::unique_ptr<IWaveformFile> Select(std::unique_ptr<IWaveformFile> file, const std::string &path,
                                       const SSelection &selection)
 {

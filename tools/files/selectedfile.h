@@ -22,6 +22,9 @@ struct SSelection {
 /// parentheses are as good as brackets.
 bool IsLikeGlob(std::string_view name, std::string_view glob);
 
+/// A name as names are compared: in lower case, with brackets for parentheses.
+std::string FoldName(std::string_view name);
+
 /// The file as it is seen through the selection. @throw CRefusal for a pattern of no signal, with the nearest names
 std::unique_ptr<IWaveformFile> Select(std::unique_ptr<IWaveformFile> file, const std::string &path,
                                       const SSelection &selection);
