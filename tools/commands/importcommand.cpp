@@ -94,11 +94,13 @@ void AddImportCommand(CCommandLine &commandLine)
     command.Choice("--from", options->form, tesk::ImportFormNames(), "Default: by the ending of the file");
     command.Option("-o,--output", options->output, "FILE",
                    "Write to a file, whole or not at all; - is standard output");
-    command.Option("--unit", options->unit, "TIME", "What a time without a unit counts (default 1ns)");
+    command.Option("--unit", options->unit, "TIME",
+                   "What a time without a unit counts, or a brick of WaveDrom (default 1ns)");
     command.Flag("--partial", options->isPartial,
                  "Write a bench, with status 1, of what has an equivalent where not all has");
     command.Footer(
-        "force reads the force, noforce and run lines of a Questa script, add_force those of a Vivado script.\n"
+        "force reads the force, noforce and run lines of a Questa script, add_force those of a Vivado script;\n"
+        "wavejson reads the lanes of a drawing of WaveDrom.\n"
         "Example: tesk import wave.do --from force -o bench.toml");
     command.Action([options] { return Import(*options); });
 }

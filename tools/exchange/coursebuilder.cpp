@@ -130,7 +130,8 @@ private:
         const SRecurrence recurrence = FindRecurrence(m_bench, signal);
         if (m_ability.hasCounts && recurrence.count && AddCount(index, *recurrence.count))
             return true;
-        if (m_ability.hasLoops && recurrence.period && AddLoop(index, *recurrence.period))
+        const bool isSaid = recurrence.period && (m_ability.hasEndedLoops || !recurrence.period->end);
+        if (m_ability.hasLoops && isSaid && AddLoop(index, *recurrence.period))
             return true;
         if (!recurrence.isEndless || m_courses.until)
             return false;

@@ -12,6 +12,7 @@ namespace tesk {
 /// What a form can say of a stimulator that goes on for ever. What it cannot is written change by change up to an end.
 struct SFormAbility {
     bool hasLoops = false;
+    bool hasEndedLoops = false;          ///< a loop may come to an end
     bool hasLoopsBehindChanges = false;  ///< a loop may come behind changes that are not repeated
     bool hasCounts = false;
 };

@@ -13,10 +13,12 @@ namespace {
 const std::vector<SExportForm> &Forms()
 {
     static const std::vector<SExportForm> forms = {
-        {"sv", {"sv", "v"}, {true, true, true}, WriteSystemVerilog},
-        {"vhdl", {"vhd", "vhdl"}, {true, true, true}, WriteVhdl},
-        {"force", {"do"}, {true, false, false}, WriteQuestaForces},
-        {"add_force", {"tcl"}, {true, false, false}, WriteVivadoForces},
+        {"sv", {"sv", "v"}, {true, true, true, true}, WriteSystemVerilog},
+        {"vhdl", {"vhd", "vhdl"}, {true, true, true, true}, WriteVhdl},
+        {"force", {"do"}, {true, true, false, false}, WriteQuestaForces},
+        {"add_force", {"tcl"}, {true, true, false, false}, WriteVivadoForces},
+        {"wavejson", {"json", "json5"}, {false, false, false, false}, WriteWaveJson},
+        {"pwl", {"pwl", "cir", "sp"}, {true, false, true, false}, WriteSpiceSources},
     };
     return forms;
 }

@@ -16,7 +16,7 @@ namespace tesk {
 struct SFormOptions {
     std::string name = "stimuli";  ///< of the module or entity
     double low = 0, high = 1;      ///< volts
-    long long rise = 0;            ///< ticks of an edge
+    long long rise = 100'000;      ///< femtoseconds of an edge
 };
 
 struct SExportForm {
@@ -37,6 +37,8 @@ const SExportForm &FindExportForm(const std::string &name, const std::string &pa
 void WriteSystemVerilog(std::ostream &out, const SCourses &courses, const SFormOptions &options, CLosses &losses);
 void WriteVhdl(std::ostream &out, const SCourses &courses, const SFormOptions &options, CLosses &losses);
 void WriteQuestaForces(std::ostream &out, const SCourses &courses, const SFormOptions &options, CLosses &losses);
+void WriteSpiceSources(std::ostream &out, const SCourses &courses, const SFormOptions &options, CLosses &losses);
 void WriteVivadoForces(std::ostream &out, const SCourses &courses, const SFormOptions &options, CLosses &losses);
+void WriteWaveJson(std::ostream &out, const SCourses &courses, const SFormOptions &options, CLosses &losses);
 
 }  // namespace tesk

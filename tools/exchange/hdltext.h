@@ -36,7 +36,7 @@ void WriteProcess(const SCourse &course, IHdlProcess &process);
 void TellLostLetters(const SCourse &course, long long resolution, std::string_view instead, const std::string &undriven,
                      CLosses &losses);
 
-/// All changes of a course, loops once.
+/// All changes of a course, loops once. The first is that at 0, where there may be no value.
 std::vector<SChange> AllChanges(const SCourse &course);
 
 /// Names for the ports of a module, in the order of the signals: the last part of a name, or if that stands twice all but the

@@ -313,7 +313,8 @@ void CImported::WriteBench(std::ostream &out)
             out << ", strength = \"" << StrengthName(signal.strength) << '"';
         out << " }\n";
     }
-    if (isEmpty)
+    const auto isError = [](const SImportFault &fault) { return fault.severity == ESeverity::Error; };
+    if (isEmpty && std::ranges::none_of(m_faults, isError))
         Refuse(0, "no signal of it can be told");
     std::ranges::stable_sort(m_faults, {}, &SImportFault::line);
 }

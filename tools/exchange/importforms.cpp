@@ -14,6 +14,7 @@ namespace {
 constexpr SImportForm Forms[] = {
     {"force", "do", ImportQuestaForces},
     {"add_force", "tcl", ImportVivadoForces},
+    {"wavejson", "json", ImportWaveJson},
 };
 
 }  // namespace

@@ -14,6 +14,9 @@ struct SImportForm {
     void (*read)(const std::string &text, const SImportOptions &options, CImported &imported);
 };
 
+/// Reads the lanes of a drawing of WaveDrom; the unit is that of a brick.
+void ImportWaveJson(const std::string &text, const SImportOptions &options, CImported &imported);
+
 std::set<std::string> ImportFormNames();
 
 /// @param name  what was given to --from; may be empty

@@ -27,7 +27,7 @@ void CLosses::Weaken(const std::string &signal, const std::string &thing, const 
 void CLosses::Refuse(const std::string &signal, const std::string &why)
 {
     if (m_known.emplace(signal, why).second)
-        Add(true, "signal " + Quote(signal) + ": " + why);
+        Add(true, (signal.empty() ? "" : "signal " + Quote(signal) + ": ") + why);
 }
 
 void CLosses::Fault(const std::string &line)

@@ -159,6 +159,20 @@ std::string NameOfPath(std::string_view path)
     return name;
 }
 
+std::vector<std::string> NameParts(const std::string &name)
+{
+    std::vector<std::string> parts(1);
+    for (std::size_t i = 0; i < name.size();) {
+        const std::size_t length = std::max<std::size_t>(1, ExtendedLength(std::string_view(name).substr(i)));
+        if (name[i] == '.')
+            parts.emplace_back();
+        else
+            parts.back() += name.substr(i, length);
+        i += length;
+    }
+    return parts;
+}
+
 std::optional<std::string> TclWord(const std::string &text)
 {
     constexpr std::string_view Special = " \t\n\r\v\f\"\\{}[]$;#,";

@@ -14,6 +14,9 @@ std::optional<std::string> SimulatorPath(const std::string &name);
 /// The way back. A data set in front, such as "sim:", is left out.
 std::string NameOfPath(std::string_view path);
 
+/// The parts of a name between the "." outside extended identifiers; at least one.
+std::vector<std::string> NameParts(const std::string &name);
+
 /// A text as one word of Tcl. @return nothing if braces cannot hold it
 std::optional<std::string> TclWord(const std::string &text);
 
