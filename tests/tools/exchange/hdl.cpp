@@ -54,7 +54,7 @@ protected:
     }
 };
 
-std::string WithoutEnds(std::string text)
+[[maybe_unused]] std::string WithoutEnds(std::string text)
 {
     // What no longer has a value, or has one of nine, is nothing for a simulator of two states.
     for (const char *name : {"pulses", "recorded", "bus", "sine", "ended"}) {
