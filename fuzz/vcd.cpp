@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -11,6 +12,8 @@
 
 #include "platform/kestrin.h"
 #include "platform/log.h"
+#include "waveform/files/mergedwalk.h"
+#include "waveform/files/vcdfile.h"
 #include "waveform/wavestore.h"
 
 namespace {
@@ -42,6 +45,30 @@ void Walk(const WaveStore &store, long long handle)
     }
 }
 
+// As the values come they make as many changes, at the same times.
+void WalkByTime(WaveStore &store, const char *name)
+{
+    tesk::CVcdFile imported(store);
+    tesk::CMergedWalk expected(imported, imported.GetSignals());
+    const auto file = tesk::CVcdFile::Open(name);
+    const auto walk = file != nullptr ? file->WalkChanges(file->GetSignals()) : nullptr;
+    if (walk == nullptr)
+        std::abort();
+    long long time = 0;
+    long long expectedTime = 0;
+    while (walk->Next(time, LLONG_MAX)) {
+        if (!expected.Next(expectedTime, LLONG_MAX) || time != expectedTime ||
+            !std::ranges::equal(walk->GetChanged(), expected.GetChanged()))
+            std::abort();
+        for (const std::uint32_t signal : walk->GetChanged()) {
+            if (walk->GetValues(signal) != expected.GetValues(signal))
+                std::abort();
+        }
+    }
+    if (expected.Next(expectedTime, LLONG_MAX) || file->GetEndTime() != store.GetEndTime())
+        std::abort();
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
@@ -49,6 +76,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     Q71log_SetSink([](void *, int, const char *, const char *) {}, nullptr);
     const char *const name = WriteFile(data, size);
     const std::unique_ptr<WaveStore> store(ImportVcdFile(name));
+    if (store != nullptr)
+        WalkByTime(*store, name);
     std::remove(name);
     if (store == nullptr)
         return 0;

@@ -1,7 +1,9 @@
 #include "platform/tarnutil.h"
 
+#include <memory>
 #include <new>
 #include <stdexcept>
+#include <utility>
 
 #include "platform/vcd/vcdreader.h"
 
@@ -30,7 +32,12 @@ void KImport_VCD::vcdImport()
 try {
     if (m_writer == nullptr)
         throw std::runtime_error(m_fileName + ": no writer is connected");
-    CVcdReader(m_fileName, *m_writer).Run();
+    auto reader = std::make_unique<CVcdReader>(m_fileName, *m_writer);
+    reader->ReadHead();
+    if (auto *const stepped = dynamic_cast<ISteppedEvents *>(m_writer))
+        return stepped->takeSteps(std::move(reader));
+    while (reader->Step()) {
+    }
 } catch (const std::bad_alloc &) {
     throw std::runtime_error(m_fileName + ": out of memory while the file is read");
 }

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "base/export.h"
@@ -92,6 +93,32 @@ public:
 
 protected:
     ~IWordEvents() = default;
+};
+
+/// How the values of a file whose declarations were read are read further.
+class TESK_API IValueSteps {
+public:
+    virtual ~IValueSteps() = default;
+    /// The time of the values that come next, in file ticks.
+    virtual long long GetTime() = 0;
+    /// Sends the events of this time; behind the last one `endEvents` and what follows it.
+    /// @return false behind the last one. @throw std::runtime_error as `KImport_VCD::vcdImport`
+    virtual bool Step() = 0;
+    /// Bytes of the file that have been read.
+    virtual long long GetBytesRead() = 0;
+    /// 0 where it is not known.
+    virtual long long GetFileSize() = 0;
+};
+
+/// May be implemented by a writer beside `IDatabaseStreamWriter`. An importer then reads the declarations alone, tells the
+/// resolution, and hands over what reads the rest.
+class TESK_API ISteppedEvents {
+public:
+    /// @param steps  must not outlive the writer
+    virtual void takeSteps(std::unique_ptr<IValueSteps> steps) = 0;
+
+protected:
+    ~ISteppedEvents() = default;
 };
 
 namespace NImport {

@@ -1,23 +1,14 @@
 #include "platform/fst/fsttracks.h"
 
-#include <array>
 #include <cstring>
+
+#include "platform/changes/bitgroups.h"
 
 namespace NTARN {
 namespace {
 
-constexpr std::size_t Group = 8;
-using CGroup = std::array<std::uint8_t, Group>;
-
-// The positions of the eight bits of a byte, the left one first.
-constexpr std::array<CGroup, 256> Expanded = [] {
-    std::array<CGroup, 256> groups{};
-    for (unsigned byte = 0; byte < 256; ++byte) {
-        for (unsigned i = 0; i < Group; ++i)
-            groups[byte][i] = static_cast<std::uint8_t>(2 + (byte >> (7 - i) & 1));
-    }
-    return groups;
-}();
+using tesk::BitGroup;
+using tesk::BitGroupPositions;
 
 }  // namespace
 
@@ -111,13 +102,13 @@ bool CFstTracks::TakePacked(std::span<std::uint8_t> positions, SFstSpan bits)
 {
     bool isNew = false;
     std::size_t i = 0;
-    for (; positions.size() - i >= Group; i += Group) {
-        const CGroup &group = Expanded[bits[i / Group]];
-        isNew |= std::memcmp(&positions[i], group.data(), Group) != 0;
-        std::memcpy(&positions[i], group.data(), Group);
+    for (; positions.size() - i >= BitGroup; i += BitGroup) {
+        const auto &group = BitGroupPositions[bits[i / BitGroup]];
+        isNew |= std::memcmp(&positions[i], group.data(), BitGroup) != 0;
+        std::memcpy(&positions[i], group.data(), BitGroup);
     }
     for (; i < positions.size(); ++i) {
-        const std::uint8_t position = Expanded[bits[i / Group]][i % Group];
+        const std::uint8_t position = BitGroupPositions[bits[i / BitGroup]][i % BitGroup];
         isNew |= positions[i] != position;
         positions[i] = position;
     }

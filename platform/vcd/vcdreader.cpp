@@ -1,6 +1,7 @@
 #include "platform/vcd/vcdreader.h"
 
 #include <algorithm>
+#include <new>
 #include <stdexcept>
 #include <utility>
 
@@ -36,16 +37,24 @@ CVcdReader::CVcdReader(const std::string &fileName, IDatabaseStreamWriter &write
       m_text(fileName, [this](const tesk::CPackedInput &input) { OnRead(input); })
 {}
 
-void CVcdReader::Run()
+void CVcdReader::ReadHead()
 {
     m_writer.open();
     m_writer.beginHeader();
     m_writer.endHeader();
     m_writer.beginSignals();
-    const std::string_view firstValue = ReadDeclarations();
+    m_firstValue = ReadDeclarations();
     m_writer.endSignals();
+    if (dynamic_cast<ISteppedEvents *>(&m_writer) != nullptr)
+        m_writer.setResolution(&m_resolution);
     m_writer.beginEvents();
-    const bool isWhole = !m_writer.acceptsData(0) || ReadValues(firstValue);
+    if (!m_writer.acceptsData(0))
+        Finish(true);
+}
+
+void CVcdReader::Finish(bool isWhole)
+{
+    m_isFinished = true;
     m_writer.endEvents();
     m_writer.setEndTime(&m_time);
     m_writer.setResolution(&m_resolution);
@@ -54,7 +63,9 @@ void CVcdReader::Run()
 
 void CVcdReader::OnRead(const tesk::CPackedInput &input)
 {
-    const long long size = std::max(input.BytesRead(), input.FileSize());
+    m_bytesRead = input.BytesRead();
+    m_fileSize = input.FileSize();
+    const long long size = std::max(m_bytesRead, m_fileSize);
     const long long eventsPerByte = input.IsPacked() ? EventsPerPackedByte : EventsPerByte;
     m_values.SetLimits(ElementBase + ElementsPerByte * size, EventBase + eventsPerByte * size);
     m_mostVariables = VariableBase + size / BytesPerVariable;
@@ -236,21 +247,45 @@ void CVcdReader::Declare(std::string_view body)
 
 // -- Values
 
-// @return whether nothing is missing
-bool CVcdReader::ReadValues(std::string_view word)
+bool CVcdReader::Step()
 try {
+    if (m_isFinished)
+        return false;
+    if (ReadValues())
+        return true;
+    Finish(true);
+    return false;
+} catch (const SVcdFault &fault) {
+    Warn(fault.text + "; the file is read up to " + VcdTimeText(m_time, m_resolution));
+    Finish(false);
+    return false;
+} catch (const std::bad_alloc &) {
+    throw std::runtime_error(m_fileName + ": out of memory while the file is read");
+}
+
+// Reads values up to a later time. @return false if the file ends
+bool CVcdReader::ReadValues()
+{
     m_areValues = true;
+    const long long time = m_time;
+    std::string_view word = std::exchange(m_firstValue, {});
     if (!word.empty())
         ReadWord(word);
-    while (m_text.NextWord(word))
+    while (m_time == time) {
+        if (!m_text.NextWord(word)) {
+            CheckEnd();
+            return false;
+        }
         ReadWord(word);
+    }
+    return true;
+}
+
+void CVcdReader::CheckEnd() const
+{
     // Some writers leave "$dumpvars" open where no change follows.
     if (!m_openSection.empty() && (m_openSection != "$dumpvars" || m_text.EndsInsideLine()))
         throw SVcdFault{"the file ends inside " + QuoteVcdWord(m_openSection)};
-    return true;
-} catch (const SVcdFault &fault) {
-    Warn(fault.text + "; the file is read up to " + VcdTimeText(m_time, m_resolution));
-    return false;
 }
 
 void CVcdReader::ReadWord(std::string_view word)

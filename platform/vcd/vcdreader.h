@@ -19,12 +19,16 @@ namespace NTARN::NImport {
 void ReportProgress(long long bytesRead, long long fileSize);
 
 /// Reads one file (IEEE 1364-2005, clause 18, the extended format included) and drives the writer.
-class CVcdReader {
+class CVcdReader final : public IValueSteps {
 public:
     CVcdReader(const std::string &fileName, IDatabaseStreamWriter &writer);
 
-    /// Once. @throw std::runtime_error as `KImport_VCD::vcdImport`
-    void Run();
+    /// Reads the declarations. Once, first. @throw std::runtime_error as `KImport_VCD::vcdImport`
+    void ReadHead();
+    long long GetTime() override { return m_time; }
+    bool Step() override;
+    long long GetBytesRead() override { return m_bytesRead; }
+    long long GetFileSize() override { return m_fileSize; }
 
 private:
     // What is told, but once.
@@ -43,7 +47,9 @@ private:
     void CloseScope(std::string_view body);
     void Declare(std::string_view body);
     // Values
-    bool ReadValues(std::string_view word);
+    bool ReadValues();
+    void CheckEnd() const;
+    void Finish(bool isWhole);
     void ReadWord(std::string_view word);
     void LeaveOut(std::string_view word);
     void ReadTime(std::string_view word);
@@ -75,8 +81,12 @@ private:
     long long m_mostNameBytes = 0;
     long long m_resolution = 1000000;  // femtoseconds per tick; 1 ns unless the file tells
     long long m_time = 0;
-    bool m_hasCommands = false;      // of those that make a file a VCD
-    bool m_areValues = false;        // the declarations are over
+    bool m_isFinished = false;
+    bool m_hasCommands = false;     // of those that make a file a VCD
+    bool m_areValues = false;       // the declarations are over
+    std::string_view m_firstValue;  // read behind the declarations, until it is taken
+    long long m_bytesRead = 0;
+    long long m_fileSize = 0;
     std::string_view m_openSection;  // "$dumpvars" and the like, waiting for its "$end"; empty outside
     CVcdBits m_bits;
     bool m_isKnown[static_cast<int>(EOddity::Count)] = {};

@@ -24,6 +24,11 @@ IStimulus *CreateStimulus(long long now, const char *arguments)
     return stimulus->InitFromFormula(now, arguments) ? stimulus.release() : nullptr;
 }
 
+std::unique_ptr<IWaveformFile> OpenVcd(const char *fileName)
+{
+    return CVcdFile::Open(fileName);
+}
+
 template <typename TUse>
 std::unique_ptr<IFileUse> MakeUse()
 {
@@ -45,7 +50,7 @@ constexpr SWaveformFileRules DatabaseRules = {true, true, false, false, true};
 constexpr SFileKind Kinds[] = {
     {EFileKind::Stream, StreamRules, OpenFile<CStreamFile>, MakeUse<CStreamUse>, CreateStimulus<CCustomStimulus>,
      EndReader<NTARN::IDatabaseReader>},
-    {EFileKind::Vcd, VcdRules, OpenFile<CVcdFile>, MakeUse<TSharedUse<CVcdFile>>, CreateStimulus<CVcdStimulus>,
+    {EFileKind::Vcd, VcdRules, OpenVcd, MakeUse<TSharedUse<CVcdFile>>, CreateStimulus<CVcdStimulus>,
      EndReader<WaveStore>},
     {EFileKind::Database, DatabaseRules, OpenFile<CDatabaseFile>, MakeUse<TSharedUse<CDatabaseFile>>,
      CreateStimulus<CTarnStimulus>, EndReader<NTARN::IDatabaseReader>},

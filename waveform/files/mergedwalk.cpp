@@ -4,16 +4,6 @@
 
 namespace tesk {
 
-namespace {
-
-bool IsOfEnumeration(const SFileSignal &signal)
-{
-    const Kestrin::KTypeInfo *const element = signal.type.GetArrayElementKTypeInfo();
-    return KindOf(element != nullptr ? *element : signal.type) == Kestrin::ETypeKind::Enumeration;
-}
-
-}  // namespace
-
 CMergedWalk::CMergedWalk(IWaveformFile &file, const std::vector<SFileSignal> &signals)
 {
     m_walks.reserve(signals.size());

@@ -1,22 +1,30 @@
 #include "waveform/files/vcdfile.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <span>
+#include <stdexcept>
+#include <system_error>
 #include <utility>
 
+#include "platform/log.h"
 #include "signal/signal.h"
 #include "waveform/files/elementswalk.h"
+#include "waveform/files/vcdchanges.h"
 
 namespace tesk {
 
 namespace {
 
 // Reads ahead, of a long element more each time.
-class CVcdWalk final : public IElementWalk {
+class CStoredWalk final : public IElementWalk {
 public:
-    CVcdWalk(const WaveStore &store, long long handle) : m_store(store), m_handle(handle) {}
+    CStoredWalk(const WaveStore &store, long long handle) : m_store(store), m_handle(handle) {}
 
     bool Next(long long &time, std::uint64_t &value) override
     {
@@ -101,19 +109,113 @@ private:
     std::vector<WaveEvent> m_events;
 };
 
+// The last time stamp near the end of a file; 0 if there is none, as in a packed one.
+long long LastTimeStamp(const std::string &path)
+{
+    constexpr std::streamoff Reach = 1 << 16;
+    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    const std::streamoff size = file.tellg();
+    file.seekg(std::max<std::streamoff>(size - Reach, 0));
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    const std::size_t at = text.rfind("\n#");
+    long long time = 0;
+    if (at != std::string::npos)
+        std::from_chars(text.data() + at + 2, text.data() + text.size(), time);
+    return time;
+}
+
 }  // namespace
 
-CVcdFile::CVcdFile(std::unique_ptr<WaveStore> store) : m_owned(std::move(store)), m_store(*m_owned) {}
+std::unique_ptr<CVcdFile> CVcdFile::Open(const char *fileName)
+try {
+    std::error_code ignored;
+    if (std::filesystem::is_regular_file(fileName, ignored))
+        return std::make_unique<CVcdFile>(fileName, std::make_unique<CVcdOpening>(fileName));
+    std::unique_ptr<WaveStore> store(ImportVcdFile(fileName));
+    return store != nullptr ? std::make_unique<CVcdFile>(std::move(store)) : nullptr;
+} catch (const std::runtime_error &error) {
+    Q71log_PrintFormattedString(1, "VCD", "", error.what());
+    return nullptr;
+}
+
+CVcdFile::CVcdFile(std::unique_ptr<WaveStore> store) : m_owned(std::move(store)), m_store(m_owned.get()) {}
+
+CVcdFile::CVcdFile(std::string path, std::unique_ptr<CVcdOpening> opening)
+    : m_path(std::move(path)), m_opening(std::move(opening)), m_store(&m_opening->Store())
+{}
+
+// Has the events of all elements read into the store. A file whose values went elsewhere is read once more.
+// @return false, with a line in the log, if it cannot be read
+bool CVcdFile::HasAll()
+try {
+    if (m_opening == nullptr || m_opening->IsStored())
+        return true;
+    if (m_opening->CanRead()) {
+        m_opening->ReadAll();
+        return true;
+    }
+    std::unique_ptr<WaveStore> store(ImportVcdFile(m_path.c_str()));
+    if (store == nullptr)
+        return false;
+    m_owned = std::move(store);
+    m_store = m_owned.get();
+    m_opening.reset();
+    return true;
+} catch (const std::runtime_error &error) {
+    Q71log_PrintFormattedString(1, "VCD", "", error.what());
+    return false;
+}
+
+long long CVcdFile::GetEndTime()
+{
+    if (m_opening == nullptr || !m_opening->IsRead())
+        HasAll();
+    return m_store->GetEndTime();
+}
+
+// While it is not known, the last time stamp of the file.
+long long CVcdFile::EstimateEndTime()
+{
+    if (m_opening == nullptr || m_opening->IsRead())
+        return m_store->GetEndTime();
+    return LastTimeStamp(m_path);
+}
+
+// Whether the values can be read as they come, and the signals are whole ones.
+bool CVcdFile::CanReadOnly(const std::vector<SFileSignal> &signals)
+{
+    if (m_opening == nullptr || !m_opening->CanRead())
+        return false;
+    const std::vector<SFileSignal> &all = GetSignals();
+    return std::ranges::all_of(signals, [&all](const SFileSignal &signal) {
+        const auto whole = std::ranges::lower_bound(all, signal.firstElement, {}, &SFileSignal::firstElement);
+        return whole != all.end() && whole->firstElement == signal.firstElement &&
+               whole->elementCount == signal.elementCount;
+    });
+}
+
+std::unique_ptr<IChangeWalk> CVcdFile::WalkChanges(const std::vector<SFileSignal> &signals)
+{
+    return CanReadOnly(signals) ? std::make_unique<CVcdWalk>(*m_opening, signals) : nullptr;
+}
+
+std::optional<std::vector<SChangeCount>> CVcdFile::CountChanges(const std::vector<SFileSignal> &signals,
+                                                                const SStretch &stretch, const FProgress &progress)
+{
+    if (!CanReadOnly(signals))
+        return std::nullopt;
+    return CountVcdChanges(*m_opening, signals, stretch, progress);
+}
 
 std::optional<int> CVcdFile::FindSignal(const char *name)
 {
-    const long long handle = m_store.FindSignal(name);
+    const long long handle = m_store->FindSignal(name);
     return handle != 0 ? std::optional(static_cast<int>(handle)) : std::nullopt;
 }
 
 long CVcdFile::MakeSignal(int handle, bool whole, ISignal **signal)
 {
-    const Kestrin::KTypeInfo *type = m_store.GetSignalType(handle, whole);
+    const Kestrin::KTypeInfo *type = m_store->GetSignalType(handle, whole);
     return type != nullptr ? CreateSignal(*type, nullptr, signal) : E_FAIL;
 }
 
@@ -122,8 +224,8 @@ const std::vector<SFileSignal> &CVcdFile::GetSignals()
     if (m_signals)
         return *m_signals;
     m_signals.emplace();
-    for (std::size_t i = 0; i < m_store.GetSignalCount(); ++i) {
-        const SStoredSignal signal = m_store.GetSignal(i);
+    for (std::size_t i = 0; i < m_store->GetSignalCount(); ++i) {
+        const SStoredSignal signal = m_store->GetSignal(i);
         m_signals->push_back(
             {signal.name, *signal.type, signal.firstHandle, signal.lastHandle - signal.firstHandle + 1});
     }
@@ -132,14 +234,16 @@ const std::vector<SFileSignal> &CVcdFile::GetSignals()
 
 std::unique_ptr<IElementWalk> CVcdFile::Walk(long long element)
 {
-    return std::make_unique<CVcdWalk>(m_store, element);
+    return HasAll() ? std::make_unique<CStoredWalk>(*m_store, element) : nullptr;
 }
 
 std::unique_ptr<IElementsWalk> CVcdFile::WalkTogether(long long first, std::size_t count, std::size_t all)
 {
+    if (!HasAll())
+        return nullptr;
     constexpr std::size_t MostEvents = 1 << 14;  // read ahead of all elements of a signal
     const std::size_t ahead = std::clamp<std::size_t>(MostEvents / all, 1, 15);
-    return MakeElementsWalk(CStoredEvents(m_store, first, count, ahead), count);
+    return MakeElementsWalk(CStoredEvents(*m_store, first, count, ahead), count);
 }
 
 }  // namespace tesk

@@ -42,6 +42,12 @@ private:
 
 }  // namespace
 
+bool IsOfEnumeration(const SFileSignal &signal)
+{
+    const Kestrin::KTypeInfo *const element = signal.type.GetArrayElementKTypeInfo();
+    return KindOf(element != nullptr ? *element : signal.type) == Kestrin::ETypeKind::Enumeration;
+}
+
 std::unique_ptr<IElementsWalk> IWaveformFile::WalkTogether(long long first, std::size_t count, std::size_t)
 {
     CWalks walks;

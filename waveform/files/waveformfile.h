@@ -46,6 +46,9 @@ struct SFileSignal {
     long long elementCount;
 };
 
+/// Whether its elements are of an enumeration.
+bool IsOfEnumeration(const SFileSignal &signal);
+
 /// An open file. Any operation may raise what the reader of the file raises.
 class IWaveformFile {
 public:
