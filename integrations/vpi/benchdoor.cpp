@@ -39,7 +39,7 @@ bool TellFaults(const SBench &bench, const std::vector<SBenchFault> &faults, con
 {
     bool isUsable = true;
     for (const SBenchFault &fault : faults) {
-        if (fault.isOfFormula)
+        if (fault.isOfFormula || fault.isOfType)
             continue;
         isUsable = isUsable && fault.severity != ESeverity::Error;
         if (fault.place.line > 0)

@@ -179,7 +179,7 @@ std::pair<std::string, std::string> CutLast(const std::string &name)
 std::string FullName(vpiHandle object)
 {
     const char *name = vpi_get_str(vpiFullName, object);
-    return name != nullptr ? name : "";
+    return name != nullptr ? DecodedName(name) : "";
 }
 
 vpiHandle FindObject(const std::string &name)

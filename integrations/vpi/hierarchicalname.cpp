@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cctype>
 #include <cstddef>
+#include <initializer_list>
+#include <utility>
 
 #include "integrations/vpi/simulator.h"
 
@@ -30,6 +32,8 @@ std::string_view WithoutEscape(std::string_view name)
     return name;
 }
 
+constexpr std::string_view Open = "__BRA__", Close = "__KET__";
+
 std::string EncodedPart(std::string_view part)
 {
     constexpr std::string_view Digits = "0123456789abcdef";
@@ -39,9 +43,9 @@ std::string EncodedPart(std::string_view part)
         if (std::isalnum(code) != 0 || c == '_')
             encoded += c;
         else if (c == '[' || c == '(')
-            encoded += "__BRA__";
+            encoded += Open;
         else if (c == ']' || c == ')')
-            encoded += "__KET__";
+            encoded += Close;
         else
             encoded += std::string("__0") + Digits[code >> 4] + Digits[code & 15];
     }
@@ -73,6 +77,15 @@ std::string EncodedName(const std::vector<std::string> &parts)
     std::string name;
     for (const std::string &part : parts)
         name += (name.empty() ? "" : ".") + EncodedPart(part);
+    return name;
+}
+
+std::string DecodedName(std::string name)
+{
+    for (const auto &[code, letter] : {std::pair(Open, "["), std::pair(Close, "]")}) {
+        for (std::size_t at = name.find(code); at != std::string::npos; at = name.find(code, at))
+            name.replace(at, code.size(), letter);
+    }
     return name;
 }
 

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <utility>
 
+#include "integrations/vpi/simulator.h"
 #include "tools/commandline.h"
 #include "tools/play/playedsignal.h"
 #include "tools/quote.h"
@@ -128,6 +129,8 @@ std::string CSignalValue::PutLetters(EStrength strength)
     std::string letters, fault;
     for (std::size_t i = 0; i < m_values.size(); ++i)
         letters += m_values[i] ? Letters(*m_values[i], fault) : shown.substr(i, 1);
+    if (!Simulator().hasUnknown && letters.find_first_not_of("01LHlh") != std::string::npos)
+        fault = "this simulator knows 0 and 1 alone; of x and z it makes 0";
     const bool isReleased = letters.find_first_not_of("Zz") == std::string::npos;
     if (strength == EStrength::Drive && isReleased) {
         m_signal.Release();

@@ -14,7 +14,7 @@ namespace tesk::vpi {
 struct SSimulator {
     const char *product;   ///< how the name begins that it tells of itself; empty for any other one
     bool hasForce;         ///< values can be forced, and released again
-    bool releaseDeposits;  ///< a release sets the value given: its driver does not come back by itself
+    bool releaseDeposits;  ///< a release sets the value given: the drivers of a signal once put are not heard again
     bool hasNineValues;    ///< signals hold the nine letters of std_logic, not 01xz
     bool hasUnknown;       ///< signals hold x and z
     bool hasSystemTasks;   ///< a design can call $tasks

@@ -65,6 +65,7 @@ struct SBenchFault {
     SBenchPlace place;
     std::string text;          ///< with advice, one line
     bool isOfFormula = false;  ///< a finding of a formula, which is played by the letter all the same
+    bool isOfType = false;     ///< a type is missing that a design, if there is one, tells
 };
 
 /// Whether what was given for a formula names a bench file: it ends in ".toml" and no formula does.

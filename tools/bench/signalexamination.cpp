@@ -23,6 +23,7 @@ void ExamineBenchSignal(const SBench &bench, SBenchSignal &signal, std::vector<S
         bench.path.empty() ? signal.name + ":integer=FORMULA" : "type = \"integer\", beside formula = \"...\"";
     faults.push_back({ESeverity::Error, signal.place,
                       name + "a table is read by the type of the signal; give it one, such as " + advice});
+    faults.back().isOfType = true;
 }
 
 }  // namespace tesk
