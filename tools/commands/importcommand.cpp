@@ -1,5 +1,4 @@
 // tesk import: makes a bench file of what other tools have.
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -62,6 +61,14 @@ std::string FaultLine(const std::string &path, const tesk::SImportFault &fault)
            (fault.severity == tesk::ESeverity::Error ? ": error: " : ": warning: ") + fault.text;
 }
 
+void Tell(const std::string &path, const tesk::CImported &imported)
+{
+    for (const tesk::SImportFault &fault : imported.Faults())
+        std::fprintf(stderr, "tesk: %s\n", MessageLine(FaultLine(path, fault)).c_str());
+    if (imported.MoreFaults() > 0)
+        std::fprintf(stderr, "tesk: and %zu more\n", imported.MoreFaults());
+}
+
 int Import(const SImportCommandOptions &options)
 {
     const tesk::SImportForm &form = tesk::FindImportForm(options.form, options.file);
@@ -73,15 +80,12 @@ int Import(const SImportCommandOptions &options)
     form.read(ReadText(options.file), reading, imported);
     std::ostringstream bench;
     imported.WriteBench(bench);
-    for (const tesk::SImportFault &fault : imported.Faults())
-        std::fprintf(stderr, "tesk: %s\n", MessageLine(FaultLine(options.file, fault)).c_str());
-    const bool hasError = std::ranges::any_of(
-        imported.Faults(), [](const auto &fault) { return fault.severity == tesk::ESeverity::Error; });
-    if (hasError && !options.isPartial)
+    Tell(options.file, imported);
+    if (imported.HasError() && !options.isPartial)
         throw CRefusal(OneLine(options.file) +
                        ": no bench is written, since not all has an equivalent; --partial writes what has");
     WriteOutput(options.output, [&](std::ostream &out) { out << bench.str(); });
-    return hasError ? 1 : 0;
+    return imported.HasError() ? 1 : 0;
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "tools/commandline.h"
 #include "tools/exchange/recurrence.h"
 #include "tools/play/formula.h"
+#include "tools/quote.h"
 #include "tools/writers/valuekind.h"
 #include "tools/writers/valuetext.h"
 
@@ -152,13 +153,21 @@ private:
             for (const SBenchFault &fault : faults)
                 m_losses.Fault(FaultLine(part, fault));
             if (player.CanPlay())
-                return WrittenTraces(player.Play().traces);
+                return Walk(player);
         }
         const auto isFaulty = [&](const SBenchSignal &signal) {
             return std::ranges::find(faults, signal.place, &SBenchFault::place) != faults.end();
         };
         const std::size_t left = std::erase_if(part.signals, isFaulty);
         return left == 0 || part.signals.empty() ? std::vector<STrace>() : Play(std::move(part), until);
+    }
+
+    std::vector<STrace> Walk(CBenchPlayer &player)
+    try {
+        return WrittenTraces(player.Play().traces);
+    } catch (const CRefusal &refusal) {
+        m_losses.Refuse("", refusal.what());
+        return {};
     }
 
     std::vector<STrace> Play(std::size_t index, std::optional<long long> until)
@@ -180,6 +189,7 @@ private:
             part.signals.push_back(m_bench.signals[index]);
         if (part.signals.empty() && part.replays.empty())
             return;
+        bool hasReplayed = false;
         for (STrace &trace : Play(std::move(part), m_courses.until)) {
             const auto owner = std::ranges::find(m_bench.signals, trace.signal, &SBenchSignal::name);
             SCourse course = CourseOf(std::move(trace));
@@ -187,7 +197,19 @@ private:
                 Add(static_cast<std::size_t>(owner - m_bench.signals.begin()), std::move(course));
             else
                 m_courses.signals.push_back(std::move(course));
+            hasReplayed = hasReplayed || owner == m_bench.signals.end();
         }
+        for (const SBenchReplay &replay : m_bench.replays)
+            TellReplay(replay, hasReplayed);
+    }
+
+    void TellReplay(const SBenchReplay &replay, bool isPlayed)
+    {
+        const std::string name = "the replay of " + Quote(replay.file);
+        if (!isPlayed)
+            m_losses.Refuse("", name + " drives no signal that could be written; name each with a /custom formula");
+        if (!replay.compare.empty())
+            m_losses.Note("", name + " compares signals, which is left out");
     }
 
     void Add(std::size_t index, SCourse course)

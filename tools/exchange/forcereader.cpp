@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstddef>
+#include <iterator>
 #include <utility>
 
 #include "base/extendedid.h"
@@ -12,6 +13,15 @@
 #include "tools/timetext.h"
 
 namespace tesk {
+
+namespace {
+
+bool IsEarlier(const SImportedEvent &first, const SImportedEvent &second)
+{
+    return first.time < second.time;
+}
+
+}  // namespace
 
 std::vector<std::string> BlankSeparated(const std::string &text)
 {
@@ -27,8 +37,7 @@ std::vector<std::string> BlankSeparated(const std::string &text)
 
 void CForceReader::Read(const std::string &script)
 {
-    for (const STclCommand &command : TclCommands(script))
-        Read(command);
+    ForEachTclCommand(script, [this](const STclCommand &command) { Read(command); });
 }
 
 long long CForceReader::Time(const std::string &text)
@@ -44,8 +53,12 @@ long long CForceReader::Time(const std::string &text)
 
 long long CForceReader::EventTime(const std::string &text)
 {
-    if (text.starts_with('@'))
-        return Time(text.substr(1));
+    if (text.starts_with('@')) {
+        const long long time = Time(text.substr(1));
+        if (time < m_now)
+            throw CRefusal(Quote(text) + " has passed when the command comes");
+        return time;
+    }
     return Later(Time(text));
 }
 
@@ -88,7 +101,10 @@ void CForceReader::Force(const SForced &forced)
         throw CRefusal("it has no value");
     SImportedSignal &signal = m_imported.Signal(name);
     signal.line = m_line;
-    Supersede(signal);
+    SPending &pending = m_pending[name];
+    if (!signal.events.empty())
+        Join(signal, forced, pending);
+    pending.commanded = m_now;
     signal.strength = forced.strength;
     signal.repeat = forced.repeat;
     signal.cancel = forced.cancel;
@@ -97,15 +113,24 @@ void CForceReader::Force(const SForced &forced)
 
 void CForceReader::Release(const std::string &path)
 {
-    SImportedSignal *signal = m_imported.Find(NameOfPath(path));
+    const std::string name = NameOfPath(path);
+    SImportedSignal *signal = m_imported.Find(name);
     if (signal == nullptr)
         return m_imported.Warn(m_line, Quote(path) + " is not forced");
     signal->line = m_line;
-    Unroll(*signal);
-    std::erase_if(signal->events, [&](const SImportedEvent &event) { return event.time >= m_now; });
+    SPending &pending = m_pending[name];
+    Settle(*signal, pending);
+    pending.commanded = m_now;
     signal->events.push_back({m_now, std::nullopt});
 }
 
+void CForceReader::AddEvent(const std::string &time, const std::string &value, SForced &forced)
+{
+    forced.events.push_back({EventTime(time), Value(value, forced.radix)});
+    Hold(forced.events.back());
+}
+
+// A value as the events of a signal take it.
 std::string CForceReader::Value(const std::string &text, const std::string &radix)
 {
     std::string literal = text;
@@ -220,38 +245,51 @@ void CForceReader::Switch(ESwitch meaning, const std::string &argument, SForced 
     }
 }
 
-// A new force ends a former one that repeats itself, and takes the place of what that has from now on.
-void CForceReader::Supersede(SImportedSignal &signal)
+void CForceReader::Hold(const SImportedEvent &event)
 {
-    if (signal.events.empty())
-        return;
-    if (signal.repeat != 0 && m_now == 0)
-        throw CRefusal("the signal is forced again while a repeated force goes on");
-    Unroll(signal);
-    std::erase_if(signal.events, [&](const SImportedEvent &event) { return m_now > 0 && event.time >= m_now; });
+    constexpr std::size_t MostBytes = 1 << 26;
+    m_held += sizeof event + event.value.value_or("").size();
+    if (m_held > MostBytes)
+        throw CRefusal("there are more values than can be held");
 }
 
-// Writes out what is repeated, and what is cancelled, up to now.
-void CForceReader::Unroll(SImportedSignal &signal)
+// A force that is commanded later than others ends them, and takes the place of what they have from now on. Those commanded at
+// one time are one, unless they repeat themselves or end.
+void CForceReader::Join(SImportedSignal &signal, const SForced &forced, SPending &pending)
 {
-    constexpr std::size_t MostEvents = 1 << 20;
+    const bool isLater = m_now > pending.commanded;
+    if (!isLater && (signal.repeat != 0 || forced.repeat != 0 || signal.cancel))
+        throw CRefusal("the signal is forced again while a force goes on that is repeated or cancelled");
+    if (isLater)
+        Settle(signal, pending);
+    if (forced.repeat != 0 && !signal.events.empty())
+        throw CRefusal("a repeated force behind other values cannot be said in a formula");
+}
+
+// What was commanded before, with all its rounds, up to now.
+void CForceReader::Settle(SImportedSignal &signal, SPending &pending)
+{
+    const auto begin = [&] { return signal.events.begin() + static_cast<std::ptrdiff_t>(pending.settled); };
+    std::stable_sort(begin(), signal.events.end(), IsEarlier);
     const long long end = std::min(signal.cancel.value_or(m_now), m_now);
-    const std::vector<SImportedEvent> round = signal.events;
-    for (long long offset = signal.repeat; signal.repeat != 0 && !round.empty() && offset < end;) {
+    const std::vector<SImportedEvent> round(begin(), signal.events.end());
+    std::vector<SImportedEvent> rounds;  // the signal stays as it is if they are too many
+    const long long first = round.empty() ? end : round.front().time;
+    for (long long offset = signal.repeat; offset > 0 && offset < end - first; offset += signal.repeat) {
         for (const SImportedEvent &event : round) {
-            if (event.time < end - offset)
-                signal.events.push_back({event.time + offset, event.value});
+            Hold(event);
+            rounds.push_back({event.time + offset, event.value});
         }
-        if (signal.events.size() > MostEvents)
-            throw CRefusal("too many rounds of a repeated force up to the next");
-        if (offset > end - signal.repeat)
+        if (signal.repeat > end - first - offset)
             break;
-        offset += signal.repeat;
     }
-    if (signal.cancel && *signal.cancel <= m_now) {
-        std::erase_if(signal.events, [&](const SImportedEvent &event) { return event.time >= *signal.cancel; });
+    signal.events.insert(signal.events.end(), rounds.begin(), rounds.end());
+    std::stable_sort(begin(), signal.events.end(), IsEarlier);
+    signal.events.erase(std::lower_bound(begin(), signal.events.end(), SImportedEvent{end, {}}, IsEarlier),
+                        signal.events.end());
+    if (signal.cancel && *signal.cancel <= m_now && !signal.events.empty())
         signal.events.push_back({*signal.cancel, std::nullopt});
-    }
+    pending.settled = signal.events.size();
     signal.repeat = 0;
     signal.cancel.reset();
 }

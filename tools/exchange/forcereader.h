@@ -1,6 +1,8 @@
 // What the two forms of forces have in common: commands that force signals, read one by one.
 #pragma once
 
+#include <cstddef>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
@@ -65,24 +67,34 @@ protected:
     /// Ends what is forced on a signal.
     void Release(const std::string &path);
 
-    /// A value as the events of a signal take it.
-    static std::string Value(const std::string &text, const std::string &radix);
+    /// Adds a value to what a command forces.
+    void AddEvent(const std::string &time, const std::string &value, SForced &forced);
 
     CImported &m_imported;
     int m_line = 0;
 
 private:
+    // What is to come of a signal.
+    struct SPending {
+        std::size_t settled = 0;  // events of commands before the last time of one; in the order of their times
+        long long commanded = 0;  // femtoseconds; when the last command came
+    };
+
     void Read(const STclCommand &command);
     void ReadNote(const std::string &comment);
     void ReadType(const std::string &text);
     std::optional<ESwitch> FindSwitch(const std::string &word) const;
     void Switch(ESwitch meaning, const std::string &argument, SForced &forced);
-    void Supersede(SImportedSignal &signal);
-    void Unroll(SImportedSignal &signal);
+    static std::string Value(const std::string &text, const std::string &radix);
+    void Hold(const SImportedEvent &event);
+    void Join(SImportedSignal &signal, const SForced &forced, SPending &pending);
+    void Settle(SImportedSignal &signal, SPending &pending);
     long long Later(long long time) const;
 
     const SImportOptions &m_options;
-    long long m_now = 0;  // femtoseconds
+    std::map<std::string, SPending> m_pending;
+    std::size_t m_held = 0;  // bytes of events
+    long long m_now = 0;     // femtoseconds
     bool m_isUnitTold = false;
 };
 

@@ -128,7 +128,7 @@ std::size_t BitsOfBase(std::string_view base)
 // The width in front of a Verilog literal: 0 for none, nothing if it is no width.
 std::optional<std::size_t> ReadWidth(std::string_view text)
 {
-    constexpr std::size_t WidestLiteral = 1 << 20;
+    constexpr std::size_t WidestLiteral = 1 << 16;
     std::size_t width = 0;
     for (const char digit : text) {
         if (!IsDigit(digit) || width > WidestLiteral)
@@ -192,6 +192,16 @@ std::optional<long long> ReadImportedTime(const std::string &text, long long uni
         length = UnitLength(known);
     }
     return Product(text.substr(begin, end - begin), length);
+}
+
+void CImported::Add(SImportFault fault)
+{
+    constexpr std::size_t MostKept = 1000;
+    m_hasError = m_hasError || fault.severity == ESeverity::Error;
+    if (m_faults.size() < MostKept)
+        m_faults.push_back(std::move(fault));
+    else
+        ++m_more;
 }
 
 SImportedSignal *CImported::Find(const std::string &name)
@@ -260,7 +270,7 @@ bool CImported::Simplify(SImportedSignal &signal)
 }
 
 // @return empty if it has none, which is told
-std::string CImported::FormulaOf(SImportedSignal &signal)
+std::string CImported::FormulaOf(const SImportedSignal &signal, long long ticks)
 {
     std::string formula;
     for (const SImportedEvent &event : signal.events) {
@@ -275,16 +285,17 @@ std::string CImported::FormulaOf(SImportedSignal &signal)
         formula += " -r " + TimeText(signal.repeat);
     if (signal.cancel)
         formula += " -cancel " + TimeText(*signal.cancel);
-    if (IsReadAs(formula, signal, Resolution()))
+    if (IsReadAs(formula, signal, ticks))
         return formula;
     Refuse(signal.line, "signal " + Quote(signal.name) +
-                            ": its values cannot be said in a formula at a resolution of " + TimeText(Resolution()));
+                            ": its values cannot be said in a formula at a resolution of " + TimeText(ticks));
     return {};
 }
 
 void CImported::WriteBench(std::ostream &out)
 {
-    out << "resolution = " << TomlText(TimeText(Resolution())) << '\n';
+    const long long ticks = Resolution();
+    out << "resolution = " << TomlText(TimeText(ticks)) << '\n';
     if (until)
         out << "until = " << TomlText(TimeText(*until)) << '\n';
     out << "\n[signals]\n";
@@ -296,7 +307,7 @@ void CImported::WriteBench(std::ostream &out)
             if (const std::size_t width = CommonWidth(signal); width != 0)
                 signal.type = "std_logic_vector(" + std::to_string(width - 1) + " downto 0)";
         }
-        const std::string formula = FormulaOf(signal);
+        const std::string formula = FormulaOf(signal, ticks);
         if (formula.empty())
             continue;
         isEmpty = false;
@@ -313,8 +324,7 @@ void CImported::WriteBench(std::ostream &out)
             out << ", strength = \"" << StrengthName(signal.strength) << '"';
         out << " }\n";
     }
-    const auto isError = [](const SImportFault &fault) { return fault.severity == ESeverity::Error; };
-    if (isEmpty && std::ranges::none_of(m_faults, isError))
+    if (isEmpty && !m_hasError)
         Refuse(0, "no signal of it can be told");
     std::ranges::stable_sort(m_faults, {}, &SImportFault::line);
 }

@@ -46,24 +46,31 @@ public:
     SImportedSignal &Signal(const std::string &name);
     SImportedSignal *Find(const std::string &name);
 
-    void Refuse(int line, const std::string &text) { m_faults.push_back({ESeverity::Error, line, text}); }
-    void Warn(int line, const std::string &text) { m_faults.push_back({ESeverity::Warning, line, text}); }
+    void Refuse(int line, const std::string &text) { Add({ESeverity::Error, line, text}); }
+    void Warn(int line, const std::string &text) { Add({ESeverity::Warning, line, text}); }
 
     /// Writes the bench, in the order in which the signals came. What cannot be said as a formula is added to the faults, and
     /// left out.
     void WriteBench(std::ostream &out);
 
-    /// By line.
+    /// By line; the first thousand.
     const std::vector<SImportFault> &Faults() const { return m_faults; }
+    /// Faults beyond those.
+    std::size_t MoreFaults() const { return m_more; }
+    /// Whether any of all is an error.
+    bool HasError() const { return m_hasError; }
 
 private:
     long long Resolution() const;
-    std::string FormulaOf(SImportedSignal &signal);
+    void Add(SImportFault fault);
+    std::string FormulaOf(const SImportedSignal &signal, long long ticks);
     bool Simplify(SImportedSignal &signal);
 
     std::vector<SImportedSignal> m_signals;
     std::map<std::string, std::size_t> m_places;  // of names
     std::vector<SImportFault> m_faults;
+    std::size_t m_more = 0;
+    bool m_hasError = false;
 };
 
 /// A time such as "10ns" or "50 ps" in femtoseconds.

@@ -70,7 +70,7 @@ private:
         if (words.size() > 3)
             throw CRefusal(Quote(words[3]) + " is too much; write VALUE TIME parts with commas between");
         const std::string time = words.size() == 1 ? "0" : words.size() == 2 ? words[1] : words[1] + words[2];
-        forced.events.push_back({EventTime(time), Value(words[0], forced.radix)});
+        AddEvent(time, words[0], forced);
     }
 };
 
@@ -112,7 +112,7 @@ private:
         if (words.empty() || words.size() > 3)
             throw CRefusal("a value and its time are written {VALUE TIME}");
         const std::string time = words.size() == 1 ? "0" : words.size() == 2 ? words[1] : words[1] + words[2];
-        forced.events.push_back({EventTime(time), Value(words[0], forced.radix)});
+        AddEvent(time, words[0], forced);
     }
 };
 

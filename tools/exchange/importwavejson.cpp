@@ -22,7 +22,7 @@ namespace {
 
 using EKind = SJsValue::EKind;
 
-constexpr std::size_t MostEvents = 1 << 20;
+constexpr std::size_t MostEvents = 1 << 21;  // of all lanes
 
 const SJsValue *FindText(const SJsValue &object, std::string_view name)
 {
@@ -62,9 +62,10 @@ bool IsHeld(char brick)
 // Reads one lane.
 class CLaneReader {
 public:
-    /// @param step  femtoseconds of a brick
-    CLaneReader(const SJsValue &lane, long long step, SImportedSignal &signal)
-        : m_lane(lane), m_step(step), m_labels(Labels(lane)), m_signal(signal)
+    /// @param step   femtoseconds of a brick
+    /// @param count  of the events of all lanes
+    CLaneReader(const SJsValue &lane, long long step, SImportedSignal &signal, std::size_t &count)
+        : m_lane(lane), m_step(step), m_labels(Labels(lane)), m_signal(signal), m_count(count)
     {}
 
     /// @return femtoseconds; where the lane ends
@@ -128,8 +129,8 @@ private:
 
     void Add(long long time, std::optional<std::string> value)
     {
-        if (m_signal.events.size() == MostEvents)
-            throw CRefusal("the wave has too many changes");
+        if (++m_count > MostEvents)
+            throw CRefusal("the waves have more changes than can be held");
         m_signal.events.push_back({time, std::move(value)});
     }
 
@@ -222,6 +223,7 @@ private:
     long long m_step;
     std::vector<std::string> m_labels;
     SImportedSignal &m_signal;
+    std::size_t &m_count;
     std::size_t m_nextLabel = 0;
     long long m_width = 0;  // femtoseconds of a brick of this lane
     long long m_phase = 0;
@@ -308,7 +310,7 @@ private:
             throw CRefusal("the lane " + Quote(full) + " stands twice");
         TellStep(lane.line);
         SImportedSignal read{full, {}, EStrength::Override, {}, 0, std::nullopt, lane.line};
-        m_end = std::max(m_end, CLaneReader(lane, m_step, read).Read(wave->text));
+        m_end = std::max(m_end, CLaneReader(lane, m_step, read, m_count).Read(wave->text));
         m_imported.Signal(full) = read;
     } catch (const CRefusal &refusal) {
         m_imported.Refuse(lane.line, refusal.what());
@@ -325,6 +327,7 @@ private:
     CImported &m_imported;
     long long m_step;  // femtoseconds of a brick
     bool m_isStepTold = false;
+    std::size_t m_count = 0;
     long long m_end = 0;  // femtoseconds
 };
 

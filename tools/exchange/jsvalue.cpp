@@ -107,10 +107,13 @@ private:
     bool ReadValue(SJsValue &value, int depth)
     {
         constexpr int Deepest = 64;
+        constexpr int MostLiterals = 1 << 20;
         Skip();
         value.line = m_line;
         if (depth > Deepest)
             return Fail("literals lie too deep inside one another");
+        if (++m_count > MostLiterals)
+            return Fail("there are more than " + std::to_string(MostLiterals) + " literals");
         switch (Now()) {
         case '{': return ReadObject(value, depth);
         case '[': return ReadArray(value, depth);
@@ -238,6 +241,7 @@ private:
     std::string_view m_text;
     std::size_t m_at = 0;
     int m_line = 1;
+    int m_count = 0;  // literals
     SJsFault m_fault;
 };
 

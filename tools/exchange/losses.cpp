@@ -40,7 +40,7 @@ void CLosses::Fault(const std::string &line)
 void CLosses::Note(const std::string &signal, const std::string &what)
 {
     if (m_known.emplace(signal, what).second)
-        Add(false, "signal " + Quote(signal) + ": " + what);
+        Add(false, (signal.empty() ? "" : "signal " + Quote(signal) + ": ") + what);
 }
 
 void CLosses::Tell() const

@@ -8,7 +8,7 @@
 
 namespace tesk {
 
-/// Keeps what cannot be said, each thing once for a signal. Either nothing may be lost, or what is written instead is told.
+/// Keeps what cannot be said, each thing once for a signal; without a name it is of the whole bench. Either nothing may be lost, or what is written instead is told.
 class CLosses {
 public:
     /// @param form  its name, for the messages

@@ -64,12 +64,13 @@ SRecurrence FindPlain(const SBench &bench, const SBenchSignal &signal)
     SRecurrence recurrence;
     const StimulusPtr stimulus = CreateStimulus(signal.formula, signal.start, bench.resolution);
     const long long period = stimulus->GetRepeatRateInSimUnits();
-    if (period <= 0)
+    if (period == 0)
         return recurrence;
     const auto cancel = FindCancel(*stimulus);
     recurrence.isEndless = !cancel;
     const long long first = std::max(stimulus->GetNextEventTime(-1), LastAbsolute(*stimulus));
-    if (first >= 0 && first < LatestTick && period < LatestTick && (!cancel || *cancel - first > 3 * period))
+    if (first >= 0 && first < LatestTick && period > 0 && period < LatestTick / 4 &&
+        (!cancel || *cancel - first > 3 * period))
         recurrence.period = SPeriod{first, period, cancel};
     return recurrence;
 }

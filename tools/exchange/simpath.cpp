@@ -33,16 +33,19 @@ class CTclReader {
 public:
     explicit CTclReader(std::string_view script) : m_script(script) {}
 
-    std::vector<STclCommand> Read()
+    void Read(const std::function<void(const STclCommand &command)> &take)
     {
         while (m_at < m_script.size()) {
             SkipBlanks();
-            if (IsCommandEnd())
+            if (IsCommandEnd()) {
                 Take();
-            else
+                continue;
+            }
+            m_command = {m_line, {}};
+            if (m_at < m_script.size())
                 ReadCommand();
+            take(m_command);
         }
-        return std::move(m_commands);
     }
 
 private:
@@ -67,7 +70,6 @@ private:
 
     void ReadCommand()
     {
-        m_commands.push_back({m_line, {}});
         if (Now() == '#')
             return ReadComment();
         while (!IsAtEnd() && !IsCommandEnd()) {
@@ -81,12 +83,12 @@ private:
         std::string text;
         while (!IsAtEnd() && Now() != '\n')
             text += Take();
-        m_commands.back().words.push_back(text);
+        m_command.words.push_back(text);
     }
 
     void ReadWord()
     {
-        m_commands.back().words.emplace_back();
+        m_command.words.emplace_back();
         if (Now() == '{')
             return ReadBraced();
         if (Now() == '"')
@@ -98,19 +100,18 @@ private:
     // A letter outside braces.
     void ReadLetter()
     {
-        STclCommand &command = m_commands.back();
         const char c = Take();
-        command.isComputed = command.isComputed || c == '$' || c == '[';
+        m_command.isComputed = m_command.isComputed || c == '$' || c == '[';
         if (c == '\\' && !IsAtEnd())
-            command.words.back() += Take();
+            m_command.words.back() += Take();
         else
-            command.words.back() += c;
+            m_command.words.back() += c;
     }
 
     void ReadBraced()
     {
         Take();
-        std::string &word = m_commands.back().words.back();
+        std::string &word = m_command.words.back();
         for (int depth = 1; !IsAtEnd();) {
             const char c = Take();
             depth += c == '{' ? 1 : c == '}' ? -1 : 0;
@@ -118,7 +119,7 @@ private:
                 return;
             word += c;
         }
-        m_commands.back().isOpen = true;
+        m_command.isOpen = true;
     }
 
     void ReadQuoted()
@@ -126,7 +127,7 @@ private:
         Take();
         while (!IsAtEnd() && Now() != '"')
             ReadLetter();
-        m_commands.back().isOpen = IsAtEnd();
+        m_command.isOpen = IsAtEnd();
         if (!IsAtEnd())
             Take();
     }
@@ -134,7 +135,7 @@ private:
     std::string_view m_script;
     std::size_t m_at = 0;
     int m_line = 1;
-    std::vector<STclCommand> m_commands;
+    STclCommand m_command;
 };
 
 }  // namespace
@@ -188,9 +189,9 @@ std::optional<std::string> TclWord(const std::string &text)
                                                                                : std::nullopt;
 }
 
-std::vector<STclCommand> TclCommands(std::string_view script)
+void ForEachTclCommand(std::string_view script, const std::function<void(const STclCommand &command)> &take)
 {
-    return CTclReader(script).Read();
+    CTclReader(script).Read(take);
 }
 
 }  // namespace tesk

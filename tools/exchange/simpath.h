@@ -1,6 +1,7 @@
 // Paths of signals as simulators' scripts write them, and words of Tcl.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -28,7 +29,7 @@ struct STclCommand {
     bool isOpen = false;      ///< braces or quotes are not closed before the end
 };
 
-/// The commands of a script and, as a command of one word that begins with "#", its comments.
-std::vector<STclCommand> TclCommands(std::string_view script);
+/// Gives away the commands of a script and, as a command of one word that begins with "#", its comments.
+void ForEachTclCommand(std::string_view script, const std::function<void(const STclCommand &command)> &take);
 
 }  // namespace tesk

@@ -94,7 +94,7 @@ TEST_F(Forced, CountsTimesFromWhereARunEnds)
     EXPECT_EQ(
         Imported(
             "force clk 1 0ns, 0 5ns -r 10ns\nforce a 1\nforce b 1 0ns, 0 200ns\nrun 102 ns\nforce a 0 3ns\nforce b Z\n"
-            "noforce clk\nforce c 1 @5ns\nrun 10ns\nnoforce a\n",
+            "noforce clk\nforce c 1 @105ns\nrun 10ns\nnoforce a\n",
             "--from force"),
         "clk = \"" +
             [] {
@@ -105,7 +105,31 @@ TEST_F(Forced, CountsTimesFromWhereARunEnds)
                                                 (round < 10 ? ", 0 " + std::to_string(10 * round + 5) + "ns" : ""));
                 return events;
             }() +
-            " -cancel 102ns\"\na = \"1 0ps, 0 105ns -cancel 112ns\"\nb = \"1 0ps, Z 102ns\"\nc = \"1 5ns\"\n");
+            " -cancel 102ns\"\na = \"1 0ps, 0 105ns -cancel 112ns\"\nb = \"1 0ps, Z 102ns\"\nc = \"1 105ns\"\n");
+}
+
+TEST_F(Forced, IsNotGuessedWhereForcesMeet)
+{
+    const struct {
+        const char *script, *error;
+    } rows[] = {
+        {"force a 1 0ns, 0 5ns -r 10ns\nforce a 0 1ns\n",
+         "script:2: error: the signal is forced again while a force goes on that is repeated or cancelled"},
+        {"force a 1 0ns -cancel 5ns\nforce a 0 10ns\n",
+         "script:2: error: the signal is forced again while a force goes on that is repeated or cancelled"},
+        {"force a 0 0ns\nrun 10ns\nforce a 1 0ns, 0 5ns -r 100ns\n",
+         "script:3: error: a repeated force behind other values cannot be said in a formula"},
+        {"run 10ns\nforce a 1 @9ns\n", "script:2: error: \"@9ns\" has passed when the command comes"},
+        {"force a 1 0ns, 0 1fs -r 2fs\nrun 9000 sec\nforce a 0\n",
+         "script:3: error: there are more values than can be held"},
+        {"force a 1 9000sec -r 1fs\nrun 9001 sec\nrun 9000 sec\n",
+         "script:3: error: a time beyond 9.2e18 fs, about 2.5 hr"},
+    };
+    for (const auto &row : rows)
+        EXPECT_THAT(Import(row.script, "--from force").err, HasSubstr(row.error)) << row.script;
+    // Those that are commanded at one time are one.
+    EXPECT_EQ(Imported("force a 1 5ns\nforce a 0 0ns\nrun 20ns\nforce a Z 5ns\nforce a 1 0ns\n", "--from force"),
+              "a = \"0 0ps, 1 5ns, 1 20ns, Z 25ns\"\n");
 }
 
 TEST_F(Forced, TellsEachLineWithoutAnEquivalent)

@@ -170,6 +170,16 @@ TEST_F(Exported, TellsAllThatCannotBeSaidInOneRun)
                                HasSubstr("signal \"r\": the stimulator goes on for ever")));
 }
 
+TEST_F(Exported, DoesNotLeaveAReplayOutInSilence)
+{
+    WriteBench("until = \"50ns\"\n[[replay]]\nfile = \"" TESK_SOURCE_DIR "/examples/traffic.vcd\"\nscope = \"tb\"\n"
+               "drive = [\"no\"]\ncompare = [\"count\"]\n[signals]\na = \"1 0ns\"\n");
+    const SToolRun run = Export("--to sv");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "");
+    EXPECT_NE(run.err, "");
+}
+
 TEST_F(Exported, HasPortsWithTheLastPartsOfNames)
 {
     WriteBench("scope = \"tb\"\n[signals]\n\"reg\" = \"1 0ns\"\n\"process\" = \"1 0ns\"\n\"a+b\" = \"1 0ns\"\nClk = "
