@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 #include <string_view>
+#include <unordered_map>
 
 #include "platform/felvarbase.h"
 #include "platform/fst/fstcount.h"
@@ -57,6 +58,13 @@ long long TimeZero(const SFstLayout &layout)
 {
     const auto begin = static_cast<long long>(layout.Begin());
     return layout.header.timeZero < -begin ? -begin : layout.header.timeZero;
+}
+
+// Whether a place is that of the first event at or after a time.
+bool IsFirstFrom(std::span<const SFileEvent> events, std::size_t place, long long time)
+{
+    return place <= events.size() && (place == events.size() || events[place].time >= time) &&
+           (place == 0 || events[place - 1].time < time);
 }
 
 void Warn(const std::string &text)
@@ -113,9 +121,16 @@ const KTypeInfo &CFstReader::GetType(int handle)
 KEventIterator CFstReader::EventsFrom(int handle, long long time)
 {
     const auto [events, count] = Events(handle);
-    const SFileEvent *event = std::lower_bound(
-        events, events + count, time, [](const SFileEvent &left, long long right) { return left.time < right; });
-    return {events, count, static_cast<std::size_t>(event - events)};
+    const std::span all(events, count);
+    for (std::size_t near = m_recent.place; events == m_recent.events && near <= m_recent.place + 1; ++near) {
+        if (IsFirstFrom(all, near, time)) {
+            m_recent.place = near;
+            return {events, count, near};
+        }
+    }
+    const auto event = std::ranges::lower_bound(all, time, {}, &SFileEvent::time);
+    m_recent = {events, static_cast<std::size_t>(event - all.begin())};
+    return {events, count, m_recent.place};
 }
 
 KEventIterator CFstReader::EventsEnd(int handle)
@@ -209,14 +224,18 @@ std::optional<std::vector<tesk::SChangeCount>> CFstReader::CountChanges(std::spa
     const auto stores = StoresOf(signals);
     if (!stores)
         return std::nullopt;
+    // Stores that share their events are counted once: a clock may have as many of them as a design has modules.
+    std::unordered_map<std::uint32_t, std::uint32_t> counted;
     CFstCounter counter(m_blocks, m_stores, m_clock, stretch);
-    for (const std::uint32_t store : *stores)
-        counter.Add(store);
+    for (const std::uint32_t store : *stores) {
+        if (counted.try_emplace(m_values.Identify(store), store).second)
+            counter.Add(store);
+    }
     counter.Count(progress);
     WarnOfDamage();
     std::vector<tesk::SChangeCount> counts;
     for (const std::uint32_t store : *stores)
-        counts.push_back(counter.CountOf(store));
+        counts.push_back(counter.CountOf(counted.at(m_values.Identify(store))));
     return counts;
 }
 

@@ -52,6 +52,12 @@ private:
         int element;                   // from the left; -1 for the variable itself
     };
 
+    // Where an event was found last: what is asked for next is mostly near.
+    struct SRecentPlace {
+        const SFileEvent *events = nullptr;
+        std::size_t place = 0;
+    };
+
     SPlace Find(int handle) const;
     std::uint32_t Width(const SFstVariable &variable) const { return m_stores[variable.store].Width(); }
     const Kestrin::KTypeInfo &BusType(const SFstName &name);
@@ -75,7 +81,8 @@ private:
     std::vector<int> m_roots;
     std::vector<int> m_children;  // of each variable the first element's handle; of one without, that of the next bus
     std::map<std::pair<int, int>, Kestrin::KTypeInfo> m_busTypes;  // by range
-    bool m_hasWarned = false;                                      // of damage
+    SRecentPlace m_recent;
+    bool m_hasWarned = false;  // of damage
 };
 
 }  // namespace NTARN

@@ -46,11 +46,10 @@ void AppendValue(std::string &text, const SDumpEvents &events, const CFileWalk &
     case EDumpKind::Text: text.append("s").append(VcdEscapedText(events.Text(walk.GetValues()))).append(" "); return;
     default: break;
     }
-    const bool isScalar = events.signal.type.IsScalar();
-    if (!isScalar)
+    if (!events.isScalar)
         text += 'b';
     events.AppendBits(walk.GetPositions(), text);
-    if (!isScalar)
+    if (!events.isScalar)
         text += ' ';
 }
 

@@ -106,7 +106,7 @@ void CDump::Add(IWaveformFile &file, const SFileSignal &signal, const SScalarFor
     const char *scalar = isScalar ? signal.type.GetTypeInfoString() : signal.type.GetArrayElementTypeInfo();
     const auto [known, isNew] = m_known.try_emplace({scalar, isScalar, IdentifyEvents(file, signal)}, events.size());
     if (isNew)
-        events.push_back({form, signal});
+        events.push_back({form, signal, isScalar});
     variables.push_back({SplitVcdName(signal.path), signal.type, known->second});
 }
 

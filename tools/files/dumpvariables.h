@@ -35,6 +35,7 @@ struct SDumpVariable {
 struct SDumpEvents {
     SScalarForm form;
     tesk::SFileSignal signal;  ///< the first of those that have them
+    bool isScalar = true;
 
     long long Width() const { return signal.elementCount; }
     /// Appends a letter for each element, x for one without a value.

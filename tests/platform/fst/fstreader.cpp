@@ -2,6 +2,11 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <random>
+#include <vector>
+
 #include "logcatcher.h"
 #include "platform/felvarbase.h"
 #include "platform/fst/fstmaker.h"
@@ -417,6 +422,33 @@ TEST(FstInitialValues, AreNoneWhereTheWriterWasToldNone)
     CFstMaker later;
     later.Variable(later.Wire, "a", 1).Block(0, {2, 5}, "x", {{{1, "1"}}});
     EXPECT_THAT(CFile(later).Events(1), ElementsAre(SEvent{0, 1}, SEvent{5, 3}));
+}
+
+TEST(FstEvents, AreFoundFromWhereverTheLastOneWas)
+{
+    CFstMaker maker;
+    std::vector<std::uint64_t> times;
+    CFstChanges changes;
+    for (std::uint64_t i = 0; i < 40; ++i) {
+        times.push_back(i / 3 * 5);  // three of one time
+        changes.emplace_back(i, i % 2 == 0 ? "0" : "1");
+    }
+    maker.Variable(maker.Wire, "a", 1).Variable(maker.Wire, "b", 1).Block(0, times, "xx", {changes, {{3, "1"}}});
+    const CFile file(maker);
+    const std::vector<SEvent> events = file.Events(1);
+    std::mt19937 random(1);
+    for (int round = 0; round < 2000; ++round) {
+        const long long time = static_cast<long long>(random() % 75) - 2;
+        const auto expected = std::ranges::lower_bound(events, time, {}, &SEvent::time);
+        const NTARN::KEventIterator found = file->EventsFrom(1, time);
+        ASSERT_EQ(found == file->EventsEnd(1), expected == events.end()) << time;
+        if (expected != events.end()) {
+            ASSERT_EQ(EventAt(found), *expected) << time;
+        }
+        if (random() % 4 == 0) {
+            ASSERT_EQ(*file->EventsFrom(2, time), time > 5 ? -1 : 5);
+        }
+    }
 }
 
 TEST(FstText, IsLeftOutWithOneWarning)
