@@ -37,9 +37,13 @@ public:
     std::size_t Count() const { return m_tracks.size(); }
     const STrack &Track(std::size_t track) const { return m_tracks[track]; }
     std::uint32_t TrackOf(std::size_t signal) const { return m_trackOf[signal]; }
-    /// The track of a handle, `None` if it is not read.
-    std::uint32_t Find(long long handle) const { return m_trackOfHandle[static_cast<std::size_t>(handle)]; }
-    const SWord &Word(std::size_t word) const { return m_words[word]; }
+    /// The track of a handle, `None` if it is not read, such as one that was declared among the values.
+    std::uint32_t Find(long long handle) const
+    {
+        const auto place = static_cast<std::size_t>(handle);
+        return place < m_trackOfHandle.size() ? m_trackOfHandle[place] : None;
+    }
+    SWord Word(std::size_t word) const { return word < m_words.size() ? m_words[word] : SWord(); }
 
 private:
     std::uint32_t Add(const STrack &track);

@@ -66,10 +66,7 @@ public:
     void endEvents() override;
     bool acceptsData(std::intptr_t kind) override { return m_store->acceptsData(kind); }
     void addSignal(const char *name, const char *typeInfo, std::intptr_t mode, std::intptr_t language,
-                   std::intptr_t flags, std::intptr_t parent, std::intptr_t reserved) override
-    {
-        m_store->addSignal(name, typeInfo, mode, language, flags, parent, reserved);
-    }
+                   std::intptr_t flags, std::intptr_t parent, std::intptr_t reserved) override;
     void addHandle(const long long *handle, std::intptr_t kind) override { m_store->addHandle(handle, kind); }
     int endSignal() override { return m_store->endSignal(); }
     void addEvent(const long long *handle, const WaveEvent *event) override
@@ -104,11 +101,13 @@ private:
     };
 
     CNobody m_nobody;
+    std::string m_path;
     std::unique_ptr<WaveStore> m_store;
     std::vector<SVcdWord> m_words;
     std::unique_ptr<NTARN::IValueSteps> m_steps;  // null if the importer brought all events at once
     IVcdEvents *m_events = nullptr;               // null for the store
     bool m_isBegun = false;
+    bool m_hasWarned = false;
     bool m_isRead = false;
 };
 

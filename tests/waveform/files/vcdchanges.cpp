@@ -165,6 +165,27 @@ TEST(VcdChanges, GoNoFurtherThanTheyAreAsked)
     EXPECT_EQ(file->EstimateEndTime(), 40);
 }
 
+TEST(VcdChanges, OfWhatIsDeclaredAmongTheValuesAreLeftOutWithOneWarning)
+{
+    const CTemporaryFolder folder;
+    const std::string late =
+        "#50 $var wire 1 & late $end $var wire 70 ' bus $end $var wire 1 ! same $end 1& b1 ' 0! #60 0&\n";
+    const std::string path = WriteVcd(folder, Head + Values + late);
+    const CLogCatcher log;
+    const auto file = tesk::CVcdFile::Open(path.c_str());
+    const auto walk = file->WalkChanges(file->GetSignals());
+    EXPECT_EQ(Texts(*walk).back(), "50: 0=2 3=2");
+    EXPECT_EQ(file->GetEndTime(), 60);
+    EXPECT_THAT(log.Messages(),
+                testing::Contains(testing::EndsWith("declared among the values are left out")).Times(1));
+    const auto counted = tesk::CVcdFile::Open(path.c_str());
+    EXPECT_THAT(tesk::CountChanges(*counted, counted->GetSignals(), Ignore), SizeIs(7));
+    // Events are read as a whole, and there it is.
+    const auto whole = tesk::CVcdFile::Open(path.c_str());
+    EXPECT_EQ(whole->GetEndTime(), 60);
+    EXPECT_NE(whole->FindSignal("late"), std::nullopt);
+}
+
 TEST(VcdFile, ReadsNoValuesUntilTheyAreAskedFor)
 {
     const CTemporaryFolder folder;
