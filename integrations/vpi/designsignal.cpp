@@ -1,12 +1,14 @@
 #include "integrations/vpi/designsignal.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <optional>
-#include <string_view>
 #include <utility>
+#include <vector>
 
-#include "base/stdlogic.h"
 #include "integrations/vpi/design.h"
 #include "integrations/vpi/simulator.h"
 #include "platform/types/dumptypes.h"
@@ -99,19 +101,63 @@ PLI_INT32 FlagOf(EStrength strength)
     return strength == EStrength::Deposit ? vpiNoDelay : vpiForceFlag;
 }
 
-// The letters that the simulator takes for those of std_logic.
-char LetterOf(char letter)
+char FindSimulatorLetter(char letter)
 {
     const char four = FourStateLetter(letter);
+    if (four == 0)
+        return 0;
     if (!Simulator().hasUnknown)
         return four == '1' ? '1' : '0';
     if (!Simulator().hasNineValues)
-        return four != 0 ? four : 'x';
-    const char capital = letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
-    return StdLogicLetters.find(capital) != std::string_view::npos ? capital : 'X';
+        return four;
+    return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+}
+
+std::array<char, 256> SimulatorLetters()
+{
+    std::array<char, 256> letters = {};
+    for (std::size_t code = 0; code < letters.size(); ++code)
+        letters[code] = FindSimulatorLetter(static_cast<char>(code));
+    return letters;
+}
+
+// A bit alone as the interface has it.
+PLI_INT32 ScalarOf(char letter)
+{
+    switch (letter) {
+    case '0': return vpi0;
+    case '1': return vpi1;
+    case 'z': return vpiZ;
+    default: return vpiX;
+    }
+}
+
+// Four-state letters as the interface has them, the last one first, in bits of two words: 0 is 00, 1 is 10, z 01, x 11.
+s_vpi_vecval *Pack(const std::string &letters)
+{
+    using CWord = decltype(s_vpi_vecval::aval);
+    constexpr std::size_t WordBits = 32;
+    static std::vector<s_vpi_vecval> s_words;
+    s_words.assign((letters.size() + WordBits - 1) / WordBits, {});
+    for (std::size_t bit = 0; bit < letters.size(); ++bit) {
+        const char letter = letters[letters.size() - 1 - bit];
+        const std::uint32_t mask = std::uint32_t{1} << bit % WordBits;
+        s_vpi_vecval &word = s_words[bit / WordBits];
+        word.aval =
+            static_cast<CWord>(static_cast<std::uint32_t>(word.aval) | (letter == '1' || letter == 'x' ? mask : 0));
+        word.bval =
+            static_cast<CWord>(static_cast<std::uint32_t>(word.bval) | (letter == 'z' || letter == 'x' ? mask : 0));
+    }
+    return s_words.data();
 }
 
 }  // namespace
+
+char SimulatorLetter(char letter)
+{
+    static const std::array<char, 256> s_letters = SimulatorLetters();
+    return s_letters[static_cast<unsigned char>(letter)];
+}
 
 CDesignSignal::CDesignSignal(vpiHandle object) : m_object(object), m_type(CheckType(object))
 {
@@ -175,12 +221,19 @@ void CDesignSignal::Put(s_vpi_value &value, EStrength strength)
     m_isForced = m_isForced || forces;
 }
 
-void CDesignSignal::PutLetters(std::string letters, EStrength strength)
+void CDesignSignal::PutLetters(const std::string &letters, EStrength strength)
 {
-    std::ranges::transform(letters, letters.begin(), LetterOf);
     s_vpi_value value = {};
-    value.format = vpiBinStrVal;
-    value.value.str = letters.data();
+    if (letters.size() == 1 && Simulator().takesNumbers) {
+        value.format = vpiScalarVal;
+        value.value.scalar = ScalarOf(letters[0]);
+    } else if (Simulator().takesNumbers) {
+        value.format = vpiVectorVal;
+        value.value.vector = Pack(letters);
+    } else {
+        value.format = vpiBinStrVal;
+        value.value.str = Text(letters.c_str());
+    }
     Put(value, strength);
 }
 

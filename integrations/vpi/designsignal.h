@@ -17,6 +17,9 @@ enum class EContents {
     Position  ///< an enumeration of more than two literals, by position
 };
 
+/// The letter that the simulator has for a letter of std_logic; 0 for any other character.
+char SimulatorLetter(char letter);
+
 class CDesignSignal {
 public:
     /// @param object  of the design. @throw CRefusal for anything that cannot be stimulated
@@ -36,8 +39,9 @@ public:
     /// The letters that it shows, left bound first; only of a signal of letters.
     std::string Read() const;
 
-    /// Puts a value. @param letters  as many as there are bits: "01xz", or the nine of std_logic where the simulator has them
-    void PutLetters(std::string letters, EStrength strength);
+    /// Puts a value. @param letters  as many as there are bits, each as `SimulatorLetter` gives it
+    void PutLetters(const std::string &letters, EStrength strength);
+    /// An integer, or where the simulator takes numbers up to 32 bits.
     void PutInteger(long long number, EStrength strength);
     void PutReal(double number, EStrength strength);
 

@@ -6,9 +6,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <map>
 #include <memory>
-#include <optional>
-#include <string_view>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -29,41 +29,100 @@ namespace tesk::vpi {
 namespace {
 
 using Kestrin::ETypeKind;
-using CRawValues = std::vector<std::optional<std::uint64_t>>;
+
+// The positions of an enumeration as bits of the simulator.
+struct SBitLiterals {
+    std::array<char, 256> letters = {};          // 0 for none
+    std::array<std::uint8_t, 256> unknown = {};  // 1 for what is neither 0 nor 1
+    bool isWhole = false;                        // all literals are letters of bits
+};
+
+SBitLiterals ReadLiterals(const Kestrin::KTypeInfo &type)
+{
+    constexpr int MostLiterals = 16;
+    SBitLiterals literals;
+    literals.unknown.fill(1);
+    for (int position = 0; position < MostLiterals; ++position) {
+        const std::array<unsigned char, 2> bytes = {static_cast<unsigned char>(position), 0};
+        const std::string literal = type.GetValueString_OldFormat(bytes.data(), 0, 0, 0, false);
+        const char letter = literal.size() == 1 ? SimulatorLetter(literal[0]) : '\0';
+        literals.isWhole = letter == 0 && literal.empty() && position > 0;
+        if (letter == 0)
+            break;
+        literals.letters[static_cast<std::size_t>(position)] = letter;
+        literals.unknown[static_cast<std::size_t>(position)] = letter == '0' || letter == '1' ? 0 : 1;
+    }
+    return literals;
+}
+
+// Of a type; signals share what there is to know of it, so that a thousand of them stay near each other in memory.
+const SBitLiterals &LiteralsOf(const Kestrin::KTypeInfo &type)
+{
+    static std::map<std::string, SBitLiterals> s_literals;
+    const auto [place, isNew] = s_literals.try_emplace(type.GetTypeInfoString());
+    if (isNew)
+        place->second = ReadLiterals(type);
+    return place->second;
+}
 
 // A signal of the design that follows one of the file.
 class CFollower {
 public:
     // @throw CRefusal if it cannot
-    CFollower(const SFileSignal &recorded, vpiHandle object) : m_signal(object), m_kind(KindOf(recorded.type))
+    CFollower(const SFileSignal &recorded, vpiHandle object)
+        : m_signal(object), m_kind(KindOf(recorded.type)),
+          m_strength(Simulator().hasForce ? EStrength::Override : EStrength::Deposit)
     {
-        m_signal.CheckStrength(Strength());
+        m_signal.CheckStrength(m_strength);
         const Kestrin::KTypeInfo *element = recorded.type.GetArrayElementKTypeInfo();
         const Kestrin::KTypeInfo &scalar = element != nullptr ? *element : recorded.type;
         m_kind = KindOf(scalar);
-        if (m_kind == ETypeKind::Enumeration)
-            NoteLetters(scalar);
+        m_literals = &LiteralsOf(scalar);
+        m_takesNumber = recorded.elementCount <= MostBits && Simulator().takesNumbers;
         const bool isReal = m_signal.Contents() == EContents::Real;
-        const bool hasBits = m_kind == ETypeKind::Enumeration && !m_letters.empty();
-        const bool fits = hasBits ? !isReal && recorded.elementCount == BitsOf(m_signal)
-                                  : element == nullptr && isReal == (m_kind == ETypeKind::Real);
+        const bool hasBits = m_kind == ETypeKind::Enumeration && m_literals->isWhole;
+        m_value.resize(static_cast<std::size_t>(recorded.elementCount));
+        const bool fits =
+            hasBits ? !isReal && recorded.elementCount == BitsOf(m_signal)
+                    : element == nullptr && m_kind != ETypeKind::Enumeration && isReal == (m_kind == ETypeKind::Real);
         if (!fits)
             throw CRefusal(m_signal.Name() + " is of the type " + Quote(recorded.type.GetTypeIdentifier()) +
                            " in the file, which does not fit the signal of the design");
     }
 
-    void Put(const CRawValues &values)
+    // Notes the value that the walk has come to.
+    void Take(const CFileWalk &walk)
     {
-        if (m_kind == ETypeKind::Enumeration)
-            PutLetters(values);
-        else if (m_kind == ETypeKind::Real)
-            m_signal.PutReal(std::bit_cast<double>(values.front().value_or(0)), Strength());
+        const std::span<const std::uint8_t> positions = walk.GetPositions();
+        m_isNumber = m_kind != ETypeKind::Enumeration || TakeNumber(positions);
+        if (m_kind != ETypeKind::Enumeration)
+            m_number = walk.GetValues().front().value_or(0);
+        else if (m_isNumber)
+            return;
+        else if (!positions.empty())
+            std::ranges::transform(positions, m_value.begin(),
+                                   [this](std::uint8_t position) { return m_literals->letters[position]; });
         else
-            m_signal.PutInteger(static_cast<std::int32_t>(values.front().value_or(0)), Strength());
+            TakeValues(walk.GetValues());
+    }
+
+    void Put()
+    {
+        if (m_kind == ETypeKind::Real)
+            return m_signal.PutReal(std::bit_cast<double>(m_number), m_strength);
+        if (m_isNumber)
+            return m_signal.PutInteger(static_cast<std::int32_t>(m_number), m_strength);
+        if (m_value.find('\0') == std::string::npos)
+            return m_signal.PutLetters(m_value, m_strength);
+        const std::string shown = m_signal.Read();
+        std::string letters = m_value;
+        for (std::size_t i = 0; i < letters.size(); ++i)
+            letters[i] = letters[i] != 0 ? letters[i] : shown[i];
+        m_signal.PutLetters(letters, m_strength);
     }
 
 private:
-    static EStrength Strength() { return Simulator().hasForce ? EStrength::Override : EStrength::Deposit; }
+    static constexpr long long MostBits = 32;  // of a number
 
     static long long BitsOf(const CDesignSignal &signal)
     {
@@ -71,39 +130,37 @@ private:
         return signal.Contents() == EContents::Integer ? IntegerBits : signal.Width();
     }
 
-    // The letter at each position; none if a literal is no letter.
-    void NoteLetters(const Kestrin::KTypeInfo &type)
+    // What is nothing but 0 and 1 is a number, which is put quicker. @return false for any other value
+    bool TakeNumber(std::span<const std::uint8_t> positions)
     {
-        constexpr int MostLiterals = 16;
-        for (int position = 0; position < MostLiterals; ++position) {
-            const std::array<unsigned char, 2> bytes = {static_cast<unsigned char>(position), 0};
-            const std::string literal = type.GetValueString_OldFormat(bytes.data(), 0, 0, 0, false);
-            if (literal.size() > 1)
-                return m_letters.clear();
-            m_letters += literal;
+        if (positions.empty() || !m_takesNumber)
+            return false;
+        std::uint32_t bits = 0, unknown = 0;
+        for (const std::uint8_t position : positions) {
+            bits = bits << 1 | (static_cast<std::uint32_t>(m_literals->letters[position]) & 1U);
+            unknown |= m_literals->unknown[position];
         }
+        m_number = bits;
+        return unknown == 0;
     }
 
-    void PutLetters(const CRawValues &values)
+    void TakeValues(const CElementValues &values)
     {
-        std::string letters(values.size(), 'x');
-        bool isWhole = true;
         for (std::size_t i = 0; i < values.size(); ++i) {
-            isWhole = isWhole && values[i].has_value();
-            if (values[i] && *values[i] < m_letters.size())
-                letters[i] = m_letters[static_cast<std::size_t>(*values[i])];
+            const std::uint64_t position = values[i].value_or(m_literals->letters.size());
+            const bool isLiteral = position < m_literals->letters.size();
+            m_value[i] = isLiteral ? m_literals->letters[static_cast<std::size_t>(position)] : '\0';
         }
-        if (!isWhole && m_signal.Contents() == EContents::Letters) {
-            const std::string shown = m_signal.Read();
-            for (std::size_t i = 0; i < values.size(); ++i)
-                letters[i] = values[i] ? letters[i] : shown[i];
-        }
-        m_signal.PutLetters(std::move(letters), Strength());
     }
 
     CDesignSignal m_signal;
     ETypeKind m_kind;
-    std::string m_letters;
+    EStrength m_strength;
+    const SBitLiterals *m_literals = nullptr;
+    bool m_takesNumber = false;
+    std::string m_value;         // letters, 0 for none
+    std::uint64_t m_number = 0;  // bits that are all known, or the raw value of any other scalar
+    bool m_isNumber = false;
 };
 
 // Walks the file along with the simulation.
@@ -114,7 +171,8 @@ public:
         : m_file(std::move(file)), m_isClock(FindClocks(*m_file, signals)), m_followers(std::move(followers)),
           m_walk(*m_file, signals), m_resolution(m_file->GetResolution()), m_begin(Now())
     {
-        m_hasChange = m_walk.Next();
+        m_hasClocks = std::ranges::find(m_isClock, true) != m_isClock.end();
+        GoOn();
     }
     CReplay(const CReplay &) = delete;
 
@@ -123,17 +181,19 @@ public:
     long long Wake(long long now) override
     {
         bool hasClock = false;
-        for (; m_hasChange && NextTime() <= now; m_hasChange = m_walk.Next()) {
+        while (m_hasChange && m_next <= now) {
             const std::size_t signal = m_walk.GetSignal();
-            if (m_isClock[signal])
-                m_followers[signal].Put(m_walk.GetValues());
+            m_followers[signal].Take(m_walk);
+            if (m_isClock[signal] || !m_hasClocks)
+                m_followers[signal].Put();
             else
-                m_late.emplace_back(signal, m_walk.GetValues());
+                m_late.push_back(signal);
             hasClock = hasClock || m_isClock[signal];
+            GoOn();
         }
         if (!hasClock || m_late.empty() || CallAfterReaction(Reacted, this) == nullptr)
             PutLate();
-        return m_hasChange ? NextTime() : -1;
+        return m_hasChange ? m_next : -1;
     }
 
 private:
@@ -145,26 +205,32 @@ private:
 
     void PutLate()
     {
-        for (const auto &[signal, values] : m_late)
-            m_followers[signal].Put(values);
+        for (const std::size_t signal : m_late)
+            m_followers[signal].Put();
         m_late.clear();
     }
 
-    long long NextTime() const
+    void GoOn()
     {
+        const long long before = m_hasChange ? m_walk.GetTime() : -1;
+        m_hasChange = m_walk.Next();
+        if (!m_hasChange || m_walk.GetTime() == before)
+            return;
         const long long ticks = TicksOf(m_walk.GetTime(), m_resolution);
-        return ticks > std::numeric_limits<long long>::max() - m_begin ? std::numeric_limits<long long>::max()
-                                                                       : m_begin + ticks;
+        constexpr long long Largest = std::numeric_limits<long long>::max();
+        m_next = ticks > Largest - m_begin ? Largest : m_begin + ticks;
     }
 
     std::unique_ptr<IWaveformFile> m_file;
     std::vector<bool> m_isClock;  // by the places of the signals in the walk; so the next
     std::vector<CFollower> m_followers;
     CFileWalk m_walk;
-    long long m_resolution;    // femtoseconds per tick of the file
-    long long m_begin;         // ticks; where the file begins
-    bool m_hasChange = false;  // the walk stands at one that is not put
-    std::vector<std::pair<std::size_t, CRawValues>> m_late;
+    bool m_hasClocks = false;
+    long long m_resolution;           // femtoseconds per tick of the file
+    long long m_begin;                // ticks; where the file begins
+    long long m_next = -1;            // ticks; of the change at which the walk stands
+    bool m_hasChange = false;         // the walk stands at one that is not put
+    std::vector<std::size_t> m_late;  // signals whose values are still to be put
 };
 
 // What a signal of the file is called below the scope; empty if it is not there.

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <utility>
 
 #include "integrations/vpi/simulator.h"
 #include "tools/commandline.h"
@@ -92,55 +91,58 @@ CSignalValue::CSignalValue(CDesignSignal &signal, const std::string &description
             RefuseType(m_type, signal);
         m_elementDescription = played.elements.front().description;
     }
-    m_values.resize(std::max<std::size_t>(m_elements, 1));
+    m_letters.resize(std::max<std::size_t>(m_elements, 1));
 }
 
-void CSignalValue::Set(std::size_t element, std::optional<std::string> value)
+// What is no letter becomes unknown.
+void CSignalValue::Set(std::size_t element, std::string_view value)
 {
-    m_values[element] = std::move(value);
+    if (m_reading != EReading::Letters) {
+        m_text = value;
+        return;
+    }
+    if (value.empty()) {
+        m_letters[element] = 0;
+        return;
+    }
+    const char letter = value.size() == 1 ? SimulatorLetter(value[0]) : '\0';
+    m_letters[element] = letter != 0 ? letter : SimulatorLetter('X');
+    if (letter == 0)
+        m_fault = Quote(std::string(value)) + " is no value of a bit; it becomes x";
+    else if (!Simulator().hasUnknown && value.find_first_of("01LHlh") == std::string_view::npos)
+        m_fault = "this simulator knows 0 and 1 alone; of x and z it makes 0";
 }
 
 bool CSignalValue::HasAny() const
 {
-    return std::ranges::any_of(m_values, [](const auto &value) { return value.has_value(); });
+    return m_reading == EReading::Letters ? m_letters.find_first_not_of('\0') != std::string::npos : !m_text.empty();
 }
 
 std::string CSignalValue::Put(EStrength strength)
 {
-    if (m_reading == EReading::Letters)
-        return PutLetters(strength);
-    return m_values.front() ? PutNumber(*m_values.front(), strength) : "";
+    return m_reading == EReading::Letters ? PutLetters(strength) : PutNumber(m_text, strength);
 }
 
-// What could not be read becomes unknown.
-std::string CSignalValue::Letters(const std::string &value, std::string &fault) const
+void CSignalValue::FillIn()
 {
-    constexpr std::size_t Width = 1;
-    const bool isRead = value.size() == Width && FourStateLetter(value[0]) != 0;
-    if (!isRead)
-        fault = Quote(value) + " is no value of a bit; it becomes x";
-    return isRead ? value : "x";
+    const std::string shown = m_signal.Read();
+    for (std::size_t i = 0; i < m_put.size(); ++i) {
+        if (m_put[i] == 0)
+            m_put[i] = shown[i];
+    }
 }
 
 std::string CSignalValue::PutLetters(EStrength strength)
 {
-    const bool isWhole = std::ranges::all_of(m_values, [](const auto &value) { return value.has_value(); });
-    const std::string shown = isWhole ? "" : m_signal.Read();
-    std::string letters, fault;
-    for (std::size_t i = 0; i < m_values.size(); ++i)
-        letters += m_values[i] ? Letters(*m_values[i], fault) : shown.substr(i, 1);
-    if (!Simulator().hasUnknown && letters.find_first_not_of("01LHlh") != std::string::npos)
-        fault = "this simulator knows 0 and 1 alone; of x and z it makes 0";
-    const bool isReleased = letters.find_first_not_of("Zz") == std::string::npos;
-    if (strength == EStrength::Drive && isReleased) {
+    if (strength == EStrength::Drive && m_letters.find_first_not_of("Zz") == std::string::npos)
         m_signal.Release();
-        return fault;
+    else if (strength == EStrength::Deposit || !m_signal.IsForced() || m_letters != m_put) {
+        m_put = m_letters;
+        if (m_put.find('\0') != std::string::npos)
+            FillIn();
+        m_signal.PutLetters(m_put, strength);
     }
-    if (strength != EStrength::Deposit && m_signal.IsForced() && letters == m_put)
-        return fault;
-    m_signal.PutLetters(letters, strength);
-    m_put = std::move(letters);
-    return fault;
+    return m_fault;
 }
 
 void CSignalValue::PutNumber(long long number, EStrength strength)

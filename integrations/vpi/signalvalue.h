@@ -1,9 +1,9 @@
 // What the values of stimuli are on a signal of the design.
 #pragma once
 
-#include <optional>
+#include <cstddef>
 #include <string>
-#include <vector>
+#include <string_view>
 
 #include "core/stimulus.h"
 #include "integrations/vpi/designsignal.h"
@@ -25,8 +25,8 @@ public:
     /// Of an element, or of the whole.
     const std::string &ElementDescription() const { return m_elementDescription; }
 
-    /// The value of an element, or of the whole; none for none.
-    void Set(std::size_t element, std::optional<std::string> value);
+    /// The value of an element, or of the whole; an empty one is none.
+    void Set(std::size_t element, std::string_view value);
     bool HasAny() const;
 
     /// Puts the value. What has none contributes what the signal shows.
@@ -39,7 +39,7 @@ private:
     std::string PutLetters(EStrength strength);
     std::string PutNumber(const std::string &text, EStrength strength);
     void PutNumber(long long number, EStrength strength);
-    std::string Letters(const std::string &value, std::string &fault) const;
+    void FillIn();
 
     CDesignSignal &m_signal;
     Kestrin::KTypeInfo m_type;
@@ -47,8 +47,10 @@ private:
     std::size_t m_elements = 0;
     bool m_isBitVector = false;
     std::string m_elementDescription;
-    std::vector<std::optional<std::string>> m_values;  // one for each element, or one
-    std::string m_put;                                 // letters that were forced last; empty for none
+    std::string m_letters;  // one for each element, as the simulator has them, or 0 for none
+    std::string m_text;     // of a value that is no row of letters; empty for none
+    std::string m_fault;    // what is wrong with a letter
+    std::string m_put;      // letters that were put last
 };
 
 }  // namespace tesk::vpi

@@ -15,11 +15,11 @@ namespace tesk::vpi {
 namespace {
 
 constexpr SSimulator Simulators[] = {
-    {"Icarus", true, false, false, true, true, true, false,
+    {"Icarus", true, false, false, true, true, true, false, true,
      "; Icarus Verilog leaves out what nothing in the design uses"},
-    {"GHDL", true, true, true, true, false, false, false, "; GHDL shows no reals, records and times"},
-    {"Verilator", false, false, false, false, false, false, true, "; compile the design with --public-flat-rw"},
-    {"", true, false, false, true, true, true, false, ""},
+    {"GHDL", true, true, true, true, false, false, false, false, "; GHDL shows no reals, records and times"},
+    {"Verilator", false, false, false, false, false, false, true, false, "; compile the design with --public-flat-rw"},
+    {"", true, false, false, true, true, true, false, true, ""},
 };
 
 const SSimulator &FindSimulator()

@@ -20,6 +20,7 @@ struct SSimulator {
     bool hasSystemTasks;   ///< a design can call $tasks
     bool hasEveryObject;   ///< objects of all kinds can be listed; asking others for more is an error
     bool freesCallbacks;   ///< the handle of a callback is to be given up
+    bool takesNumbers;     ///< bits may be put as numbers: one alone, and rows of known ones
     const char *missing;   ///< why a signal of a design may not be there; may be empty
 };
 const SSimulator &Simulator();

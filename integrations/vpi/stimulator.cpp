@@ -1,7 +1,7 @@
 #include "integrations/vpi/stimulator.h"
 
 #include <algorithm>
-#include <optional>
+#include <string_view>
 #include <utility>
 
 #include "integrations/vpi/simulator.h"
@@ -68,13 +68,12 @@ CStimulator::SNext CStimulator::NextTime(std::size_t element, long long time)
     return {time + 1, true};
 }
 
-// @return whether the value is in force by a change
-bool CStimulator::Take(std::size_t element, long long time)
+void CStimulator::Take(std::size_t element, long long time)
 {
     SimpleString::CStr value;
-    const bool hasValue = m_stimuli[element]->GetValue(time, value) && !value.IsEmpty();
-    m_value.Set(element, hasValue ? std::optional(std::string(value)) : std::nullopt);
-    return hasValue;
+    const bool hasValue = m_stimuli[element]->GetValue(time, value);
+    m_value.Set(element,
+                hasValue ? std::string_view(value, static_cast<std::size_t>(value.GetLength())) : std::string_view());
 }
 
 // The elements of a counter share one state, so they are asked in step, change by change, and for the beginning only where

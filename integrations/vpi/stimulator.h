@@ -49,7 +49,7 @@ private:
     void AddStimulus(const std::string &formula);
     long long Begin(long long now);
     SNext NextTime(std::size_t element, long long time);
-    bool Take(std::size_t element, long long time);
+    void Take(std::size_t element, long long time);
     void Put();
     long long Earliest() const;
     bool IsFinished(long long time) const;

@@ -1,4 +1,5 @@
-// Runs a design that Verilator has compiled, with the module in it. Compiled with each design; TESK_TOP names its class.
+// Runs a design that Verilator has compiled, with the module in it. Compiled with each design; TESK_TOP names its class, and
+// TESK_MODULE where the module is.
 //
 // What it takes besides the plus-arguments of the design and of the module: +dump=FILE writes the waves, if the design was
 // compiled with --trace-fst (FST) or --trace (VCD).
