@@ -136,6 +136,42 @@ idle = "1 2ns -cancel 4ns"
     }
 }
 
+TEST(ModuleInGhdl, ReplaysARecordedScopeWithWhatClocksLaunchedBehindThem)
+{
+    CSimulation simulation;
+    simulation.Write("design.vhd", std::string(Head) + R"vhdl(
+entity accumulator is
+  port (clk, rst_n, valid : in std_logic; din : in unsigned(7 downto 0); sum : out unsigned(7 downto 0));
+end;
+architecture a of accumulator is signal s : unsigned(7 downto 0); begin
+  process (clk, rst_n) begin
+    if rst_n = '0' then s <= x"00"; elsif rising_edge(clk) and valid = '1' then s <= s + din; end if;
+  end process;
+  sum <= s;
+end;
+)vhdl" + Head + R"vhdl(
+entity tb is generic (records : boolean := false); end;
+architecture a of tb is
+  signal clk, rst_n, valid : std_logic := '0'; signal din, sum : unsigned(7 downto 0) := x"00";
+begin
+  dut: entity work.accumulator port map (clk, rst_n, valid, din, sum);
+  stimuli: if records generate
+    clk <= not clk after 5 ns; rst_n <= '0', '1' after 22 ns;
+    process (clk) begin if rising_edge(clk) then din <= din + 3; valid <= not valid; end if; end process;
+  end generate;
+end;
+)vhdl");
+    simulation.Write("bench.toml", "until = \"300ns\"\n[[replay]]\nfile = \"run.vcd\"\nscope = \"tb.dut\"\n");
+    ASSERT_EQ(simulation.RunGhdl(
+                  "-grecords=true --stop-time=300ns --vcd=run.vcd && ghdl -r --std=08 tb --vpi='" TESK_MODULE_FOLDER
+                  "/tesk.vpi' +tesk=bench.toml --vcd=dump.vcd"),
+              0)
+        << simulation.Output();
+    EXPECT_THAT(simulation.Lines(": error"), IsEmpty());
+    EXPECT_EQ(Told(simulation.Dump("dump.vcd").at("tb.dut.sum")), Told(simulation.Dump("run.vcd").at("tb.dut.sum")));
+    EXPECT_GE(simulation.Dump("dump.vcd").at("tb.dut.sum").size(), 10U);
+}
+
 TEST(ModuleInGhdl, TellsWhatItCannotDo)
 {
     CSimulation simulation;

@@ -77,3 +77,24 @@ TEST_F(OneBench, TellsInVerilatorWhatCannotBeForced)
                     testing::HasSubstr(
                         "faults.toml:5:7: error: there is no \"tb.rst\" in \"tb\" (did you mean \"tb.rst_n\"?)")));
 }
+
+TEST_F(OneBench, IsReplayedInVerilatorAsIcarusRecordedIt)
+{
+    m_simulation.Write("design.v", ReadFile(Folder + "same.v"));
+    m_simulation.Write("replay.toml", "until = \"200ns\"\n[[replay]]\nfile = \"icarus.fst\"\nscope = \"tb\"\n");
+    EXPECT_EQ(m_simulation.Run("iverilog '-DDUMP=\"icarus.fst\"' -o same.vvp design.v && vvp -M '" TESK_MODULE_FOLDER
+                               "' -m tesk same.vvp -fst +tesk=same.toml && '" TESK_VERILATED
+                               "' +tesk=replay.toml +dump=verilator.vcd"),
+              0);
+    EXPECT_THAT(m_simulation.Lines("error"), IsEmpty());
+    const auto recorded = m_simulation.Dump("icarus.fst");
+    const auto replayed = m_simulation.Dump("verilator.vcd");
+    for (const char *signal :
+         {"clk", "rst_n", "data", "upward", "wide", "gray", "noise", "table_value", "recorded", "counter.count"}) {
+        const std::string name = std::string("tb.") + signal;
+        CChanges before = recorded.at(name), after = replayed.at("top." + name);
+        std::erase_if(before, [](const auto &change) { return change.first == 0; });  // Verilator has 0 for x there
+        std::erase_if(after, [](const auto &change) { return change.first == 0; });
+        EXPECT_EQ(Told(after), Told(before)) << name;
+    }
+}

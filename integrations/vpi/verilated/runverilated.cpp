@@ -67,7 +67,8 @@ void AddTrace(TESK_TOP &top, CDump &dump)
 // All that happens at one time.
 void Settle(TESK_TOP &top)
 {
-    VerilatedVpi::callTimedCbs();
+    while (VerilatedVpi::callCbs(cbAfterDelay)) {
+    }  // one may ask for another one at this time
     do {
         top.eval();
         VerilatedVpi::callValueCbs();
