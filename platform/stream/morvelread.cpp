@@ -1,22 +1,28 @@
 // The two readers of event-stream files.
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <filesystem>
 #include <limits>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
+#include <span>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "platform/changes/changewalk.h"
 #include "platform/kestrin.h"
 #include "platform/log.h"
 #include "platform/morvel.h"
 #include "platform/stream/morvelevents.h"
 #include "platform/stream/morvelindex.h"
 #include "platform/stream/streamcache.h"
+#include "platform/stream/streamwalk.h"
 #include "platform/stream/trackloader.h"
 
 namespace Morvel {
@@ -78,7 +84,7 @@ private:
 
 using EventsPtr = std::shared_ptr<const CStoredEvents>;
 
-class CRawMorvelRead final : public IRawMorvelRead {
+class CRawMorvelRead final : public IRawMorvelRead, public tesk::IChangeSource {
 public:
     explicit CRawMorvelRead(const char *file) : m_name(file), m_file(OpenStreamFile(file)) {}
 
@@ -86,7 +92,16 @@ public:
     long long GetEndTime() override { return m_file.index->GetEndTime(); }
     const KEventsStore *GetEventsStore(int handle) override;
 
+    long long IdentifyChanges(long long element) override;
+    std::unique_ptr<tesk::IChangeWalk> WalkChanges(std::span<const tesk::SElements> signals) override;
+    std::optional<std::vector<tesk::SChangeCount>> CountChanges(std::span<const tesk::SElements> signals,
+                                                                const tesk::SStretch &stretch,
+                                                                const tesk::FProgress &progress) override;
+
 private:
+    bool CanWalk() const { return m_file.index->HasStretches() && AreStretchesInOrder(*m_file.index); }
+    void Tell(const XFault &fault);
+
     std::unique_ptr<const KEventsStore> MakeStore(int handle);
     EventsPtr Load(int handle);
     EventsPtr LoadNew(int handle, const SSignalEntry &signal);
@@ -134,9 +149,73 @@ try {
     EventsPtr events = Load(handle);
     return events != nullptr ? std::make_unique<KEventsStore>(KeepWith(std::move(events), m_file)) : nullptr;
 } catch (const XFault &fault) {
+    Tell(fault);
+    return nullptr;
+}
+
+void CRawMorvelRead::Tell(const XFault &fault)
+{
     if (m_told.insert(fault.what()).second)
         Report(m_name, fault.what());
+}
+
+long long CRawMorvelRead::IdentifyChanges(long long element)
+{
+    const SSignalEntry *signal = m_file.index->Find(static_cast<int>(element));
+    return signal != nullptr && signal->track != NoTrack ? -1 - static_cast<long long>(signal->track) : element;
+}
+
+// Walks through the stretches of a file. What is wrong with them ends the walk with a message that names the file.
+class CNamedWalk final : public tesk::IChangeWalk {
+public:
+    CNamedWalk(std::string name, std::unique_ptr<tesk::IChangeWalk> walk)
+        : m_name(std::move(name)), m_walk(std::move(walk))
+    {}
+
+    bool Next(long long &time, long long until) override
+    try {
+        return m_walk->Next(time, until);
+    } catch (const XFault &fault) {
+        throw std::runtime_error("Event stream " + m_name + " " + fault.what());
+    }
+    std::span<const std::uint32_t> GetChanged() const override { return m_walk->GetChanged(); }
+    const tesk::CElementValues &GetValues(std::size_t signal) override { return m_walk->GetValues(signal); }
+    std::span<const std::uint8_t> GetPositions(std::size_t signal) override { return m_walk->GetPositions(signal); }
+
+private:
+    std::string m_name;
+    std::unique_ptr<tesk::IChangeWalk> m_walk;
+};
+
+// A file that cannot be walked so is walked scalar by scalar, which tells what is wrong with it.
+std::unique_ptr<tesk::IChangeWalk> CRawMorvelRead::WalkChanges(std::span<const tesk::SElements> signals)
+try {
+    if (!CanWalk())
+        return nullptr;
+    return std::make_unique<CNamedWalk>(m_name, std::make_unique<CStreamWalk>(m_file, signals));
+} catch (const XFault &) {
     return nullptr;
+}
+
+std::optional<std::vector<tesk::SChangeCount>> CRawMorvelRead::CountChanges(std::span<const tesk::SElements> signals,
+                                                                            const tesk::SStretch &stretch,
+                                                                            const tesk::FProgress &progress)
+try {
+    if (!CanWalk())
+        return std::nullopt;
+    std::vector<tesk::SChangeCount> counts(signals.size());
+    CStreamWalk walk(m_file, signals, CStreamWalk::EValues::Dropped);
+    long long time = 0;
+    while (walk.Next(time, stretch.until.value_or(std::numeric_limits<long long>::max()))) {
+        progress(time, GetEndTime());
+        if (!stretch.Has(time))
+            continue;
+        for (const std::uint32_t signal : walk.GetChanged())
+            counts[signal].Add(time);
+    }
+    return counts;
+} catch (const XFault &) {
+    return std::nullopt;
 }
 
 EventsPtr CRawMorvelRead::Load(int handle)

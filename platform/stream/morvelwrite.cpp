@@ -67,6 +67,9 @@ public:
     int AddSharedSignal(int parent, const char *name, const char *typeText, int original) override;
     bool AddEvent(int signal, long long time, const void *value) override;
     bool AddWord(int first, unsigned count, long long time, std::uint64_t changed, const WaveWord &word) override;
+    bool HasEvents(int signal) const override { return m_signals[static_cast<std::size_t>(signal)].hasEvents; }
+    void EndGroup() override { m_lastParent = -1; }
+    void SetResolution(long long resolution) override { m_resolution = std::max(resolution, 1LL); }
     void SetEndTime(long long time) override { m_endTime = std::max(m_endTime, time); }
     bool Finish() override;
     void Release() override { delete this; }
@@ -91,7 +94,7 @@ private:
     std::map<std::string, SType> m_types;
     std::vector<SSignal> m_signals;
     std::vector<int> m_topLevel;
-    int m_lastParent = -1;  // of the last scalar with events of its own that has one
+    int m_lastParent = -1;  // of the last scalar, as long as others may go together with it
     CStretchWriter m_stretches;
     bool m_outOfMemory = false;
 };
@@ -178,20 +181,24 @@ try {
 bool CMorvelWrite::AddWord(int first, unsigned count, long long time, std::uint64_t changed, const WaveWord &word)
 try {
     const SSignal &target = m_signals[static_cast<std::size_t>(first)];
-    if (!target.hasEvents || time < 0)
+    if (time < 0)
         return false;
     const auto plane = [&word](unsigned number) { return word.m_planes[number]; };
     const auto isAlways = [&](unsigned number) {
         const std::uint64_t expected = (target.type.low >> number & 1) != 0 ? ~std::uint64_t{0} : 0;
         return ((plane(number) ^ expected) & changed) == 0;
     };
-    const bool areBits = target.type.low < 16 && isAlways(1) && isAlways(2) && isAlways(3);
-    if (areBits && m_stretches.AddWord(target.track, count, time, changed, plane(0)))
+    // Tracks are given to scalars with events of their own, in turn.
+    const SSignal &last = m_signals[static_cast<std::size_t>(first) + count - 1];
+    const bool areNeighbours = target.hasEvents && last.hasEvents && last.track - target.track == count - 1;
+    if (areNeighbours && target.type.low < 16 && isAlways(1) && isAlways(2) && isAlways(3) &&
+        m_stretches.AddWord(target.track, count, time, changed, plane(0)))
         return true;
     bool areAdded = true;
     for (unsigned bit = count; bit-- > 0;) {
-        if ((changed >> bit & 1) != 0)
-            areAdded = m_stretches.Add(target.track + count - 1 - bit, time, PositionAt(word, bit)) && areAdded;
+        const SSignal &element = m_signals[static_cast<std::size_t>(first) + count - 1 - bit];
+        if ((changed >> bit & 1) != 0 && element.hasEvents)
+            areAdded = m_stretches.Add(element.track, time, PositionAt(word, bit)) && areAdded;
     }
     return areAdded;
 } catch (const std::bad_alloc &) {

@@ -14,7 +14,14 @@ public:
     /// @param original  what `AddSignal` returned for a scalar whose values have the same size
     /// @return also -1 if it has not
     virtual int AddSharedSignal(int parent, const char *name, const char *typeText, int original) = 0;
-    /// Adds an event to neighbouring scalars, children of one signal that were added one behind the other.
+    /// Whether a signal has events of its own.
+    virtual bool HasEvents(int signal) const = 0;
+    /// Says that the next scalar does not go together with those before it in words.
+    virtual void EndGroup() = 0;
+    /// Femtoseconds per file tick, 1 or more, where that is known only now.
+    virtual void SetResolution(long long resolution) = 0;
+    /// Adds an event to neighbouring scalars, children of one signal that were added one behind the other, from the
+    /// first one or one behind `EndGroup` on.
     /// @param first    what `AddSignal` returned for the first of them; their type is one enumeration
     /// @param count    up to 64
     /// @param time     file ticks, 0 or later

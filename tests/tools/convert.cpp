@@ -4,12 +4,14 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "platform/fst/fstvcd.h"
+#include "platform/stream/morvelformat.h"
 #include "platform/stream/streamfiles.h"
 #include "tools/runtool.h"
 
@@ -181,7 +183,63 @@ TEST(Convert, WritesAliasesUnderOneIdentifierCode)
     const std::string stream = (folder / "a.zyn").string();
     Succeed("tesk convert " + file + " " + stream);
     EXPECT_EQ(RunShell("tesk signals " + stream).out, RunShell("tesk signals " + file).out);
-    EXPECT_THAT(DumpOf(stream), HasSubstr("#5\n0!\n0%\n"));
+    EXPECT_EQ(DumpOf(stream), DumpOf(file));
+}
+
+// Words of 64 elements and what is left of them, values beside 0 and 1, an alias of another width, reals.
+std::string DumpOfAllSorts()
+{
+    std::string dump =
+        "$timescale 1ns $end\n$var wire 70 ! v [69:0] $end\n$var wire 70 ! w [0:69] $end\n$var wire 3 ! x [2:0] $end\n"
+        "$var real 64 r r $end\n$var wire 1 c c $end\n$var integer 32 i i $end\n$enddefinitions $end\n";
+    for (int i = 0; i < 200; ++i) {
+        dump += '#' + std::to_string(i / 2) + "\nb";
+        for (int bit = 0; bit < 70; ++bit)
+            dump += i % 9 == 3 ? 'z' : i % 7 == 2 && bit < 4 ? 'x' : (i * (bit + 3) / 5) % 2 != 0 ? '1' : '0';
+        dump += " !\n" + std::to_string(i / 3 % 2) + "c\nr" + std::to_string(i / 4) + " r\nb" +
+                (i % 5 == 0 ? "1x0" : "110") + " i\n";
+    }
+    return dump;
+}
+
+TEST(Convert, MakesTheSameStreamOfAVcdAsAWholeAsOfAllItsSignals)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "a.vcd").string();
+    const std::string whole = (folder / "whole.zyn").string();
+    const std::string selected = (folder / "selected.zyn").string();
+    WriteBytesTo(file, DumpOfAllSorts());
+    Succeed("tesk convert " + file + " " + whole);
+    Succeed("tesk convert " + file + " " + selected + " \"*\"");
+    EXPECT_EQ(DumpOf(whole), DumpOf(file));
+    EXPECT_EQ(DumpOf(selected), DumpOf(file));
+    EXPECT_EQ(RunShell("tesk signals " + whole).out, RunShell("tesk signals " + file).out);
+    Succeed("tesk convert " + whole + " " + selected + " \"*\" --until 40ns");
+    EXPECT_EQ(DumpOf(selected), RunShell("tesk convert " + file + " - --until 40ns").out);
+    Succeed("tesk convert - " + selected + " < " + file);
+    EXPECT_EQ(ReadBytesOf(selected), ReadBytesOf(whole));
+}
+
+TEST(Convert, RefusesAStreamWithADamagedBlock)
+{
+    const CTemporaryFolder folder;
+    const std::string stream = (folder / "a.zyn").string();
+    WriteStream(stream, {Bit("a", {{1, "\2"}, {5, "\3"}})});
+    std::string bytes = ReadBytesOf(stream);
+    bytes[Morvel::HeaderSize] = static_cast<char>(~bytes[Morvel::HeaderSize]);
+    WriteBytesTo(stream, bytes);
+    EXPECT_EQ(Refusal(stream + " " + (folder / "a.vcd").string()),
+              "tesk: Event stream " + stream + " is damaged: a block has the wrong checksum\n");
+    EXPECT_FALSE(std::filesystem::exists(folder / "a.vcd"));
+}
+
+TEST(Convert, RefusesAVcdOfWhichNothingCanBeRead)
+{
+    const CTemporaryFolder folder;
+    const std::string file = (folder / "a.vcd").string();
+    WriteBytesTo(file, "$timescale 1ns $end\n$var wire 1 ! a\n");
+    EXPECT_EQ(Refusal(file + " " + (folder / "a.zyn").string()), Refusal(file + " -"));
+    EXPECT_FALSE(std::filesystem::exists(folder / "a.zyn"));
 }
 
 TEST(Convert, WritesTheEventsOfTenThousandAliasesOnce)

@@ -7,6 +7,7 @@
 
 #include "tools/commands/commands.h"
 #include "tools/files/selectedfile.h"
+#include "tools/files/streamimport.h"
 #include "tools/files/wavefile.h"
 #include "tools/files/waveoutput.h"
 #include "tools/output.h"
@@ -54,6 +55,10 @@ int Convert(const SConvertOptions &options)
     const bool isWhole = options.globs.empty() && options.from.empty() && options.until.empty();
     if (toStream && isWhole && KindOfFile(options.input) == EFileKind::Stream)
         throw CRefusal(OneLine(options.input) + ": is an event stream already; it can be converted to VCD and FST");
+    if (toStream && isWhole && KindOfFile(options.input) == EFileKind::Vcd) {
+        ImportEventStream(options.input, options.output);
+        return 0;
+    }
     std::unique_ptr<tesk::IWaveformFile> whole = OpenWaveFile(options.input);
     tesk::SSelection selection{options.globs, {}, {}, true};
     tesk::ReadStretch(options.from, options.until, whole->GetResolution(), selection);

@@ -184,6 +184,18 @@ std::unique_ptr<IWaveformFile> OpenWaveFile(const std::string &given)
     return OpenReadable(tesk::ReadablePath(given));
 }
 
+void ImportVcd(const std::string &path, NTARN::IDatabaseStreamWriter &writer)
+try {
+    const CLogLines log;
+    const CImportProgress progress;
+    NTARN::NImport::KImport_VCD importer;
+    importer.connectTarnWriter(&writer);
+    importer.setVcdFileName(tesk::ReadablePath(path));
+    importer.vcdImport();
+} catch (const std::runtime_error &error) {
+    throw CRefusal(OneLine(error.what()));
+}
+
 CFormulaFile::CFormulaFile(const std::string &path) : m_use(tesk::FileKind(tesk::KindOfName(path)).makeUse())
 {
     const CLogLines log;

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/tarnutil.h"
 #include "waveform/files/filekinds.h"
 #include "waveform/files/fileuse.h"
 #include "waveform/files/waveformfile.h"
@@ -19,6 +20,11 @@ std::unique_ptr<tesk::IWaveformFile> OpenWaveFile(const std::string &path);
 /// Opens a file as one of a kind, and tells on a terminal how far a long import is.
 /// @return null or an exception if it cannot be read; the log then says why, or else the exception
 std::unique_ptr<tesk::IWaveformFile> OpenAs(tesk::EFileKind kind, const std::string &path);
+
+/// Imports a VCD with a writer that throws nothing. Warnings go to standard error.
+/// @param path  "-" is standard input
+/// @throw CRefusal if it cannot be read
+void ImportVcd(const std::string &path, NTARN::IDatabaseStreamWriter &writer);
 
 /// A file opened as a formula opens it: as what its name says, and left open until the run ends, so that the stimuli of
 /// the formula find it read.

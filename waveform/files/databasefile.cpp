@@ -67,15 +67,6 @@ private:
     std::vector<SRange> m_elements;
 };
 
-std::vector<SElements> ElementsOf(const std::vector<SFileSignal> &signals)
-{
-    std::vector<SElements> elements;
-    elements.reserve(signals.size());
-    for (const SFileSignal &signal : signals)
-        elements.push_back({signal.firstElement, signal.elementCount});
-    return elements;
-}
-
 }  // namespace
 
 CDatabaseFile::CDatabaseFile(Reader &reader) : m_reader(reader), m_changes(dynamic_cast<IChangeSource *>(&reader)) {}

@@ -63,6 +63,10 @@ private:
 
 }  // namespace
 
+CStreamFile::CStreamFile(std::unique_ptr<Reader> reader)
+    : m_reader(std::move(reader)), m_changes(dynamic_cast<IChangeSource *>(m_reader->events.get()))
+{}
+
 CStreamFile::Reader *CStreamFile::OpenReader(const char *fileName)
 {
     Morvel::StreamReadPtr signals(Morvel::CreateStreamRead(fileName));
@@ -121,6 +125,24 @@ std::unique_ptr<IElementWalk> CStreamFile::Walk(long long element)
 {
     const Morvel::KEventsStore *store = GetEvents(static_cast<int>(element));
     return store != nullptr ? std::make_unique<CStreamWalk>(*store) : nullptr;
+}
+
+long long CStreamFile::IdentifyEvents(long long element)
+{
+    return m_changes != nullptr ? m_changes->IdentifyChanges(element) : element;
+}
+
+std::unique_ptr<IChangeWalk> CStreamFile::WalkChanges(const std::vector<SFileSignal> &signals)
+{
+    return m_changes != nullptr ? m_changes->WalkChanges(ElementsOf(signals)) : nullptr;
+}
+
+std::optional<std::vector<SChangeCount>> CStreamFile::CountChanges(const std::vector<SFileSignal> &signals,
+                                                                   const SStretch &stretch, const FProgress &progress)
+{
+    if (m_changes == nullptr)
+        return std::nullopt;
+    return m_changes->CountChanges(ElementsOf(signals), stretch, progress);
 }
 
 IWaveformFile *CStreamUse::Find(const SimpleString::CStr &fileName)

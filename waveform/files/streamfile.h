@@ -24,15 +24,18 @@ public:
     };
     static Reader *OpenReader(const char *fileName);
 
-    explicit CStreamFile(std::unique_ptr<Reader> reader) : m_reader(std::move(reader)) {}
+    explicit CStreamFile(std::unique_ptr<Reader> reader);
 
     long long GetResolution() override { return m_reader->events->GetResolution(); }
     long long GetEndTime() override { return m_reader->events->GetEndTime(); }
     std::optional<int> FindSignal(const char *name) override;
     long MakeSignal(int handle, bool whole, ISignal **signal) override;
     const std::vector<SFileSignal> &GetSignals() override;
-    long long IdentifyEvents(long long element) override { return element; }  // the format has no aliases
+    long long IdentifyEvents(long long element) override;
     std::unique_ptr<IElementWalk> Walk(long long element) override;
+    std::unique_ptr<IChangeWalk> WalkChanges(const std::vector<SFileSignal> &signals) override;
+    std::optional<std::vector<SChangeCount>> CountChanges(const std::vector<SFileSignal> &signals,
+                                                          const SStretch &stretch, const FProgress &progress) override;
 
     /// The events of a signal. They belong to the file; null if it has none or they cannot be read.
     const Morvel::KEventsStore *GetEvents(int handle) { return m_reader->events->GetEventsStore(handle); }
@@ -42,6 +45,7 @@ private:
     const Kestrin::KTypeInfo &TypeOf(const char *text);
 
     std::unique_ptr<Reader> m_reader;
+    IChangeSource *m_changes;  // the side of the events; null if it cannot
     std::optional<std::vector<SFileSignal>> m_signals;
     std::unordered_map<const char *, Kestrin::KTypeInfo> m_types;  // by the reader's texts, one for each type
 };

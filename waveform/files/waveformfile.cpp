@@ -48,6 +48,15 @@ bool IsOfEnumeration(const SFileSignal &signal)
     return KindOf(element != nullptr ? *element : signal.type) == Kestrin::ETypeKind::Enumeration;
 }
 
+std::vector<SElements> ElementsOf(const std::vector<SFileSignal> &signals)
+{
+    std::vector<SElements> elements;
+    elements.reserve(signals.size());
+    for (const SFileSignal &signal : signals)
+        elements.push_back({signal.firstElement, signal.elementCount});
+    return elements;
+}
+
 std::unique_ptr<IElementsWalk> IWaveformFile::WalkTogether(long long first, std::size_t count, std::size_t)
 {
     CWalks walks;

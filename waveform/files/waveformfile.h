@@ -49,6 +49,9 @@ struct SFileSignal {
 /// Whether its elements are of an enumeration.
 bool IsOfEnumeration(const SFileSignal &signal);
 
+/// Their handles.
+std::vector<SElements> ElementsOf(const std::vector<SFileSignal> &signals);
+
 /// An open file. Any operation may raise what the reader of the file raises.
 class IWaveformFile {
 public:
