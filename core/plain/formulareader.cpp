@@ -1,8 +1,13 @@
 #include "core/plain/formulareader.h"
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
 #include <memory>
+#include <string>
 #include <utility>
 
+#include "base/ascii.h"
 #include "base/wrap.h"
 #include "core/plain/tokenviews.h"
 #include "platform/crt.h"
@@ -12,25 +17,9 @@ using namespace tesk;
 
 namespace {
 
-std::string_view TakeWord(std::string_view &rest)
-{
-    return TakeToken(rest, ParserOpen, ParserClose, TokenBlanks);
-}
-
 bool IsSwitch(std::string_view token, std::string_view name)
 {
     return token.size() == name.size() && _strnicmp(token.data(), name.data(), name.size()) == 0;
-}
-
-// A unit may stand apart, "10 ns". It is only peeked at: in "1 5 xx" the word is the next value.
-void AppendUnit(std::string &number, std::string_view &rest)
-{
-    std::string_view behind = rest;
-    const std::string word(TakeWord(behind));
-    if (tesk::UnitIDFromName(word.c_str()) < 0)
-        return;
-    number += word;
-    rest = behind;
 }
 
 bool TakeAbsoluteMark(std::string_view &time)
@@ -41,14 +30,44 @@ bool TakeAbsoluteMark(std::string_view &time)
     return true;
 }
 
-// The time whose number, already taken, may have its unit at the front of `rest`. One that cannot be read is 0.
-STimeValue ReadTime(std::string_view numberToken, std::string_view &rest)
+// At most so many digits are a whole number that a double holds, and of which the sum of the digits is exact.
+constexpr std::size_t MostPlainDigits = 15;
+
+// A time of digits and perhaps a unit, which is what nearly all are, as `TextToTime` reads it. @return false for any other
+bool ReadPlainTime(std::string_view text, double &value, int &unit)
 {
-    std::string number(numberToken);
-    AppendUnit(number, rest);
+    long long number = 0;
+    std::size_t digits = 0;
+    for (; digits < text.size() && IsDigit(text[digits]); ++digits) {
+        if (digits == MostPlainDigits)
+            return false;
+        number = number * 10 + (text[digits] - '0');
+    }
+    std::array<char, 4> name{};  // no unit is longer
+    const std::string_view rest = text.substr(digits);
+    if (digits == 0 || rest.size() >= name.size())
+        return false;
+    std::ranges::copy(rest, name.begin());
+    unit = tesk::UnitIDFromName(name.data());
+    value = static_cast<double>(number);
+    return unit >= 0 || rest.empty();
+}
+
+// The time whose number, already taken, may have its unit at the front of the chunk. One that cannot be read is 0. A unit
+// may stand apart, "10 ns". It is only peeked at: in "1 5 xx" the word is the next value.
+STimeValue ReadTime(std::string_view number, CChunkTokens &chunk)
+{
+    const std::string word(chunk.Peek());
+    const bool isUnitApart = !word.empty() && tesk::UnitIDFromName(word.c_str()) >= 0;
     double value = 0.0;
     int unit = -1;
-    tesk::TextToTime(number.c_str(), &value, &unit);
+    if (isUnitApart || !ReadPlainTime(number, value, unit)) {
+        value = 0.0;
+        unit = -1;
+        tesk::TextToTime((std::string(number) + (isUnitApart ? word : "")).c_str(), &value, &unit);
+    }
+    if (isUnitApart)
+        chunk.Take();
     unit = UnitOrDefault(unit);
     STimeValue time;
     time.SetFromValue(value, unit, unit, g_simRes);
@@ -67,23 +86,23 @@ CStimulus::CFormulaReader::EReading CStimulus::CFormulaReader::ReadFormula(std::
 {
     EReading whole = EReading::Narrow;
     while (!formula.empty()) {
-        const std::string chunk =
-            TakeChunk(formula, ",", ParserOpen, ParserClose, TokenBlanks, EJoin::BehindEveryToken);
+        CChunkTokens chunk(formula);
         const EReading reading = ReadChunk(chunk);
         if (reading == EReading::Refused)
             return reading;
         whole = Join(whole, reading);
+        formula = chunk.Behind();
     }
     return m_stimulus.m_events.empty() ? EReading::Refused : whole;
 }
 
-CStimulus::CFormulaReader::EReading CStimulus::CFormulaReader::ReadChunk(std::string_view chunk)
+CStimulus::CFormulaReader::EReading CStimulus::CFormulaReader::ReadChunk(CChunkTokens &chunk)
 {
-    if (chunk.empty())
+    if (chunk.IsAtEnd())
         return EReading::Refused;
     EReading whole = EReading::Narrow;
-    while (!chunk.empty()) {
-        const std::string_view token = TakeWord(chunk);
+    while (!chunk.IsAtEnd()) {
+        const std::string_view token = chunk.Take();
         if (token.empty())
             continue;
         if (IsSwitch(token, "-r")) {
@@ -100,17 +119,17 @@ CStimulus::CFormulaReader::EReading CStimulus::CFormulaReader::ReadChunk(std::st
     return whole;
 }
 
-void CStimulus::CFormulaReader::ReadRepeat(std::string_view &rest)
+void CStimulus::CFormulaReader::ReadRepeat(CChunkTokens &chunk)
 {
-    const std::string_view number = TakeWord(rest);
-    m_stimulus.m_repeat = ReadTime(number, rest);
+    const std::string_view number = chunk.Take();
+    m_stimulus.m_repeat = ReadTime(number, chunk);
 }
 
-void CStimulus::CFormulaReader::ReadCancel(std::string_view &rest)
+void CStimulus::CFormulaReader::ReadCancel(CChunkTokens &chunk)
 {
-    std::string_view number = TakeWord(rest);
+    std::string_view number = chunk.Take();
     const bool absolute = TakeAbsoluteMark(number);
-    STimeValue time = ReadTime(number, rest);
+    STimeValue time = ReadTime(number, chunk);
     if (absolute) {
         m_stimulus.m_flags |= CancelAbsolute;
     } else {
@@ -122,11 +141,11 @@ void CStimulus::CFormulaReader::ReadCancel(std::string_view &rest)
     m_stimulus.m_cancel = time;
 }
 
-CStimulus::CFormulaReader::EReading CStimulus::CFormulaReader::ReadEvent(std::string_view value, std::string_view &rest)
+CStimulus::CFormulaReader::EReading CStimulus::CFormulaReader::ReadEvent(std::string_view value, CChunkTokens &chunk)
 {
-    std::string_view number = TakeWord(rest);
+    std::string_view number = chunk.Take();
     if (IsSwitch(number, "-cancel")) {
-        ReadCancel(rest);
+        ReadCancel(chunk);
         number = {};
     }
     const bool hasTime = !number.empty();
@@ -134,12 +153,11 @@ CStimulus::CFormulaReader::EReading CStimulus::CFormulaReader::ReadEvent(std::st
     STimeValue time = STimeValue::Zero();
     if (hasTime) {
         absolute = TakeAbsoluteMark(number);
-        time = ReadTime(number, rest);
+        time = ReadTime(number, chunk);
     }
 
     auto event = std::make_unique<CSimpleStimulus>();
-    const SimpleString::CStr text = ToCStr(value);
-    if (!event->Init(text, time, m_stimulus.m_width, absolute, m_binaryValues, m_rawValues))
+    if (!event->Init(ValueText(value), time, m_stimulus.m_width, absolute, m_binaryValues, m_rawValues))
         return EReading::Refused;
     event->SetFlag(CSimpleStimulus::HasTime, hasTime);
     const bool wide = m_binaryValues && event->m_value.GetLength() > 1;
@@ -147,13 +165,39 @@ CStimulus::CFormulaReader::EReading CStimulus::CFormulaReader::ReadEvent(std::st
     return wide ? EReading::Wide : EReading::Narrow;
 }
 
+// Most formulas go to and fro between few values.
+const SimpleString::CStr &CStimulus::CFormulaReader::ValueText(std::string_view value)
+{
+    for (const SimpleString::CStr &known : m_values) {
+        if (std::string_view(known, static_cast<std::size_t>(known.GetLength())) == value)
+            return known;
+    }
+    SimpleString::CStr &text = m_values[m_nextValue++ % m_values.size()];
+    text = ToCStr(value);
+    return text;
+}
+
 // Of two events at one time the later one wins, in the earlier one's place.
 void CStimulus::CFormulaReader::AddEvent(std::unique_ptr<CSimpleStimulus> event)
 {
     auto &events = m_stimulus.m_events;
-    const auto [place, isNew] = m_places.try_emplace(event->GetTime(), events.size());
+    const long long time = event->GetTime();
+    if (m_areTimesRising && (events.empty() || time > events.back()->GetTime())) {
+        events.push_back(std::move(event));
+        return;
+    }
+    FindPlaces();
+    const auto [place, isNew] = m_places.try_emplace(time, events.size());
     if (isNew)
         events.push_back(std::move(event));
     else
         events[place->second] = std::move(event);
+}
+
+void CStimulus::CFormulaReader::FindPlaces()
+{
+    if (!std::exchange(m_areTimesRising, false))
+        return;
+    for (std::size_t i = 0; i < m_stimulus.m_events.size(); ++i)
+        m_places.emplace(m_stimulus.m_events[i]->GetTime(), i);
 }

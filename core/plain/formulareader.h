@@ -6,12 +6,15 @@
 // time:    number [ blanks ] [ unit ]
 #pragma once
 
-#include <map>
+#include <array>
+#include <cstddef>
 #include <memory>
-#include <string>
 #include <string_view>
+#include <unordered_map>
 
+#include "core/plain/tokenviews.h"
 #include "core/stimulus.h"
+#include "settings/cstr.h"
 
 class CStimulus::CFormulaReader {
 public:
@@ -29,16 +32,22 @@ public:
     EReading ReadFormula(std::string_view formula);
 
 private:
-    // The rules take their text off the front of `rest`.
-    EReading ReadChunk(std::string_view chunk);
-    void ReadRepeat(std::string_view &rest);
-    void ReadCancel(std::string_view &rest);
-    EReading ReadEvent(std::string_view value, std::string_view &rest);
+    // The rules take their tokens off the front of the chunk.
+    EReading ReadChunk(tesk::CChunkTokens &chunk);
+    void ReadRepeat(tesk::CChunkTokens &chunk);
+    void ReadCancel(tesk::CChunkTokens &chunk);
+    EReading ReadEvent(std::string_view value, tesk::CChunkTokens &chunk);
     static EReading Join(EReading left, EReading right);
+    const SimpleString::CStr &ValueText(std::string_view value);
     void AddEvent(std::unique_ptr<CSimpleStimulus> event);
+    void FindPlaces();
 
     CStimulus &m_stimulus;
     bool m_binaryValues;
     bool m_rawValues;
-    std::map<long long, std::size_t> m_places;  // time of an event to its place in the list
+    std::array<SimpleString::CStr, 2> m_values;  // that were read last, to be shared
+    unsigned m_nextValue = 0;                    // which of them goes next
+    // Times rise in most formulas. From the first that does not on m_places has the place of each event by its time.
+    bool m_areTimesRising = true;
+    std::unordered_map<long long, std::size_t> m_places;
 };

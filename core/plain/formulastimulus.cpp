@@ -69,7 +69,8 @@ void CStimulus::BuildIndex()
     }
     for (CTimeIndex *index : {&m_absoluteIndex, &m_relativeIndex}) {
         // Of equal times the first event in the list counts.
-        std::ranges::stable_sort(*index, {}, &SIndexEntry::time);
+        if (!std::ranges::is_sorted(*index, {}, &SIndexEntry::time))
+            std::ranges::stable_sort(*index, {}, &SIndexEntry::time);
         const auto isRepeated = [](const SIndexEntry &first, const SIndexEntry &next) {
             return first.time == next.time;
         };

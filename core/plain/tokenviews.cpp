@@ -1,6 +1,7 @@
 #include "core/plain/tokenviews.h"
 
 #include <algorithm>
+#include <array>
 
 namespace tesk {
 
@@ -80,6 +81,68 @@ std::string TakeChunk(std::string_view &rest, const char *stop, const char *open
     }
     SkipAny(rest, stops);
     return chunk;
+}
+
+namespace {
+
+// Which characters part the tokens of a chunk.
+constexpr std::array<bool, 256> Parts = [] {
+    std::array<bool, 256> parts{};
+    for (const char c : std::string_view(TokenBlanks))
+        parts[static_cast<unsigned char>(c)] = true;
+    parts[','] = true;
+    return parts;
+}();
+
+bool IsPart(char c)
+{
+    return Parts[static_cast<unsigned char>(c)];
+}
+
+// As `TakeToken` with the parser's groups. @param isClosed  receives whether the token is no group that lacks its end
+std::string_view TakeChunkToken(std::string_view &rest, bool &isClosed)
+{
+    rest.remove_prefix(static_cast<std::size_t>(std::ranges::find_if_not(rest, IsPart) - rest.begin()));
+    isClosed = true;
+    if (rest.empty())
+        return {};
+    std::size_t end = 0;
+    if (const char closer = CloserOf(rest.front(), ParserOpen, ParserClose); closer != 0) {
+        end = FindCloser(rest, closer) + 1;
+        isClosed = end <= rest.size();
+    } else {
+        end = static_cast<std::size_t>(std::ranges::find_if(rest, IsPart) - rest.begin());
+    }
+    const std::string_view token = rest.substr(0, end);
+    rest.remove_prefix(token.size());
+    return token;
+}
+
+}  // namespace
+
+std::string_view CChunkTokens::Take()
+{
+    if (IsAtEnd())
+        return {};
+    bool isClosed = true;
+    const std::string_view token = TakeChunkToken(m_rest, isClosed);
+    if (isClosed)
+        return token;
+    m_unclosed = token;
+    m_unclosed += TokenBlanks[0];
+    return m_unclosed;
+}
+
+std::string_view CChunkTokens::Peek() const
+{
+    std::string_view rest = m_rest;
+    bool isClosed = true;
+    return IsAtEnd() ? std::string_view() : TakeChunkToken(rest, isClosed);
+}
+
+std::string_view CChunkTokens::Behind() const
+{
+    return m_rest.substr(std::min(m_rest.find_first_not_of(','), m_rest.size()));
 }
 
 }  // namespace tesk

@@ -13,16 +13,18 @@ SimpleString::CStr ArgumentsOf(const char *formula, const char *behindKeyword)
     return isQuoted ? arguments.Left(last) : arguments;
 }
 
-CKeywordSearch::CKeywordSearch(const char *formula) : m_formula(formula), m_lower(formula)
-{
-    const auto lower = [](char c) { return static_cast<char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c); };
-    std::ranges::transform(m_lower, m_lower.begin(), lower);
-}
-
 const char *CKeywordSearch::Behind(std::string_view keyword) const
 {
-    const std::size_t at = m_lower.find(keyword);
-    return at == std::string::npos ? nullptr : m_formula + at + keyword.size();
+    const auto isSame = [](char letter, char small) {
+        return (letter >= 'A' && letter <= 'Z' ? letter + ('a' - 'A') : letter) == small;
+    };
+    for (std::size_t at = m_formula.find(keyword.front()); at != m_formula.npos;
+         at = m_formula.find(keyword.front(), at + 1)) {
+        const std::string_view text = m_formula.substr(at, keyword.size());
+        if (std::ranges::equal(text, keyword, isSame))
+            return text.data() + text.size();
+    }
+    return nullptr;
 }
 
 }  // namespace tesk

@@ -1,7 +1,6 @@
 // Looking for keywords in a formula.
 #pragma once
 
-#include <string>
 #include <string_view>
 
 #include "settings/cstr.h"
@@ -17,16 +16,16 @@ SimpleString::CStr ArgumentsOf(const char *formula, const char *behindKeyword);
 class CKeywordSearch {
 public:
     /// @param formula  must outlive the search
-    explicit CKeywordSearch(const char *formula);
+    explicit CKeywordSearch(const char *formula) : m_formula(formula) {}
 
-    bool Has(std::string_view keyword) const { return m_lower.find(keyword) != std::string::npos; }
+    bool Has(std::string_view keyword) const { return Behind(keyword) != nullptr; }
 
     /// What stands behind the first occurrence of a keyword, in the caller's letter case; null without one.
+    /// @param keyword  in small letters; begins with no letter
     const char *Behind(std::string_view keyword) const;
 
 private:
-    const char *m_formula;
-    std::string m_lower;
+    std::string_view m_formula;
 };
 
 }  // namespace tesk

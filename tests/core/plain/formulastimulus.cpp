@@ -231,3 +231,15 @@ TEST(Event, RefusesAnEmptyValueAndANegativeTime)
     time.m_ticks = -1;
     EXPECT_FALSE(event.Init("1", time, -1, false, false, false));
 }
+
+// A point takes the way that all numbers can be read by.
+TEST(PlainTime, IsReadAlikeWithAPointAndWithout)
+{
+    std::string digits;
+    for (int i = 1; i <= 20; ++i) {
+        digits += static_cast<char>('0' + i * 7 % 10);
+        for (const char *unit : {"", "fs", "PS", "ns", " us", "sec", "hr", "xy", "longer"}) {
+            EXPECT_EQ(Canonical("1 0fs, 0 " + digits + unit), Canonical("1 0fs, 0 " + digits + "." + unit)) << digits << unit;
+        }
+    }
+}
