@@ -6,7 +6,9 @@
 
 #include "signal/signal.h"
 #include "signal/tree/component.h"
+#include "signal/tree/nexttimes.h"
 #include "signal/tree/signalwalk.h"
+#include "signal/tree/watchedevents.h"
 
 using namespace tesk;
 
@@ -60,6 +62,9 @@ private:
     bool Collect(ISignal &signal);
     bool AddLeaf(ISignal &leaf);
     long long NextTime() const;
+    long ScanForNext();
+    void QueueTimes();
+    long long TakeNext(std::size_t leaf);
     void ShowCurrentEvents();
     IEvent *EventAt(unsigned index) const { return index < m_events.size() ? m_events[index] : nullptr; }
 
@@ -67,6 +72,11 @@ private:
     std::vector<TReference<IEventIterator>> m_iterators;  // one per leaf, each on the leaf's next unread event
     std::vector<IEvent *> m_events;                       // per leaf its event at m_time; null if it has none
     std::vector<unsigned> m_sizes;                        // per leaf the size of its value
+    // Where the leaves stand; looked at anew when a wave has changed, and when the leaves were placed otherwise.
+    CNextTimes m_times;
+    bool m_areTimesKnown = false;
+    bool m_areWatched = true;  // false if a leaf cannot tell that its wave has changed
+    std::shared_ptr<CChangeMark> m_hasChanged = std::make_shared<CChangeMark>(false);
     CBusEventImp m_busEvent;
 };
 
@@ -130,6 +140,10 @@ bool CBusEventIterator::AddLeaf(ISignal &leaf)
     if (leaf.CreateEventIterator(&iterator) < 0)
         return false;
     m_iterators.emplace_back(iterator);
+    if (IWatchedEvents *const watched = dynamic_cast<IWatchedEvents *>(iterator))
+        watched->Watch(m_hasChanged);
+    else
+        m_areWatched = false;
     m_events.push_back(nullptr);
     m_sizes.push_back(leaf.GetValueSize());
     return true;
@@ -151,14 +165,54 @@ long long CBusEventIterator::NextTime() const
 
 long CBusEventIterator::Next()
 {
+    if (!m_areWatched || std::exchange(*m_hasChanged, false)) {
+        m_areTimesKnown = false;
+        return ScanForNext();
+    }
+    if (!m_areTimesKnown)
+        QueueTimes();
+    m_time = m_times.Least();
+    if (m_time == CNextTimes::Never)
+        return ScanForNext();  // all have ended, or have an event at the very end of time
+    m_times.Take([this](std::size_t leaf) { return TakeNext(leaf); });
+    return S_OK;
+}
+
+void CBusEventIterator::QueueTimes()
+{
+    const auto isEmpty = [](const TReference<IEventIterator> &iterator) { return iterator->HasEvents() == 0; };
+    std::vector<long long> times;
+    if (std::ranges::none_of(m_iterators, isEmpty)) {
+        for (const TReference<IEventIterator> &iterator : m_iterators) {
+            const long long time = iterator->GetCurrentTime();
+            times.push_back(time != NoTime ? time : CNextTimes::Never);
+        }
+    }
+    m_times.Assign(std::move(times));
+    m_areTimesKnown = true;
+}
+
+// Takes the leaf's event at the time of the bus. @return when it has the next one
+long long CBusEventIterator::TakeNext(std::size_t leaf)
+{
+    IEvent *event = nullptr;
+    if (m_iterators[leaf]->Next(1, &event, nullptr) == S_OK)
+        m_events[leaf] = event;
+    const long long time = m_iterators[leaf]->GetCurrentTime();
+    return time != NoTime ? time : CNextTimes::Never;
+}
+
+// `Next` by a look at all leaves.
+long CBusEventIterator::ScanForNext()
+{
+    m_areTimesKnown = false;
     m_time = NextTime();
     if (m_time == NoTime)
         return S_FALSE;
     for (std::size_t i = 0; i < m_iterators.size(); ++i) {
         const long long time = m_iterators[i]->GetCurrentTime();
-        IEvent *event = nullptr;
-        if (time != NoTime && time <= m_time && m_iterators[i]->Next(1, &event, nullptr) == S_OK)
-            m_events[i] = event;
+        if (time != NoTime && time <= m_time)
+            TakeNext(i);
     }
     return S_OK;
 }
@@ -167,6 +221,7 @@ void CBusEventIterator::Reset()
 {
     for (const TReference<IEventIterator> &iterator : m_iterators)
         iterator->Reset();
+    m_areTimesKnown = false;
     ShowCurrentEvents();
     m_time = NoTime;
 }
@@ -177,6 +232,7 @@ long CBusEventIterator::Seek(long long time, int mode)
     const int leafMode = mode == Exact ? AtOrBefore : mode;
     bool isHit = false;
     long result = S_OK;
+    m_areTimesKnown = false;
     for (std::size_t i = 0; i < m_iterators.size() && result >= 0; ++i) {
         result = m_iterators[i]->Seek(time, leafMode);
         isHit = isHit || (result >= 0 && m_iterators[i]->GetCurrentTime() == time);

@@ -3,10 +3,12 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <utility>
 #include <vector>
 
 #include "signal/tree/component.h"
+#include "signal/tree/watchedevents.h"
 #include "signal/wave.h"
 
 using namespace tesk;
@@ -101,6 +103,7 @@ public:
     TEventImp<W> *EventAt(std::size_t index) { return index < m_events.size() ? &m_events[index] : nullptr; }
     /// @return the index of the event that `mode` finds, or NotFound
     std::size_t Search(long long time, int mode) const;
+    void Watch(const std::shared_ptr<CChangeMark> &mark) { m_watchers.Add(mark); }
 
 private:
     bool EndsAt(long long time) const { return !m_events.empty() && m_events.back().m_time == time; }
@@ -110,11 +113,12 @@ private:
     std::vector<TEventImp<W>> m_events;   // ascending by time
     std::vector<TEventImp<W>> m_pending;  // in the order of pushing
     unsigned m_lastDelta = 0;             // of the last write by AddEvent or AddMarkedEvent
+    CEventWatchers m_watchers;            // told whenever events come or go
 };
 
 /// A position as an index: one that outlives a change of the events points elsewhere, never into freed memory.
 template <unsigned W>
-class TEventIteratorImp final : public TComponent<IEventIterator, IID_IEventIterator> {
+class TEventIteratorImp final : public TComponent<IEventIterator, IID_IEventIterator>, public IWatchedEvents {
 public:
     explicit TEventIteratorImp(TSignalWaveImp<W> &wave) : m_wave(wave) {}
 
@@ -126,6 +130,7 @@ public:
     int HasEvents() override { return m_wave.Count() != 0; }
     long long GetCurrentTime() override;
     long Seek(long long time, int mode) override;
+    void Watch(const std::shared_ptr<CChangeMark> &mark) override { m_wave.Watch(mark); }
 
 private:
     TSignalWaveImp<W> &m_wave;  // no reference held
@@ -135,12 +140,14 @@ private:
 template <unsigned W>
 long TSignalWaveImp<W>::AddEvent(long long time, unsigned delta, const void *value, unsigned size)
 {
-    if (!EndsAt(time))
+    if (!EndsAt(time)) {
         m_events.emplace_back(time, 0, value, size);
-    else if (delta < m_lastDelta)
+        m_watchers.Tell();
+    } else if (delta < m_lastDelta) {
         return S_OK;
-    else
+    } else {
         m_events.back().StoreValue(value, size);
+    }
     m_lastDelta = delta;
     return S_OK;
 }
@@ -150,6 +157,7 @@ long TSignalWaveImp<W>::AddMarkedEvent(long long time, unsigned delta, const voi
 {
     if (!EndsAt(time)) {
         m_events.emplace_back(time, Marked, value, size);
+        m_watchers.Tell();
     } else {
         TEventImp<W> &last = m_events.back();
         last.StoreValue(value, size);
@@ -178,6 +186,7 @@ template <unsigned W>
 void TSignalWaveImp<W>::CommitPendingEvents()
 {
     m_events.insert(m_events.begin(), m_pending.rbegin(), m_pending.rend());
+    m_watchers.Tell();
     ClearPendingEvents();
 }
 
@@ -185,6 +194,7 @@ template <unsigned W>
 void TSignalWaveImp<W>::ClearEvents()
 {
     m_events.clear();
+    m_watchers.Tell();
     m_lastDelta = 0;
 }
 
@@ -238,6 +248,7 @@ long TSignalWaveImp<W>::DeleteEvent(long long time)
     if (event == NotFound)
         return E_FAIL;
     m_events.erase(m_events.begin() + static_cast<std::ptrdiff_t>(event));
+    m_watchers.Tell();
     return S_OK;
 }
 
@@ -253,6 +264,7 @@ long TSignalWaveImp<W>::DeleteEvents(long long first, long long last)
     if (start < stop)  // the other way round only if the times do not rise
         m_events.erase(m_events.begin() + static_cast<std::ptrdiff_t>(start),
                        m_events.begin() + static_cast<std::ptrdiff_t>(stop));
+    m_watchers.Tell();
     return S_OK;
 }
 

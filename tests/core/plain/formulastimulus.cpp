@@ -239,7 +239,8 @@ TEST(PlainTime, IsReadAlikeWithAPointAndWithout)
     for (int i = 1; i <= 20; ++i) {
         digits += static_cast<char>('0' + i * 7 % 10);
         for (const char *unit : {"", "fs", "PS", "ns", " us", "sec", "hr", "xy", "longer"}) {
-            EXPECT_EQ(Canonical("1 0fs, 0 " + digits + unit), Canonical("1 0fs, 0 " + digits + "." + unit)) << digits << unit;
+            EXPECT_EQ(Canonical("1 0fs, 0 " + digits + unit), Canonical("1 0fs, 0 " + digits + "." + unit))
+                << digits << unit;
         }
     }
 }
