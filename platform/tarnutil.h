@@ -20,7 +20,13 @@ struct WaveEvent {
 struct WaveWord {
     std::uint64_t m_planes[4];
 
-    bool operator==(const WaveWord &) const = default;
+    // Written out for users who compile as C++17.
+    bool operator==(const WaveWord &other) const
+    {
+        return m_planes[0] == other.m_planes[0] && m_planes[1] == other.m_planes[1] &&
+               m_planes[2] == other.m_planes[2] && m_planes[3] == other.m_planes[3];
+    }
+    bool operator!=(const WaveWord &other) const { return !(*this == other); }
 };
 
 /// No element has a value: all have the position 15.

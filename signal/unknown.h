@@ -16,7 +16,18 @@ struct GUID {
     std::uint16_t Data3;
     std::uint8_t Data4[8];
 
-    friend constexpr bool operator==(const GUID &, const GUID &) = default;
+    // Written out for users who compile as C++17.
+    friend constexpr bool operator==(const GUID &left, const GUID &right)
+    {
+        if (left.Data1 != right.Data1 || left.Data2 != right.Data2 || left.Data3 != right.Data3)
+            return false;
+        for (int i = 0; i < 8; ++i) {
+            if (left.Data4[i] != right.Data4[i])
+                return false;
+        }
+        return true;
+    }
+    friend constexpr bool operator!=(const GUID &left, const GUID &right) { return !(left == right); }
 };
 
 inline constexpr GUID IID_IUnknown = {0x00000000, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};

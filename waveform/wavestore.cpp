@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <exception>
 #include <memory>
+#include <span>
 #include <stdexcept>
 #include <utility>
 
@@ -141,21 +142,21 @@ void WaveStore::addWord(const long long *last, std::intptr_t count)
     if (m_words.size() == CEventRun::NoWord)
         throw std::length_error("too many words");
     ReserveForOne(m_words);
-    const std::span<CEventRun> runs = last != nullptr ? FindWordRuns(*last, count) : std::span<CEventRun>();
+    std::span<CEventRun> runs;
+    if (last != nullptr && CanShareWord(*last, count))
+        runs = {m_events.data() + (*last - count), static_cast<std::size_t>(count)};
     for (CEventRun &run : runs)
         run.SetWord(static_cast<std::uint32_t>(m_words.size()));
     m_words.emplace_back(runs.empty() ? 0 : static_cast<std::uint32_t>(*last), static_cast<std::uint32_t>(runs.size()));
 }
 
-// @return none if not all can go together
-std::span<CEventRun> WaveStore::FindWordRuns(long long last, std::intptr_t count)
+// Whether `count` elements up to a handle are there, and stand in no other word.
+bool WaveStore::CanShareWord(long long last, std::intptr_t count) const
 {
     if (count < 1 || count > 64 || last < count || last > static_cast<long long>(m_events.size()))
-        return {};
+        return false;
     const std::span runs(m_events.data() + (last - count), static_cast<std::size_t>(count));
-    const bool areFree =
-        std::ranges::all_of(runs, [](const CEventRun &run) { return run.Word() == CEventRun::NoWord; });
-    return areFree ? runs : std::span<CEventRun>();
+    return std::ranges::all_of(runs, [](const CEventRun &run) { return run.Word() == CEventRun::NoWord; });
 }
 
 void WaveStore::addWordEvents(std::size_t word, const long long *time, const WaveWord *before, const WaveWord *after)
@@ -306,10 +307,10 @@ const WaveEvent *WaveStore::FindNext(long long handle, long long time) const
     return run != nullptr && run->FindNext(time, m_next) ? &m_next : nullptr;
 }
 
-std::size_t WaveStore::ReadEvents(long long handle, SEventPlace &place, std::span<WaveEvent> events) const
+std::size_t WaveStore::ReadEvents(long long handle, SEventPlace &place, WaveEvent *events, std::size_t room) const
 {
     const CEventRun *const run = FindSettled(handle);
-    return run != nullptr ? run->Read(place, events) : 0;
+    return run != nullptr ? run->Read(place, {events, room}) : 0;
 }
 
 WaveStore *ImportVcdFile(const char *path)

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <span>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -104,8 +103,9 @@ public:
     /// Copies events in their order, from where `place` stands, as many as there is room for, and moves it behind them.
     /// So all events of an element are walked over at a few nanoseconds each.
     /// @param place  a new one, or as the last call for this handle left it
+    /// @param room  how many `events` can take
     /// @return how many; 0 at the end
-    std::size_t ReadEvents(long long handle, tesk::SEventPlace &place, std::span<WaveEvent> events) const;
+    std::size_t ReadEvents(long long handle, tesk::SEventPlace &place, WaveEvent *events, std::size_t room) const;
 
     /// Femtoseconds per file tick.
     long long GetResolution() const { return m_resolution; }
@@ -117,7 +117,7 @@ private:
 
     std::size_t FindRun(long long handle) const;
     const tesk::CEventRun *FindSettled(long long handle) const;
-    std::span<tesk::CEventRun> FindWordRuns(long long last, std::intptr_t count);
+    bool CanShareWord(long long last, std::intptr_t count) const;
     void Settle() const;
     void SettleWord(std::uint32_t word) const;
 

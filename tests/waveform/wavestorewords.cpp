@@ -45,7 +45,7 @@ TEST(WaveStore, ReadsTheEventsOfAnElementPieceByPiece)
         std::vector<WaveEvent> events(room);
         tesk::SEventPlace place;
         int read = 0;
-        while (const std::size_t count = store.ReadEvents(3, place, events)) {
+        while (const std::size_t count = store.ReadEvents(3, place, events.data(), events.size())) {
             for (std::size_t i = 0; i < count; ++i, ++read) {
                 ASSERT_EQ(events[i].m_time, read / 2);
                 ASSERT_EQ(events[i].m_value, read % 7 == 0 ? UINT64_MAX : static_cast<std::uint64_t>(read % 9));
@@ -53,12 +53,12 @@ TEST(WaveStore, ReadsTheEventsOfAnElementPieceByPiece)
             }
         }
         EXPECT_EQ(read, 1000) << room;
-        EXPECT_EQ(store.ReadEvents(3, place, {}), 0u);
+        EXPECT_EQ(store.ReadEvents(3, place, nullptr, 0), 0u);
     }
     tesk::SEventPlace place;
     std::vector<WaveEvent> events(3);
-    EXPECT_EQ(store.ReadEvents(2, place, events), 0u);
-    EXPECT_EQ(store.ReadEvents(9, place, events), 0u);
+    EXPECT_EQ(store.ReadEvents(2, place, events.data(), events.size()), 0u);
+    EXPECT_EQ(store.ReadEvents(9, place, events.data(), events.size()), 0u);
 }
 
 TEST(WaveStore, GoesOnReadingWhatWasAddedMeanwhile)
@@ -68,9 +68,9 @@ TEST(WaveStore, GoesOnReadingWhatWasAddedMeanwhile)
     tesk::SEventPlace place;
     WaveEvent event;
     for (int i = 0; i < 500; ++i) {
-        ASSERT_EQ(store.ReadEvents(1, place, {&event, 1}), 0u);
+        ASSERT_EQ(store.ReadEvents(1, place, &event, 1), 0u);
         AddEvent(store, 1, i * 40LL, 3);
-        ASSERT_EQ(store.ReadEvents(1, place, {&event, 1}), 1u);
+        ASSERT_EQ(store.ReadEvents(1, place, &event, 1), 1u);
         ASSERT_EQ(event.m_time, i * 40LL);
     }
 }
@@ -116,11 +116,11 @@ TEST(WaveStore, TakesWordsLikeTheEventsOfTheirElements)
             tesk::SEventPlace otherPlace;
             WaveEvent event;
             WaveEvent other;
-            while (words.ReadEvents(handle, place, {&event, 1}) == 1) {
-                ASSERT_EQ(events.ReadEvents(handle, otherPlace, {&other, 1}), 1u);
+            while (words.ReadEvents(handle, place, &event, 1) == 1) {
+                ASSERT_EQ(events.ReadEvents(handle, otherPlace, &other, 1), 1u);
                 ASSERT_EQ(Show(&event), Show(&other));
             }
-            ASSERT_EQ(events.ReadEvents(handle, otherPlace, {&other, 1}), 0u);
+            ASSERT_EQ(events.ReadEvents(handle, otherPlace, &other, 1), 0u);
         }
     }
 }

@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <span>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -47,7 +46,7 @@ private:
         if (m_next == m_count) {
             if (m_events.size() < MostEvents)
                 m_events.resize(2 * m_events.size() + 1);
-            m_count = m_store.ReadEvents(m_handle, m_place, m_events);
+            m_count = m_store.ReadEvents(m_handle, m_place, m_events.data(), m_events.size());
             m_next = 0;
         }
         return m_next < m_count ? &m_events[m_next] : nullptr;
@@ -96,9 +95,9 @@ private:
     void Read(std::size_t element)
     {
         SElement &read = m_elements[element];
-        const auto room = std::span(m_events).subspan(element * m_ahead, m_ahead);
-        read.count =
-            static_cast<std::uint32_t>(m_store.ReadEvents(m_first + static_cast<long long>(element), read.place, room));
+        const std::size_t count = m_store.ReadEvents(m_first + static_cast<long long>(element), read.place,
+                                                     m_events.data() + element * m_ahead, m_ahead);
+        read.count = static_cast<std::uint32_t>(count);
         read.next = 0;
     }
 

@@ -206,7 +206,7 @@ std::string EventsOf(const WaveStore &store, long long handle, std::size_t room)
     CRecorder recorder;
     tesk::SEventPlace place;
     std::vector<WaveEvent> events(room);
-    while (const std::size_t count = store.ReadEvents(handle, place, events)) {
+    while (const std::size_t count = store.ReadEvents(handle, place, events.data(), events.size())) {
         for (std::size_t i = 0; i < count; ++i)
             recorder.addEvent(&handle, &events[i]);
     }
