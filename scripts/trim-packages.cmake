@@ -1,0 +1,15 @@
+# Run by CPack on its packages: the library's names its trigger for the cache of the dynamic linker, and the scripts that CPack
+# gives packages for that, which Debian's policy has no room for, go.
+foreach(package ${CPACK_PACKAGE_FILES})
+    set(tree ${package}.tree)
+    execute_process(COMMAND dpkg-deb --raw-extract ${package} ${tree} COMMAND_ERROR_IS_FATAL ANY)
+    file(REMOVE ${tree}/DEBIAN/postinst ${tree}/DEBIAN/postrm)
+    file(GLOB libraries ${tree}/usr/lib/*/*.so.*.*)
+    if(libraries)
+        file(WRITE ${tree}/DEBIAN/triggers "activate-noawait ldconfig\n")
+    else()
+        file(REMOVE ${tree}/DEBIAN/shlibs)
+    endif()
+    execute_process(COMMAND dpkg-deb --root-owner-group --build ${tree} ${package} OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+    file(REMOVE_RECURSE ${tree})
+endforeach()
