@@ -9,8 +9,8 @@ int main(int argc, char **argv)
     const CLogLines log(CLogLines::EWarnings::Shown, CLogLines::EErrors::Shown);
     CCommandLine commandLine;
     for (const auto add : {AddPlayCommand, AddCheckCommand, AddSplitCommand, AddClockCommand, AddCounterCommand,
-                           AddRandomCommand, AddTypeCommand, AddSignalsCommand, AddConvertCommand, AddDiffCommand,
-                           AddExportCommand, AddImportCommand, AddHelpCommand, AddCompletionCommand})
+                           AddRandomCommand, AddTypeCommand, AddSignalsCommand, AddViewCommand, AddConvertCommand,
+                           AddDiffCommand, AddExportCommand, AddImportCommand, AddHelpCommand, AddCompletionCommand})
         add(commandLine);
     return commandLine.Run(argc, argv);
 }

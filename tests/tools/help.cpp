@@ -71,9 +71,10 @@ TEST(Usage, RepeatsAnUnknownWordWithTheNearestName)
         {"tesk clock --frequency 1MHz",
          "tesk: clock has no option --frequency (did you mean --freq?); \"tesk help clock\" lists them\n"},
         {"tesk play '1 0ns' --radix hx",
-         "tesk: --radix takes no \"hx\" (did you mean \"hex\"?); use bin, dec, hex, oct, "
+         "tesk: --radix takes no \"hx\" (did you mean \"hex\"?); use analog, analog-signed, bin, dec, hex, oct, "
          "signed\n"},
-        {"tesk play '1 0ns' --radix=what", "tesk: --radix takes no \"what\"; use bin, dec, hex, oct, signed\n"},
+        {"tesk play '1 0ns' --radix=what",
+         "tesk: --radix takes no \"what\"; use analog, analog-signed, bin, dec, hex, oct, signed\n"},
         {"tesk play --radix hex", "tesk: play needs FORMULA; \"tesk help play\" tells of it\n"},
         {"tesk convert a.vcd", "tesk: convert needs OUTPUT; \"tesk help convert\" tells of it\n"},
         {"tesk play '1 0ns' --zzz", "tesk: play has no option --zzz; \"tesk help play\" lists them\n"},

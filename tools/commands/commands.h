@@ -18,3 +18,4 @@ void AddRandomCommand(CCommandLine &commandLine);
 void AddSignalsCommand(CCommandLine &commandLine);
 void AddSplitCommand(CCommandLine &commandLine);
 void AddTypeCommand(CCommandLine &commandLine);
+void AddViewCommand(CCommandLine &commandLine);

@@ -104,6 +104,7 @@ void Arrange(const SPlayOptions &options, bool showsRadix, SWaveform &waveform)
     const std::optional<tesk::ERadix> radix = tesk::RadixOf(options.radix);
     if (radix && showsRadix)
         tesk::ShowInRadix(waveform, *radix);
+    tesk::DrawRealsAsCurves(waveform);
 }
 
 // Plays a bench, unless one of its faults is in the way. All of them are told.
@@ -149,8 +150,7 @@ SWaveform PlayNamed(const SPlayOptions &options)
 void Write(const SPlayOptions &options, SWaveform &waveform)
 {
     const tesk::SOutputFormat &format = tesk::FindOutputFormat(options.format, options.output);
-    if (format.isBinary && IsTerminal() && (options.output.empty() || options.output == "-"))
-        throw CRefusal(std::string(format.name) + " is nothing for a terminal; give it a file with -o FILE");
+    tesk::RefuseBinaryOnTerminal(format, options.output);
     Arrange(options, format.showsRadix, waveform);
     WriteOutput(options.output,
                 [&](std::ostream &out) { format.write(out, waveform, static_cast<int>(options.width)); });
@@ -272,7 +272,8 @@ void AddPlayCommand(CCommandLine &commandLine)
     command.Option("-o,--output", options->output, "FILE",
                    "Write to a file, whole or not at all; - is standard output");
     command.Option("--name", options->name, "NAME", "What the signal is called in the output");
-    command.Choice("--radix", options->radix, tesk::RadixNames(), "How the values of buses are shown, but in a dump");
+    command.Choice("--radix", options->radix, tesk::RadixNames(),
+                   "How the values of buses are shown, but in a dump; analog draws curves");
     command.Flag("--no-elements", options->hasNoElements, "Show a composite signal without its elements");
     command.Flag("--strict", options->isStrict, "Play nothing, with status 1, if a formula cannot mean what it says");
     command.Number("--width", options->width, 40, 100000, "Of a picture, in pixels (svg) or columns (wave)");

@@ -1,11 +1,11 @@
 #include "tools/play/longreplay.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <limits>
 #include <utility>
 
+#include "tools/files/recordedtext.h"
 #include "tools/message.h"
 #include "tools/output.h"
 #include "tools/play/fileformula.h"
@@ -17,14 +17,6 @@ namespace tesk {
 namespace {
 
 constexpr long long Longest = std::numeric_limits<long long>::max();
-
-std::string ScalarText(const Kestrin::KTypeInfo &type, std::uint64_t value)
-{
-    std::array<unsigned char, 8> bytes{};
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        bytes[i] = static_cast<unsigned char>(value >> (8 * i));
-    return type.GetValueString_OldFormat(bytes.data(), 0, 0, 0, false);
-}
 
 }  // namespace
 

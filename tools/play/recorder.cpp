@@ -10,7 +10,6 @@ namespace tesk {
 
 namespace {
 
-constexpr std::size_t MostChanges = 2'000'000;
 constexpr std::size_t SinkChanges = 65536;    // that a sink takes at a time
 constexpr std::size_t MostBytes = 256 << 20;  // of their values
 
@@ -34,21 +33,36 @@ void CChangeRecorder::Drain(std::vector<SChange> &changes, const CChangeSink &si
     changes.push_back(std::move(last));
 }
 
-void CChangeRecorder::Add(std::vector<SChange> &changes, SChange change, long long from)
+void CChangeRecorder::Count(const SChange &change)
 {
-    if (change.ticks <= from && !changes.empty()) {  // the last one is not in force where the shown stretch begins
-        m_bytes -= changes.back().value.value_or("").size();
-        --m_held;
-        changes.pop_back();
-    }
     ++m_held;
-    if (m_held > MostChanges)
-        throw CRefusal("more than " + std::to_string(MostChanges) +
-                       " changes; give an earlier end with --until, or write a single signal as CSV");
+    if (m_held > m_most)
+        throw CRefusal("more than " + std::to_string(m_most) + " changes; " + m_advice);
     m_bytes += change.value ? change.value->size() : 0;
     if (m_bytes > MostBytes)
         throw CRefusal("the values of the changes have more than " + std::to_string(MostBytes >> 20) +
                        " MiB; give an earlier end with --until");
+}
+
+void CChangeRecorder::TakeBack(std::vector<SChange> &changes)
+{
+    m_bytes -= changes.back().value ? changes.back().value->size() : 0;
+    --m_held;
+    changes.pop_back();
+}
+
+std::vector<SChange> CChangeRecorder::Copy(const std::vector<SChange> &changes)
+{
+    for (const SChange &change : changes)
+        Count(change);
+    return changes;
+}
+
+void CChangeRecorder::Add(std::vector<SChange> &changes, SChange change, long long from)
+{
+    if (change.ticks <= from && !changes.empty())
+        TakeBack(changes);  // is not in force where the shown stretch begins
+    Count(change);
     change.ticks = std::max(change.ticks, from);
     changes.push_back(std::move(change));
 }

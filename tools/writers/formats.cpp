@@ -6,6 +6,7 @@
 #include <iterator>
 #include <vector>
 
+#include "tools/commandline.h"
 #include "tools/examine/nearname.h"
 #include "tools/message.h"
 #include "tools/output.h"
@@ -15,23 +16,32 @@ namespace tesk {
 
 namespace {
 
-constexpr int DefaultPixels = 900;
+int UsualPixels()
+{
+    return 900;
+}
 
 constexpr SOutputFormat Formats[] = {
-    {"table", "txt", false, true, [](std::ostream &out, const SWaveform &waveform, int) { WriteTable(out, waveform); }},
-    {"csv", "csv", false, true, [](std::ostream &out, const SWaveform &waveform, int) { WriteCsv(out, waveform); }},
-    {"json", "json", false, true, [](std::ostream &out, const SWaveform &waveform, int) { WriteJson(out, waveform); }},
-    {"vcd", "vcd", false, false, [](std::ostream &out, const SWaveform &waveform, int) { WriteVcd(out, waveform); }},
+    {"table", "txt", false, true, [](std::ostream &out, const SWaveform &waveform, int) { WriteTable(out, waveform); },
+     nullptr},
+    {"csv", "csv", false, true, [](std::ostream &out, const SWaveform &waveform, int) { WriteCsv(out, waveform); },
+     nullptr},
+    {"json", "json", false, true, [](std::ostream &out, const SWaveform &waveform, int) { WriteJson(out, waveform); },
+     nullptr},
+    {"vcd", "vcd", false, false, [](std::ostream &out, const SWaveform &waveform, int) { WriteVcd(out, waveform); },
+     nullptr},
     {"fst", "fst", true, false,
-     [](std::ostream &out, const SWaveform &waveform, int) { WriteFstWaveform(out, waveform); }},
+     [](std::ostream &out, const SWaveform &waveform, int) { WriteFstWaveform(out, waveform); }, nullptr},
     {"svg", "svg", false, true,
      [](std::ostream &out, const SWaveform &waveform, int width) {
-         WriteSvg(out, waveform, width != 0 ? width : DefaultPixels);
-     }},
+         WriteSvg(out, waveform, width != 0 ? width : UsualPixels());
+     },
+     UsualPixels},
     {"wave", "", false, true,
      [](std::ostream &out, const SWaveform &waveform, int width) {
          WriteWave(out, waveform, width != 0 ? width : TerminalWidth());
-     }},
+     },
+     TerminalWidth},
 };
 
 const SOutputFormat &FormatNamed(const std::string &name)
@@ -53,6 +63,12 @@ void WarnOfNearEnding(const std::string &ending)
 }
 
 }  // namespace
+
+void RefuseBinaryOnTerminal(const SOutputFormat &format, const std::string &path)
+{
+    if (format.isBinary && IsTerminal() && (path.empty() || path == "-"))
+        throw CRefusal(std::string(format.name) + " is nothing for a terminal; give it a file with -o FILE");
+}
 
 std::set<std::string> OutputFormatNames()
 {

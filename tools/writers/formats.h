@@ -17,7 +17,15 @@ struct SOutputFormat {
     bool showsRadix;     ///< values are texts for a reader, in the radix that was asked for
     /// @param width  of a picture, in pixels or columns; 0 for the default
     void (*write)(std::ostream &out, const SWaveform &waveform, int width);
+    int (*usualWidth)();  ///< of a picture; null of what is none
+
+    /// The width that a picture has where this one is asked for, 0 for the default. @return 0 if it is no picture
+    int PictureWidth(int asked) const { return usualWidth == nullptr ? 0 : asked != 0 ? asked : usualWidth(); }
 };
+
+/// @param path  of the output, as `FindOutputFormat` takes it
+/// @throw CRefusal where bytes that are no text would go to a terminal
+void RefuseBinaryOnTerminal(const SOutputFormat &format, const std::string &path);
 
 /// The names of all formats.
 std::set<std::string> OutputFormatNames();

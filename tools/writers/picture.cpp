@@ -74,6 +74,47 @@ ELevel LevelOf(const std::string &value)
     }
 }
 
+namespace {
+
+constexpr const char *Indent = "  ";
+
+// Where the last part of a path begins: behind the last point outside an extended identifier.
+std::size_t LastPart(const std::string &path)
+{
+    std::size_t begin = 0;
+    bool isExtended = false;
+    for (std::size_t i = 0; i < path.size(); ++i) {
+        isExtended = isExtended != (path[i] == '\\');
+        if (path[i] == '.' && !isExtended)
+            begin = i + 1;
+    }
+    return begin;
+}
+
+}  // namespace
+
+std::vector<SPictureRow> PictureRows(const SWaveform &waveform)
+{
+    const bool hasHeadings = std::ranges::count(waveform.traces, false, &STrace::IsElement) > 1;
+    std::vector<SPictureRow> rows;
+    std::string scope;
+    std::string indent;
+    for (const STrace &trace : waveform.traces) {
+        if (trace.IsElement()) {
+            rows.push_back({trace.signal.empty() ? trace.name : indent + Indent + trace.name, &trace});
+            continue;
+        }
+        const std::size_t part = hasHeadings ? LastPart(trace.signal) : 0;
+        const std::string own = part > 0 ? trace.signal.substr(0, part - 1) : "";
+        if (own != scope && !own.empty())
+            rows.push_back({own, nullptr});
+        scope = own;
+        indent = own.empty() ? "" : Indent;
+        rows.push_back({indent + trace.signal.substr(part), &trace});
+    }
+    return rows;
+}
+
 std::vector<SStretch> Stretches(const SWaveform &waveform, const STrace &trace, const CTimeScale &scale,
                                 double narrowest)
 {

@@ -49,6 +49,16 @@ private:
 
 ELevel LevelOf(const std::string &value);
 
+/// A row of a picture: a trace, or above the traces of a scope its name.
+struct SPictureRow {
+    std::string label;
+    const STrace *trace;  ///< null of a heading
+};
+
+/// The rows of all traces. Where there are several signals, those of a scope stand indented below its name; elements stand
+/// below what they are elements of.
+std::vector<SPictureRow> PictureRows(const SWaveform &waveform);
+
 /// The stretches of a trace from left to right without gaps. Stretches narrower than `narrowest` are joined to busy
 /// ones, so there are at most 2 * width / narrowest + 1 of them.
 std::vector<SStretch> Stretches(const SWaveform &waveform, const STrace &trace, const CTimeScale &scale,

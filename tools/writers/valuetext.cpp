@@ -2,13 +2,16 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <string_view>
 #include <vector>
 
 #include "platform/kestrin.h"
 #include "tools/commandline.h"
+#include "tools/writers/valuekind.h"
 
 namespace tesk {
 
@@ -24,7 +27,9 @@ constexpr struct {
                {"oct", ERadix::Octal},
                {"dec", ERadix::Decimal},
                {"hex", ERadix::Hexadecimal},
-               {"signed", ERadix::Signed}};
+               {"signed", ERadix::Signed},
+               {"analog", ERadix::Analog},
+               {"analog-signed", ERadix::AnalogSigned}};
 
 // The letter of bits that are not all known; 0 if they are.
 char UnknownLetter(std::string_view bits)
@@ -176,9 +181,28 @@ std::string BitsInRadix(const std::string &bits, ERadix radix)
     case ERadix::Octal: return Digits(letters, 3);
     case ERadix::Hexadecimal: return Digits(letters, 4);
     case ERadix::Decimal: return WholeNumber(letters, false);
-    case ERadix::Signed: return WholeNumber(letters, true);
+    case ERadix::Analog: return WholeNumber(letters, false);
+    case ERadix::Signed:
+    case ERadix::AnalogSigned: return WholeNumber(letters, true);
     default: return bits;
     }
+}
+
+bool IsSignedType(const std::string &description)
+{
+    const Kestrin::KTypeInfo type(description.c_str());
+    std::string name = type.GetTypeIdentifier();
+    std::ranges::transform(name, name.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return type.IsSigned() || name.starts_with("signed");
+}
+
+std::optional<double> NumberOf(const std::string &value)
+{
+    double number = 0;
+    const char *end = value.data() + value.size();
+    const auto result = std::from_chars(value.data(), end, number);
+    return result.ec == std::errc() && result.ptr == end && std::isfinite(number) ? std::optional(number)
+                                                                                  : std::nullopt;
 }
 
 std::string IntegerText(const std::string &value)
@@ -200,10 +224,14 @@ std::string IntegerText(const std::string &value)
 
 void ShowInRadix(SWaveform &waveform, ERadix radix)
 {
-    const bool isDecimal = radix == ERadix::Decimal || radix == ERadix::Signed;
+    const bool isAnalog = radix == ERadix::Analog || radix == ERadix::AnalogSigned;
+    const bool isDecimal = isAnalog || radix == ERadix::Decimal || radix == ERadix::Signed;
     for (STrace &trace : waveform.traces) {
-        if (!IsShownInRadix(trace))
+        if (!IsShownInRadix(trace)) {
+            trace.isCurve = trace.isCurve || (isAnalog && KindOfValues(trace).kind == EValueKind::Integer);
             continue;
+        }
+        const ERadix shown = radix == ERadix::Analog && IsSignedType(trace.type) ? ERadix::AnalogSigned : radix;
         trace.isBus = trace.isBus || !trace.type.empty();
         for (SChange &change : trace.changes) {
             if (!change.value)
@@ -212,9 +240,16 @@ void ShowInRadix(SWaveform &waveform, ERadix radix)
                 throw CRefusal("--radix: a bus of more than " + std::to_string(WidestDecimal) +
                                " bits is shown in bin, oct or hex only");
             trace.isBus = trace.isBus || change.value->size() > 1;
-            change.value = BitsInRadix(*change.value, radix);
+            change.value = BitsInRadix(*change.value, shown);
         }
+        trace.isCurve = isAnalog && trace.isBus;
     }
+}
+
+void DrawRealsAsCurves(SWaveform &waveform)
+{
+    for (STrace &trace : waveform.traces)
+        trace.isCurve = trace.isCurve || KindOfValues(trace).kind == EValueKind::Real;
 }
 
 }  // namespace tesk

@@ -9,7 +9,8 @@
 
 namespace tesk {
 
-enum class ERadix { Binary, Octal, Decimal, Hexadecimal, Signed };
+/// `Analog` shows numbers, signed where the type is, which pictures draw as curves; `AnalogSigned` always signed ones.
+enum class ERadix { Binary, Octal, Decimal, Hexadecimal, Signed, Analog, AnalogSigned };
 
 /// The words for them, of the option --radix.
 std::set<std::string> RadixNames();
@@ -40,8 +41,18 @@ constexpr std::size_t WidestDecimal = 4096;
 /// A value of an integer type in decimal: "2#101" is "5"; 32 bits are in two's complement. Any other text stays.
 std::string IntegerText(const std::string &value);
 
+/// Whether vectors of a type count in two's complement: those of Verilog that say so, and "signed" of VHDL.
+/// @param description  of the type
+bool IsSignedType(const std::string &description);
+
+/// A text that is a decimal number. @return nothing for any other
+std::optional<double> NumberOf(const std::string &value);
+
 /// Shows the values of buses in a radix: of signals of vectors of bits, and of those without a type that have only such
 /// values. @throw CRefusal if one is too wide
 void ShowInRadix(SWaveform &waveform, ERadix radix);
+
+/// Has pictures draw signals of reals as curves.
+void DrawRealsAsCurves(SWaveform &waveform);
 
 }  // namespace tesk

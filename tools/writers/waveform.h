@@ -17,6 +17,7 @@ struct STrace {
     std::string signal = {};  ///< name of the signal; may be empty where there is only one
     std::string type = {};    ///< type description; empty if no type is known
     bool isBus = false;       ///< never drawn as a level, however short the values are
+    bool isCurve = false;     ///< values are decimal numbers, drawn as a curve
     std::vector<SChange> changes = {};
 
     bool IsElement() const { return !name.empty(); }
@@ -28,8 +29,9 @@ struct STrace {
 
 struct SWaveform {
     std::string formula;
-    long long resolution = 1000;  ///< femtoseconds per tick
-    long long begin = 0;          ///< ticks; the left end of a picture
-    long long end = 0;            ///< ticks; the right end, not before the last change
+    long long resolution = 1000;         ///< femtoseconds per tick
+    long long begin = 0;                 ///< ticks; the left end of a picture
+    long long end = 0;                   ///< ticks; the right end, not before the last change
+    std::optional<long long> mark = {};  ///< ticks; a time that a picture points at
     std::vector<STrace> traces;
 };

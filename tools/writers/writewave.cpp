@@ -2,28 +2,35 @@
 #include "tools/writers/writers.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <iterator>
+#include <map>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "tools/output.h"
+#include "tools/writers/curve.h"
 #include "tools/writers/picture.h"
 
 namespace {
 
-constexpr int Rows = 3;
+using tesk::CurveOf;
+using tesk::SCurve;
+using tesk::SCurveColumn;
+
 constexpr int High = 0;
 constexpr int Middle = 1;
 constexpr int Low = 2;
+constexpr int LevelRows = 3;
+constexpr int CurveRows = 7;
 constexpr double MarkDistance = 12;
+constexpr std::size_t ScaleWidth = 10;  // of a number beside a curve
 
 // What stands for a cell where the terminal has no line characters.
 constexpr std::pair<std::string_view, char> AsciiCells[] = {{"─", '-'}, {"│", '|'}, {"┘", '+'}, {"┐", '+'}, {"┌", '+'},
-                                                            {"└", '+'}, {"╳", 'X'}, {"▒", '#'}, {"┴", '+'}};
+                                                            {"└", '+'}, {"╳", 'X'}, {"▒", '#'}, {"┴", '+'}, {"▲", '^'}};
 
 std::string AsciiCell(const std::string &cell)
 {
@@ -31,14 +38,14 @@ std::string AsciiCell(const std::string &cell)
     return found != std::end(AsciiCells) ? std::string(1, found->second) : cell;
 }
 
-// Three lines of cells, each cell one character in UTF-8.
+// Lines of cells, each cell one character in UTF-8.
 class CCells {
 public:
-    CCells(std::size_t columns, bool isAscii) : m_isAscii(isAscii)
-    {
-        for (auto &row : m_cells)
-            row.assign(columns, " ");
-    }
+    CCells(int rows, std::size_t columns, bool isAscii)
+        : m_isAscii(isAscii), m_cells(static_cast<std::size_t>(rows), std::vector<std::string>(columns, " "))
+    {}
+
+    int Rows() const { return static_cast<int>(m_cells.size()); }
 
     std::size_t Columns() const { return m_cells[0].size(); }
 
@@ -65,7 +72,7 @@ public:
 
 private:
     bool m_isAscii;
-    std::array<std::vector<std::string>, Rows> m_cells;
+    std::vector<std::vector<std::string>> m_cells;
 };
 
 int LevelRow(ELevel level)
@@ -124,8 +131,47 @@ void DrawStretch(CCells &cells, const SStretch &stretch, int previousRow)
     }
 }
 
+// A curve steps from row to row; numbers that follow too closely for a column fill it from the lowest to the highest.
+void DrawCurve(CCells &cells, const SCurve &curve)
+{
+    const int lowest = cells.Rows() - 1;
+    const auto row = [&](double number) { return static_cast<int>(std::lround(lowest * (1 - curve.Height(number)))); };
+    int previous = -1;
+    for (std::size_t column = 0; column < curve.columns.size(); ++column) {
+        const SCurveColumn &shown = curve.columns[column];
+        if (!shown.isKnown) {
+            if (!shown.isUndriven)
+                cells.Set(lowest / 2, column, "╳");
+            previous = -1;
+            continue;
+        }
+        const int top = row(shown.high);
+        const int bottom = row(shown.low);
+        const int last = row(shown.last);
+        if (bottom - top > 1 || (previous < 0 && top != bottom)) {
+            for (int each = top; each <= bottom; ++each)
+                cells.Set(each, column, "│");
+        } else if (previous >= 0 && previous != last) {
+            DrawEdge(cells, column, previous, last);
+        } else {
+            cells.Set(last, column, "─");
+        }
+        previous = last;
+    }
+}
+
+void DrawLevels(CCells &cells, const std::vector<SStretch> &stretches)
+{
+    int previousRow = -1;
+    for (const SStretch &stretch : stretches) {
+        DrawStretch(cells, stretch, previousRow);
+        previousRow = LevelRow(stretch.level);
+    }
+}
+
 // The axis: a line with a tick at each mark, and the labels below, each beginning under its tick.
-void DrawAxis(std::ostream &out, const CTimeScale &scale, std::size_t indent, std::size_t columns, bool isAscii)
+void DrawAxis(std::ostream &out, const CTimeScale &scale, const SWaveform &waveform, std::size_t indent,
+              std::size_t columns, bool isAscii)
 {
     std::string labels;
     std::vector<std::string> line(columns, "─");
@@ -137,42 +183,80 @@ void DrawAxis(std::ostream &out, const CTimeScale &scale, std::size_t indent, st
         labels.resize(std::max(labels.size(), column), ' ');
         labels += mark.label;
     }
+    if (waveform.mark) {
+        const double position = std::clamp(scale.Position(*waveform.mark), 0.0, static_cast<double>(columns - 1));
+        line[static_cast<std::size_t>(std::lround(position))] = "▲";
+    }
     out << std::string(indent, ' ');
     for (const std::string &cell : line)
         out << (isAscii ? AsciiCell(cell) : cell);
     out << '\n' << std::string(indent, ' ') << labels << '\n';
 }
 
-std::size_t NameWidth(const SWaveform &waveform)
+// The room for the labels, and for the scales of curves.
+std::size_t LabelWidth(const std::vector<SPictureRow> &rows)
 {
     std::size_t longest = 0;
-    for (const STrace &trace : waveform.traces)
-        longest = std::max(longest, trace.FullName().size());
+    for (const SPictureRow &row : rows) {
+        const bool isCurve = row.trace != nullptr && row.trace->isCurve;
+        longest = std::max({longest, row.trace != nullptr ? row.label.size() : 0, isCurve ? ScaleWidth : 0});
+    }
     return longest == 0 ? 0 : longest + 1;
+}
+
+// What stands in front of each line of cells.
+using CLabels = std::map<int, std::string>;
+
+void WriteCells(std::ostream &out, const CCells &cells, const CLabels &labels, std::size_t indent)
+{
+    for (int row = 0; row < cells.Rows(); ++row) {
+        const auto label = labels.find(row);
+        std::string line = label != labels.end() ? label->second : "";
+        line.resize(indent, ' ');
+        line += cells.Line(row);
+        line.erase(line.find_last_not_of(' ') + 1);
+        out << line << '\n';
+    }
+}
+
+std::string RightAligned(const std::string &text, std::size_t indent)
+{
+    return std::string(indent - 1 - std::min(text.size(), indent - 1), ' ') + text;
+}
+
+void WriteCurve(std::ostream &out, const SPictureRow &row, const CTimeScale &scale, std::size_t columns,
+                std::size_t indent, bool isAscii)
+{
+    const SCurve curve = CurveOf(*row.trace, scale, columns);
+    CCells cells(CurveRows, columns, isAscii);
+    DrawCurve(cells, curve);
+    const int low = curve.high > curve.low ? CurveRows - 1 : CurveRows / 2 + 1;
+    WriteCells(out, cells,
+               {{0, RightAligned(curve.HighText(), indent)},
+                {CurveRows / 2, row.label},
+                {low, RightAligned(curve.LowText(), indent)}},
+               indent);
 }
 
 }  // namespace
 
 void WriteWave(std::ostream &out, const SWaveform &waveform, int width)
 {
-    const std::size_t indent = NameWidth(waveform);
+    const std::vector<SPictureRow> rows = PictureRows(waveform);
+    const std::size_t indent = LabelWidth(rows);
     const auto columns = static_cast<std::size_t>(std::max(width - static_cast<int>(indent), 20));
     const bool isAscii = !IsUtf8Locale();
     const CTimeScale scale(waveform, static_cast<double>(columns));
-    for (const STrace &trace : waveform.traces) {
-        CCells cells(columns, isAscii);
-        int previousRow = -1;
-        for (const SStretch &stretch : Stretches(waveform, trace, scale, 1.0)) {
-            DrawStretch(cells, stretch, previousRow);
-            previousRow = LevelRow(stretch.level);
-        }
-        for (const int row : {High, Middle, Low}) {
-            std::string line = row == Middle ? trace.FullName() : "";
-            line.resize(indent, ' ');
-            line += cells.Line(row);
-            line.erase(line.find_last_not_of(' ') + 1);
-            out << line << '\n';
+    for (const SPictureRow &row : rows) {
+        if (row.trace == nullptr) {
+            out << row.label << '\n';
+        } else if (row.trace->isCurve) {
+            WriteCurve(out, row, scale, columns, indent, isAscii);
+        } else {
+            CCells cells(LevelRows, columns, isAscii);
+            DrawLevels(cells, Stretches(waveform, *row.trace, scale, 1.0));
+            WriteCells(out, cells, {{Middle, row.label}}, indent);
         }
     }
-    DrawAxis(out, scale, indent, columns, isAscii);
+    DrawAxis(out, scale, waveform, indent, columns, isAscii);
 }
