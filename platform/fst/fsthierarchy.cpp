@@ -188,7 +188,7 @@ void CFstHierarchy::AddVariable(std::uint8_t type, CFstBytes &bytes)
 {
     if (type > LastType)
         throw XFstDamage();
-    bytes.Byte();  // direction
+    const std::uint8_t direction = bytes.Byte();
     const std::string_view name = bytes.Text();
     const std::uint32_t length = Length(bytes);
     const std::uint32_t alias = Length(bytes);  // counted from 1; 0 if it is none
@@ -207,7 +207,7 @@ void CFstHierarchy::AddVariable(std::uint8_t type, CFstBytes &bytes)
     const int scope = m_open.empty() ? -1 : m_open.back();
     CountPath(name.size(), scope);
     const char *const begin = reinterpret_cast<const char *>(m_bytes.data());
-    m_variables.push_back({static_cast<std::uint32_t>(name.data() - begin), scope, store});
+    m_variables.push_back({static_cast<std::uint32_t>(name.data() - begin), scope, store, direction});
 }
 
 void CFstHierarchy::CountPath(std::size_t nameSize, int scope)

@@ -26,9 +26,10 @@ struct SFstStore {
 };
 
 struct SFstVariable {
-    std::uint32_t name;   ///< where it stands in the hierarchy
-    int scope;            ///< -1 for none
-    std::uint32_t store;  ///< counted from 0
+    std::uint32_t name;      ///< where it stands in the hierarchy
+    int scope;               ///< -1 for none
+    std::uint32_t store;     ///< counted from 0
+    std::uint8_t direction;  ///< as the file has it
 };
 
 class CFstHierarchy {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <limits>
 #include <string_view>
 #include <unordered_map>
@@ -237,6 +238,17 @@ std::optional<std::vector<tesk::SChangeCount>> CFstReader::CountChanges(std::spa
     for (const std::uint32_t store : *stores)
         counts.push_back(counter.CountOf(counted.at(m_values.Identify(store))));
     return counts;
+}
+
+tesk::ESignalDirection CFstReader::GetDirection(int handle)
+{
+    using tesk::ESignalDirection;
+    constexpr ESignalDirection Directions[] = {ESignalDirection::Unknown, ESignalDirection::In,
+                                               ESignalDirection::Out,     ESignalDirection::InOut,
+                                               ESignalDirection::Out,     ESignalDirection::Unknown};
+    const SFstVariable *variable = Find(handle).variable;
+    return variable != nullptr && variable->direction < std::size(Directions) ? Directions[variable->direction]
+                                                                              : ESignalDirection::Unknown;
 }
 
 void CFstReader::GiveHandles()

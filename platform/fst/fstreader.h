@@ -15,12 +15,13 @@
 #include "platform/fst/fstvalues.h"
 #include "platform/kestrin.h"
 #include "platform/tarn.h"
+#include "platform/types/direction.h"
 
 namespace NTARN {
 
 /// Handles: 1 and on for the variables, in the file's order; behind them the elements of each bus in a row. Only their
 /// first ones are kept.
-class CFstReader final : public IDatabaseReader, public tesk::IChangeSource {
+class CFstReader final : public IDatabaseReader, public tesk::IChangeSource, public tesk::IDirectionSource {
 public:
     /// @throw XFileDoesNotExist, XFileCorrupted, XFstDamage, XFstNoRoom
     explicit CFstReader(const std::string &path);
@@ -44,6 +45,8 @@ public:
     std::optional<std::vector<tesk::SChangeCount>> CountChanges(std::span<const tesk::SElements> signals,
                                                                 const tesk::SStretch &stretch,
                                                                 const tesk::FProgress &progress) override;
+
+    tesk::ESignalDirection GetDirection(int handle) override;
 
 private:
     // What a handle stands for: a variable, or one element of it.

@@ -188,16 +188,3 @@ TEST_F(View, KeepsNoMoreThanAPictureShows)
         EXPECT_EQ(Extremes(kept[2]), Extremes(all[2]));
     }
 }
-
-TEST_F(View, OffersAWindowAroundATime)
-{
-    const auto signals =
-        Open("#0\n0!\nb0001 \"\n#10\n1!\n#20\n0!\n#30\n1!\nb0010 \"\n#40\n0!\n#50\n1!\n#60\n0!\n#90\n");
-    SRecordedWindow window = tesk::WindowAround(signals, 35, 1000000, 2);
-    EXPECT_EQ(window.from, 20);
-    EXPECT_EQ(window.until, 50);
-    window = tesk::WindowAround(signals, 60, 1000000, 2);
-    EXPECT_EQ(window.from, 50);
-    EXPECT_EQ(window.until, 90);
-    EXPECT_EQ(tesk::FinestResolution(signals), 1000000);
-}

@@ -9,6 +9,7 @@
 
 #include "tools/commandline.h"
 #include "tools/quote.h"
+#include "tools/view/recordedwaveform.h"
 #include "tools/writers/picture.h"
 
 namespace tesk {
@@ -22,11 +23,22 @@ bool IsKnownToBeWrong(const SBenchSignal &signal, const std::vector<SBenchFault>
     });
 }
 
+// Whether something that a replay names is wrong.
+bool HasError(const std::vector<SBenchFault> &faults, const std::vector<SBenchReplay> &replays)
+{
+    return std::ranges::any_of(replays, [&](const SBenchReplay &replay) {
+        return std::ranges::any_of(faults, [&](const SBenchFault &fault) {
+            return fault.severity == ESeverity::Error && fault.place == replay.place;
+        });
+    });
+}
+
 }  // namespace
 
 CBenchPlayer::CBenchPlayer(const SBench &bench, const SBenchStretch &stretch, std::vector<SBenchFault> &faults)
-    : m_bench(bench), m_stretch(stretch)
+    : m_bench(bench), m_stretch(stretch), m_replays(bench, faults)
 {
+    m_canPlay = !HasError(faults, bench.replays);
     if (!m_stretch.until)
         m_stretch.until = bench.until;
     for (const SBenchSignal &signal : bench.signals)
@@ -51,7 +63,7 @@ try {
 SWalked CBenchPlayer::WalkAll()
 {
     std::vector<SWalkGroup> groups;
-    SWalkStretch stretch{m_stretch.from, m_stretch.until};
+    SWalkStretch stretch{m_stretch.from, m_stretch.until, m_replays.End()};
     for (const CPreparedSignal &signal : m_signals) {
         groups.push_back(signal.Group());
         stretch.ended = std::max(stretch.ended, signal.Ended());
@@ -80,7 +92,9 @@ SWaveform CBenchPlayer::Play()
         changes = changes.subspan(count);
     }
     const std::optional<long long> end = m_stretch.until ? m_stretch.until : walked.end;
-    waveform.end = std::max(end.value_or(PictureEnd(waveform)), waveform.begin);
+    waveform.end = std::max(end.value_or(std::max(PictureEnd(waveform), m_replays.End())), waveform.begin);
+    const SRecordedWindow window{m_bench.resolution, waveform.begin, waveform.end};
+    std::ranges::move(ReadRecorded(m_replays.Driven(), window), std::back_inserter(waveform.traces));
     return waveform;
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tools/bench/bench.h"
+#include "tools/bench/replaysignals.h"
 #include "tools/play/formula.h"
 #include "tools/play/preparedsignal.h"
 #include "tools/writers/waveform.h"
@@ -18,7 +19,7 @@ struct SBenchStretch {
     std::optional<long long> until;  ///< that of the bench where it is not told
 };
 
-/// The signals of a bench, each made into stimuli. Files, tables and counters that several formulas name are there once.
+/// The signals of a bench, each made into stimuli, and those that its replays drive, out of the records. Files, tables and counters that several formulas name are there once.
 class CBenchPlayer {
 public:
     /// @param bench   outlives this
@@ -41,6 +42,7 @@ private:
     CSimulationRun m_run;  // first: ends behind the stimuli
     const SBench &m_bench;
     SBenchStretch m_stretch;
+    CBenchReplays m_replays;
     bool m_canPlay = true;
     std::vector<CPreparedSignal> m_signals;
 };

@@ -114,6 +114,7 @@ SWaveform DrawnDifference(IWaveformFile &expected, IWaveformFile &got, const SDi
     const long long first = report.diff.Verdict(signals.front()).first->time;
     CPairWalk search(expected, got, report, signals);
     std::tie(waveform.begin, waveform.end) = StretchAround(search, first);
+    waveform.mark = first;
     for (const std::size_t signal : signals) {
         const SSignalPair &pair = report.diff.signals.pairs[signal];
         for (const char *side : {" expected", " got"})

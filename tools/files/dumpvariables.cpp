@@ -107,7 +107,7 @@ void CDump::Add(IWaveformFile &file, const SFileSignal &signal, const SScalarFor
     const auto [known, isNew] = m_known.try_emplace({scalar, isScalar, IdentifyEvents(file, signal)}, events.size());
     if (isNew)
         events.push_back({form, signal, isScalar});
-    variables.push_back({SplitVcdName(signal.path), signal.type, known->second});
+    variables.push_back({SplitVcdName(signal.path), signal.type, known->second, signal.direction});
 }
 
 CDump::CDump(IWaveformFile &file)

@@ -27,6 +27,7 @@ struct SDumpVariable {
     SVcdName name;
     Kestrin::KTypeInfo type;
     std::size_t events;  ///< which ones it shows
+    tesk::ESignalDirection direction = tesk::ESignalDirection::Unknown;
 
     /// "[7:0]"; empty for one bit and for what is none.
     std::string Range() const;

@@ -26,6 +26,16 @@ EFstVariable KindOf(EDumpKind kind)
     }
 }
 
+EFstDirection DirectionOf(tesk::ESignalDirection direction)
+{
+    switch (direction) {
+    case tesk::ESignalDirection::In: return EFstDirection::In;
+    case tesk::ESignalDirection::Out: return EFstDirection::Out;
+    case tesk::ESignalDirection::InOut: return EFstDirection::InOut;
+    default: return EFstDirection::None;
+    }
+}
+
 std::uint32_t WidthOf(const SDumpEvents &events)
 {
     const bool isInteger = events.form.kind == EDumpKind::Integer;
@@ -76,9 +86,9 @@ private:
         const std::string name = variable.name.variable + (range.empty() ? "" : " " + range);
         std::uint32_t &handle = m_handles[variable.events];
         if (handle == CFstWriter::None)
-            handle = m_writer.AddVariable(kind, EFstDirection::None, name, WidthOf(events));
+            handle = m_writer.AddVariable(kind, DirectionOf(variable.direction), name, WidthOf(events));
         else
-            m_writer.AddAlias(kind, EFstDirection::None, name, handle);
+            m_writer.AddAlias(kind, DirectionOf(variable.direction), name, handle);
     }
 
     const CDump &m_dump;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <deque>
 #include <limits>
 #include <map>
 #include <memory>
@@ -129,33 +128,6 @@ std::vector<SReadFile> ByFile(const std::vector<SRecordedSignal> &signals)
     return files;
 }
 
-// The first and last of a few changes before and after a time; nothing where there are fewer.
-struct SNeighbours {
-    std::optional<long long> before;
-    std::optional<long long> after;
-};
-
-SNeighbours FindNeighbours(const SRecordedSignal &signal, long long time, long long resolution, std::size_t count)
-{
-    SNeighbours neighbours;
-    const std::unique_ptr<IChangeWalk> walk = WalkInTime(*signal.file, {signal.signal});
-    std::deque<long long> before;
-    long long fileTime = 0;
-    for (std::size_t behind = 0; behind < count && walk->Next(fileTime, Latest);) {
-        const long long ticks = TicksOf(fileTime, signal.file->GetResolution(), resolution);
-        if (ticks > time) {
-            neighbours.after = ++behind == count ? std::optional(ticks) : std::nullopt;
-            continue;
-        }
-        before.push_back(ticks);
-        if (before.size() > count)
-            before.pop_front();
-    }
-    if (before.size() == count && count > 0)
-        neighbours.before = before.front();
-    return neighbours;
-}
-
 }  // namespace
 
 std::vector<STrace> ReadRecorded(const std::vector<SRecordedSignal> &signals, const SRecordedWindow &window)
@@ -188,30 +160,6 @@ SWaveform RecordedWaveform(const std::vector<SRecordedSignal> &signals, const SR
     waveform.end = window.until;
     waveform.traces = ReadRecorded(signals, window);
     return waveform;
-}
-
-SRecordedWindow WindowAround(const std::vector<SRecordedSignal> &signals, long long time, long long resolution,
-                             std::size_t changes)
-{
-    SRecordedWindow window;
-    window.resolution = resolution;
-    long long until = Latest;
-    for (const SRecordedSignal &signal : signals) {
-        const SNeighbours neighbours = FindNeighbours(signal, time, resolution, changes);
-        window.from = std::max(window.from, neighbours.before.value_or(0));
-        const long long end = TicksOf(signal.file->GetEndTime(), signal.file->GetResolution(), resolution);
-        until = std::min(until, neighbours.after.value_or(std::max(end, time)));
-    }
-    window.until = std::max(until, time + (time < Latest ? 1 : 0));
-    return window;
-}
-
-long long FinestResolution(const std::vector<SRecordedSignal> &signals)
-{
-    long long finest = signals.front().file->GetResolution();
-    for (const SRecordedSignal &signal : signals)
-        finest = std::min(finest, signal.file->GetResolution());
-    return finest;
 }
 
 }  // namespace tesk

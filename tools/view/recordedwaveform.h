@@ -37,13 +37,4 @@ std::vector<STrace> ReadRecorded(const std::vector<SRecordedSignal> &signals, co
 SWaveform RecordedWaveform(const std::vector<SRecordedSignal> &signals, const SRecordedWindow &window,
                            const std::string &title);
 
-/// A window around a time, in which the signal that changes most often changes so many times before and after.
-/// @param time        ticks of `resolution`; 0 or later
-/// @param resolution  femtoseconds per tick
-SRecordedWindow WindowAround(const std::vector<SRecordedSignal> &signals, long long time, long long resolution,
-                             std::size_t changes);
-
-/// The finest of the files' resolutions, in femtoseconds per tick. @param signals  one at least
-long long FinestResolution(const std::vector<SRecordedSignal> &signals);
-
 }  // namespace tesk

@@ -69,7 +69,10 @@ private:
 
 }  // namespace
 
-CDatabaseFile::CDatabaseFile(Reader &reader) : m_reader(reader), m_changes(dynamic_cast<IChangeSource *>(&reader)) {}
+CDatabaseFile::CDatabaseFile(Reader &reader)
+    : m_reader(reader), m_changes(dynamic_cast<IChangeSource *>(&reader)),
+      m_directions(dynamic_cast<IDirectionSource *>(&reader))
+{}
 
 CDatabaseFile::CDatabaseFile(std::unique_ptr<Reader> reader) : CDatabaseFile(*reader)
 {
@@ -97,17 +100,22 @@ const std::vector<SFileSignal> &CDatabaseFile::GetSignals()
     return *m_signals;
 }
 
+ESignalDirection CDatabaseFile::DirectionOf(int handle) const
+{
+    return m_directions != nullptr ? m_directions->GetDirection(handle) : ESignalDirection::Unknown;
+}
+
 // What has no elements is left out: it never has a value.
 void CDatabaseFile::AddSignals(int handle, const std::string &path, int depth)
 {
     const Kestrin::KTypeInfo &type = m_reader.GetType(handle);
     const NTARN::HSignalRange children = m_reader.GetChildRange(handle);
     if (type.IsScalar())
-        m_signals->push_back({path, type, handle, 1});
+        m_signals->push_back({path, type, handle, 1, DirectionOf(handle)});
     else if (children.first < 0 || depth > MaxNesting)
         return;
     else if (type.IsSimple())
-        m_signals->push_back({path, type, children.first, children.last - children.first + 1});
+        m_signals->push_back({path, type, children.first, children.last - children.first + 1, DirectionOf(handle)});
     else
         for (int child = children.first; child <= children.last; ++child)
             AddSignals(child, path + (KindOf(type) == Kestrin::ETypeKind::Record ? "." : "") + m_reader.GetName(child),

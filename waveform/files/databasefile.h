@@ -34,11 +34,13 @@ public:
                                                           const SStretch &stretch, const FProgress &progress) override;
 
 private:
+    ESignalDirection DirectionOf(int handle) const;
     void AddSignals(int handle, const std::string &path, int depth);
 
     std::unique_ptr<Reader> m_owned;
     Reader &m_reader;
-    IChangeSource *m_changes;  // the same reader; null if it cannot
+    IChangeSource *m_changes;        // the same reader; null if it cannot
+    IDirectionSource *m_directions;  // as well
     std::optional<std::vector<SFileSignal>> m_signals;
 };
 

@@ -10,6 +10,7 @@
 
 #include "platform/changes/changewalk.h"
 #include "platform/kestrin.h"
+#include "platform/types/direction.h"
 
 class ISignal;
 
@@ -44,6 +45,7 @@ struct SFileSignal {
     Kestrin::KTypeInfo type;
     long long firstElement;  ///< elements have consecutive handles, left bound first
     long long elementCount;
+    ESignalDirection direction = ESignalDirection::Unknown;
 };
 
 /// Whether its elements are of an enumeration.

@@ -172,7 +172,7 @@ TEST(Diff, WritesJsonAndDrawsTheFirstDifference)
     EXPECT_EQ(json["differences"][0]["got"], "0001");
     const SToolRun drawn = folder.Diff("a.vcd b.vcd --format wave --width 60");
     EXPECT_EQ(drawn.status, 1);
-    for (const char *part : {"tb.v expected", "tb.v got", "0011", "0001", "0111", "first at 5ns\n"})
+    for (const char *part : {"\n  v expected", "\n  v got", "▲", "0011", "0001", "0111", "first at 5ns\n"})
         EXPECT_THAT(drawn.out, HasSubstr(part));
     EXPECT_THAT(folder.Answer("a.vcd a.vcd --format wave"), StartsWith("0 a.vcd and a.vcd are equal"));
 }
