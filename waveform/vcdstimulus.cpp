@@ -24,10 +24,10 @@ bool CVcdStimulus::LookUp(long long time, long long &rawValue) const
     const int handle = m_signal->GetHandle();
     if (!m_reader->HasEvents(handle))
         return true;
-    const WaveEvent *event = m_reader->FindLast(handle, fileTime);
-    if (event == nullptr)
+    WaveEvent event{};
+    if (!m_reader->FindLast(handle, fileTime, event))
         return false;
-    rawValue = static_cast<long long>(event->m_value);
+    rawValue = static_cast<long long>(event.m_value);
     return true;
 }
 
@@ -35,8 +35,8 @@ CVcdStimulus::SNextChange CVcdStimulus::FindNextChange(long long fileTime) const
 {
     if (m_reader == nullptr || !m_reader->HasEvents(m_signal->GetHandle()))
         return {SNextChange::Never};
-    const WaveEvent *event = m_reader->FindNext(m_signal->GetHandle(), fileTime);
-    if (event == nullptr)
+    WaveEvent event{};
+    if (!m_reader->FindNext(m_signal->GetHandle(), fileTime, event))
         return {SNextChange::Nothing};
-    return ChangeAt(ToSimTicks(tesk::WrapMultiply(m_fileScale, event->m_time), FileUnit()));
+    return ChangeAt(ToSimTicks(tesk::WrapMultiply(m_fileScale, event.m_time), FileUnit()));
 }

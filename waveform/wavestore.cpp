@@ -16,6 +16,7 @@
 #include "platform/log.h"
 #include "waveform/store/eventrun.h"
 #include "waveform/store/pendingevents.h"
+#include "waveform/store/settling.h"
 #include "waveform/store/wordrun.h"
 
 using namespace tesk;
@@ -128,6 +129,7 @@ void WaveStore::shareEvents(const long long *handle, const long long *original)
 {
     if (handle == nullptr || original == nullptr)
         return;
+    m_settling.reset();
     Settle();
     const std::size_t run = FindRun(*handle);
     const std::size_t other = FindRun(*original);
@@ -141,6 +143,7 @@ void WaveStore::addWord(const long long *last, std::intptr_t count)
 {
     if (m_words.size() == CEventRun::NoWord)
         throw std::length_error("too many words");
+    m_settling.reset();
     ReserveForOne(m_words);
     std::span<CEventRun> runs;
     if (last != nullptr && CanShareWord(*last, count))
@@ -161,14 +164,17 @@ bool WaveStore::CanShareWord(long long last, std::intptr_t count) const
 
 void WaveStore::addWordEvents(std::size_t word, const long long *time, const WaveWord *before, const WaveWord *after)
 {
-    if (word < m_words.size() && time != nullptr && before != nullptr && after != nullptr)
-        m_words[word].Append(*time, *before, *after);
+    if (word >= m_words.size() || time == nullptr || before == nullptr || after == nullptr)
+        return;
+    m_settling.reset();
+    m_words[word].Append(*time, *before, *after);
 }
 
 void WaveStore::endEvents()
 {
     Settle();
     m_pending->Release();
+    m_settling = std::make_unique<CSettling>(m_words.size());
 }
 
 // Stores the events that are on their way.
@@ -192,6 +198,15 @@ void WaveStore::SettleWord(std::uint32_t word) const
         if (run.SharedWith() == CEventRun::NotShared)
             run.Append(event);
     });
+}
+
+// The same in a look-up: of several threads the first one does it, and the others wait.
+void WaveStore::SettleWordOnce(std::uint32_t word) const
+{
+    if (m_settling != nullptr && word != CEventRun::NoWord)
+        m_settling->Once(word, [this, word] { SettleWord(word); });
+    else
+        SettleWord(word);
 }
 
 void WaveStore::setEndTime(const long long *time)
@@ -285,7 +300,7 @@ const CEventRun *WaveStore::FindSettled(long long handle) const
     const std::size_t run = FindRun(handle);
     if (run == NoRun)
         return nullptr;
-    SettleWord(m_events[run].Word());
+    SettleWordOnce(m_events[run].Word());
     return &m_events[run];
 }
 
@@ -297,14 +312,24 @@ bool WaveStore::HasEvents(long long handle) const
 
 const WaveEvent *WaveStore::FindLast(long long handle, long long time) const
 {
-    const CEventRun *const run = FindSettled(handle);
-    return run != nullptr && run->FindLast(time, m_last) ? &m_last : nullptr;
+    return FindLast(handle, time, m_last) ? &m_last : nullptr;
 }
 
 const WaveEvent *WaveStore::FindNext(long long handle, long long time) const
 {
+    return FindNext(handle, time, m_next) ? &m_next : nullptr;
+}
+
+bool WaveStore::FindLast(long long handle, long long time, WaveEvent &event) const
+{
     const CEventRun *const run = FindSettled(handle);
-    return run != nullptr && run->FindNext(time, m_next) ? &m_next : nullptr;
+    return run != nullptr && run->FindLast(time, event);
+}
+
+bool WaveStore::FindNext(long long handle, long long time, WaveEvent &event) const
+{
+    const CEventRun *const run = FindSettled(handle);
+    return run != nullptr && run->FindNext(time, event);
 }
 
 std::size_t WaveStore::ReadEvents(long long handle, SEventPlace &place, WaveEvent *events, std::size_t room) const

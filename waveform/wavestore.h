@@ -15,6 +15,7 @@ namespace tesk {
 
 class CEventRun;
 class CPendingEvents;
+class CSettling;
 class CWordRun;
 
 /// A signal of a store, which owns name and type.
@@ -35,6 +36,8 @@ struct SEventPlace {
 
 /// Holds the signals of one file and the events of their scalar elements. A handle names one element; handles count
 /// from 1. What a writer gives beside the rules of the interface is taken as far as it makes sense: see each operation.
+///
+/// Once it is filled, threads may look things up at the same time, but for the look-ups that lend an event.
 class TESK_API WaveStore : public NTARN::IDatabaseStreamWriter, public NTARN::IWordEvents {
 public:
     WaveStore();
@@ -100,6 +103,9 @@ public:
     /// The first event later than `time`, by binary search.
     /// @return null if there is none; else lives until the next call of this operation
     const WaveEvent *FindNext(long long handle, long long time) const;
+    /// The same two, with a copy of the event. @return false, with `event` untouched or anything, if there is none
+    bool FindLast(long long handle, long long time, WaveEvent &event) const;
+    bool FindNext(long long handle, long long time, WaveEvent &event) const;
     /// Copies events in their order, from where `place` stands, as many as there is room for, and moves it behind them.
     /// So all events of an element are walked over at a few nanoseconds each.
     /// @param place  a new one, or as the last call for this handle left it
@@ -120,10 +126,12 @@ private:
     bool CanShareWord(long long last, std::intptr_t count) const;
     void Settle() const;
     void SettleWord(std::uint32_t word) const;
+    void SettleWordOnce(std::uint32_t word) const;
 
     std::vector<WaveSignal> m_signals;                // in the order of their definition
     mutable std::vector<tesk::CEventRun> m_events;    // of handle h at h - 1
     mutable std::vector<tesk::CWordRun> m_words;      // what is not in m_events yet: the first look-up has it stored
+    std::unique_ptr<tesk::CSettling> m_settling;      // of the words, once all events are there; null until then
     std::unique_ptr<tesk::CPendingEvents> m_pending;  // not in m_events yet: the first look-up has them stored
     std::unordered_map<std::string, Kestrin::KTypeInfo> m_types;  // of the signals, by their texts
     mutable WaveEvent m_last;                                     // what FindLast gave

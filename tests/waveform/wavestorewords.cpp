@@ -3,6 +3,7 @@
 
 #include <limits>
 #include <random>
+#include <thread>
 #include <vector>
 
 #include "waveform/wavestore.h"
@@ -180,6 +181,66 @@ TEST(WaveStore, StoresAnEarlierWordAtTheTimeReached)
     }
     EXPECT_EQ(Show(store.FindLast(1, 15)), "10=1");
     EXPECT_EQ(store.FindLast(1, 7), nullptr);
+}
+
+// 20 words of 8 elements that all change at each time.
+void FillWords(WaveStore &store)
+{
+    constexpr long long Words = 20;
+    Add(store, 1, 8 * Words);
+    for (long long last = 8; last <= 8 * Words; last += 8)
+        store.addWord(&last, 8);
+    WaveWord before = NoWord;
+    for (long long time = 0; time < 500; ++time) {
+        const WaveWord after{{static_cast<std::uint64_t>(time % 2 != 0 ? 0xFF : 0), 0xFF, 0, 0}};
+        for (std::size_t word = 0; word < Words; ++word)
+            store.addWordEvents(word, &time, &before, &after);
+        before = after;
+    }
+}
+
+std::size_t CountEvents(const WaveStore &store, long long handle)
+{
+    std::vector<WaveEvent> events(64);
+    tesk::SEventPlace place;
+    std::size_t all = 0;
+    while (const std::size_t count = store.ReadEvents(handle, place, events))
+        all += count;
+    return all;
+}
+
+TEST(FilledWaveStore, IsReadByThreadsAtTheSameTime)
+{
+    WaveStore store;
+    FillWords(store);
+    store.endEvents();
+    std::vector<std::size_t> counts(4);
+    std::vector<std::thread> threads;
+    for (std::size_t i = 0; i < counts.size(); ++i) {
+        threads.emplace_back([&store, &count = counts[i]] {
+            WaveEvent event{};
+            for (long long handle = 1; handle <= 160; ++handle)
+                count += CountEvents(store, handle) + (store.FindLast(handle, 7, event) && event.m_time == 7 ? 1 : 0);
+        });
+    }
+    for (std::thread &thread : threads)
+        thread.join();
+    EXPECT_THAT(counts, testing::Each(160U * 501U));
+}
+
+TEST(FilledWaveStore, TakesMoreEventsAllTheSame)
+{
+    WaveStore store;
+    FillWords(store);
+    store.endEvents();
+    EXPECT_EQ(CountEvents(store, 1), 500U);
+    const long long time = 1000;
+    const WaveWord before{{0xFF, 0xFF, 0, 0}};
+    const WaveWord after{{0, 0xFF, 0, 0}};
+    store.addWordEvents(0, &time, &before, &after);
+    EXPECT_EQ(CountEvents(store, 1), 501U);
+    store.endEvents();
+    EXPECT_EQ(CountEvents(store, 8), 501U);
 }
 
 }  // namespace
