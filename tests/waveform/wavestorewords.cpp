@@ -204,7 +204,7 @@ std::size_t CountEvents(const WaveStore &store, long long handle)
     std::vector<WaveEvent> events(64);
     tesk::SEventPlace place;
     std::size_t all = 0;
-    while (const std::size_t count = store.ReadEvents(handle, place, events))
+    while (const std::size_t count = store.ReadEvents(handle, place, events.data(), events.size()))
         all += count;
     return all;
 }
