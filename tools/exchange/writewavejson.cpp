@@ -166,7 +166,7 @@ private:
     {
         if (course.shape != EShape::Bits)
             return value;
-        const std::string bits = FullBits(course, value);
+        std::string bits = FullBits(course, value);
         const bool isKnown = bits.find_first_not_of("01") == bits.npos;
         if (!isKnown || bits.size() <= 4)
             return bits;
