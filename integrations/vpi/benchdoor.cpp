@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -69,8 +70,11 @@ void ReplayAll(const SBench &bench)
 {
     for (const SBenchReplay &replay : bench.replays) {
         const std::string place = PlaceText(bench.path, replay.place);
+        SReplayTimes times{TicksOf(replay.tolerance, bench.resolution), std::nullopt};
+        if (bench.until)
+            times.until = TicksOf(*bench.until, bench.resolution);
         try {
-            StartReplay(replay, place);
+            StartReplay(replay, times, place);
         } catch (const CRefusal &refusal) {
             Tell(ESeverity::Error, place, refusal.what());
         }

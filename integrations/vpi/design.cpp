@@ -135,25 +135,25 @@ vpiHandle FindScope(const std::string &name)
 }
 
 // None for what is no scope, such as the front of an escaped identifier with a dot in it.
-std::set<std::string> FindInputs(const std::string &scope)
+std::set<std::string> FindPorts(const std::string &scope, PLI_INT32 direction)
 try {
-    std::set<std::string> inputs;
+    std::set<std::string> ports;
     const vpiHandle object = FindScope(scope);
     if (!Simulator().hasEveryObject) {
         for (const SMember &member : Look(object).signals) {
-            if (vpi_get(vpiDirection, FindObject(scope + "." + member.name)) == vpiInput)
-                inputs.insert(member.name);
+            if (vpi_get(vpiDirection, FindObject(scope + "." + member.name)) == direction)
+                ports.insert(member.name);
         }
-        return inputs;
+        return ports;
     }
     if (vpi_get(vpiType, object) != vpiModule)
-        return inputs;
+        return ports;
     constexpr PLI_INT32 Ports[] = {vpiPort};
     for (const SMember &port : List(object, Ports)) {
-        if (vpi_get(vpiDirection, port.object) == vpiInput)
-            inputs.insert(port.name);
+        if (vpi_get(vpiDirection, port.object) == direction)
+            ports.insert(port.name);
     }
-    return inputs;
+    return ports;
 } catch (const CRefusal &) {
     return {};
 }
@@ -162,7 +162,7 @@ const std::set<std::string> &LookForInputs(const std::string &scope)
 {
     static std::map<std::string, std::set<std::string>> s_inputs;
     const auto found = s_inputs.find(scope);
-    return found != s_inputs.end() ? found->second : s_inputs.emplace(scope, FindInputs(scope)).first->second;
+    return found != s_inputs.end() ? found->second : s_inputs.emplace(scope, FindPorts(scope, vpiInput)).first->second;
 }
 
 // A name without its last part, and that part.
@@ -201,6 +201,14 @@ std::vector<std::string> SignalsIn(const std::string &scope)
     std::vector<std::string> names;
     for (const SMember &member : Look(FindScope(scope)).signals)
         names.push_back(scope + "." + member.name);
+    return names;
+}
+
+std::vector<std::string> OutputsOf(const std::string &scope)
+{
+    std::vector<std::string> names;
+    for (const std::string &output : FindPorts(scope, vpiOutput))
+        names.push_back(scope + "." + output);
     return names;
 }
 

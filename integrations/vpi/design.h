@@ -19,8 +19,9 @@ vpiHandle FindObject(const std::string &name);
 
 /// The signals directly in a scope, with all scopes in their names.
 std::vector<std::string> SignalsIn(const std::string &scope);
-/// Those of them that are inputs of it.
+/// Those of them that are inputs of it, and those that are outputs.
 std::vector<std::string> InputsOf(const std::string &scope);
+std::vector<std::string> OutputsOf(const std::string &scope);
 
 /// Whether a signal is an input of the scope in which it is.
 bool IsInput(vpiHandle object);

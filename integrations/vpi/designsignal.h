@@ -36,8 +36,11 @@ public:
     /// @throw CRefusal for a strength that the simulator does not have, or that would have no effect
     void CheckStrength(EStrength strength) const;
 
-    /// The letters that it shows, left bound first; only of a signal of letters.
+    /// The letters that it shows, left bound first; of an integer its bits.
     std::string Read() const;
+    /// Of an integer, or of the position of an enumeration.
+    long long ReadInteger() const { return Get(vpiIntVal).value.integer; }
+    double ReadReal() const { return Get(vpiRealVal).value.real; }
 
     /// Puts a value. @param letters  as many as there are bits, each as `SimulatorLetter` gives it
     void PutLetters(const std::string &letters, EStrength strength);

@@ -15,13 +15,17 @@
 #include "integrations/vpi/design.h"
 #include "integrations/vpi/hierarchicalname.h"
 #include "integrations/vpi/recordedclocks.h"
+#include "integrations/vpi/recordedports.h"
+#include "integrations/vpi/runcomparison.h"
 #include "integrations/vpi/session.h"
 #include "integrations/vpi/simulator.h"
 #include "tools/commandline.h"
+#include "tools/compare/scopemap.h"
 #include "tools/examine/nearname.h"
 #include "tools/files/selectedfile.h"
 #include "tools/files/wavefile.h"
 #include "tools/quote.h"
+#include "tools/timetext.h"
 #include "waveform/files/filewalk.h"
 
 namespace tesk::vpi {
@@ -166,7 +170,7 @@ private:
 // Walks the file along with the simulation.
 class CReplay : public IPart, public IWoken {
 public:
-    CReplay(std::unique_ptr<IWaveformFile> file, const std::vector<SFileSignal> &signals,
+    CReplay(std::shared_ptr<IWaveformFile> file, const std::vector<SFileSignal> &signals,
             std::vector<CFollower> followers)
         : m_file(std::move(file)), m_isClock(FindClocks(*m_file, signals)), m_followers(std::move(followers)),
           m_walk(*m_file, signals), m_resolution(m_file->GetResolution()), m_begin(Now())
@@ -221,7 +225,7 @@ private:
         m_next = ticks > Largest - m_begin ? Largest : m_begin + ticks;
     }
 
-    std::unique_ptr<IWaveformFile> m_file;
+    std::shared_ptr<IWaveformFile> m_file;
     std::vector<bool> m_isClock;  // by the places of the signals in the walk; so the next
     std::vector<CFollower> m_followers;
     CFileWalk m_walk;
@@ -233,31 +237,18 @@ private:
     std::vector<std::size_t> m_late;  // signals whose values are still to be put
 };
 
-// What a signal of the file is called below the scope; empty if it is not there.
-std::string NameBelow(const std::string &scope, const std::string &path)
-{
-    if (scope.empty())
-        return path;
-    const bool isBelow =
-        path.size() > scope.size() + 1 && path[scope.size()] == '.' && IsLikeGlob(path.substr(0, scope.size()), scope);
-    return isBelow ? path.substr(scope.size() + 1) : "";
-}
-
-std::string Below(const std::string &scope, const std::string &name)
-{
-    return scope.empty() ? name : scope + "." + name;
-}
-
-// The names below the scope that are to be driven: of patterns, else of the inputs that the scope has in the design.
+// The names below the scope that are to be driven: of patterns, else of the inputs of the scope.
 class CChoice {
 public:
-    explicit CChoice(const SBenchReplay &replay) : m_globs(replay.drive)
+    CChoice(IWaveformFile &file, const SBenchReplay &replay) : m_globs(replay.drive)
     {
-        if (!m_globs.empty())
+        if (m_globs.empty())
+            m_inputs = PortsBelow(file, replay.scope, ESignalDirection::In);
+        if (!m_globs.empty() || !m_inputs.empty())
             return;
         for (const std::string &input : InputsOf(replay.to))
             m_inputs.push_back(input.substr(replay.to.size() + 1));
-        if (m_inputs.empty())
+        if (m_inputs.empty() && replay.compare.empty())
             throw CRefusal(Quote(replay.to) +
                            " has no inputs that the simulator tells of; write drive = [\"clk\", \"din*\"]");
     }
@@ -290,26 +281,38 @@ private:
     std::vector<std::string> m_inputs;
 };
 
+// Of a file that counts more finely than the simulation does.
+void TellRounding(IWaveformFile &file, const SBenchReplay &replay, const std::string &place)
+{
+    if (file.GetResolution() % Resolution() != 0)
+        Tell(ESeverity::Warning, place,
+             replay.file + " counts in " + TickText(1, file.GetResolution()) + ", the simulation in " +
+                 TickText(1, Resolution()) + ": its times are rounded down");
+}
+
 }  // namespace
 
-void StartReplay(const SBenchReplay &replay, const std::string &place)
+void StartReplay(const SBenchReplay &replay, const SReplayTimes &times, const std::string &place)
 {
-    std::unique_ptr<IWaveformFile> file = OpenWaveFile(replay.file);
-    CChoice choice(replay);
+    const std::shared_ptr<IWaveformFile> file = OpenWaveFile(replay.file);
+    CChoice choice(*file, replay);
     std::vector<SFileSignal> signals;
     std::vector<CFollower> followers;
-    std::vector<std::string> names;
+    std::vector<std::string> names, driven;
     for (const SFileSignal &recorded : file->GetSignals()) {
-        const std::string name = NameBelow(replay.scope, recorded.path);
-        if (name.empty())
+        const auto below = NameBelow(recorded.path, replay.scope);
+        if (!below || below->empty())
             continue;
-        names.push_back(name);
-        if (!choice.Has(name))
+        names.emplace_back(*below);
+        if (!choice.Has(names.back()))
             continue;
-        const std::string target = Below(replay.to, name);
         try {
-            followers.emplace_back(recorded, FindObject(target));
+            const vpiHandle object = FindObject(JoinName(replay.to, *below));
+            if (CSession::Current().IsStimulated(FullName(object)))
+                continue;  // a formula of the bench stands in for the record
+            followers.emplace_back(recorded, object);
             signals.push_back(recorded);
+            driven.push_back(names.back());
         } catch (const CRefusal &refusal) {
             Tell(ESeverity::Error, place, refusal.what());
         }
@@ -318,12 +321,13 @@ void StartReplay(const SBenchReplay &replay, const std::string &place)
         throw CRefusal(replay.file + ": there is nothing below " + Quote(replay.scope) +
                        " in the file; \"tesk signals " + replay.file + "\" lists its signals");
     choice.TellUnused(names, place);
-    if (!replay.compare.empty())
-        Tell(ESeverity::Warning, place,
-             "nothing is compared in the simulation; compare its dump with that file by \"tesk diff\"");
+    TellRounding(*file, replay, place);
+    const bool isCompared = StartRunComparison(file, {replay, place, times.tolerance, times.until, driven});
+    if (signals.empty() && !isCompared)
+        throw CRefusal(replay.file + ": there is nothing to drive, and nothing to compare");
     if (signals.empty())
-        throw CRefusal(replay.file + ": there is nothing to drive");
-    auto player = std::make_unique<CReplay>(std::move(file), signals, std::move(followers));
+        return;
+    auto player = std::make_unique<CReplay>(file, signals, std::move(followers));
     CSession &session = CSession::Current();
     session.WakeUps().At(Now(), *player);
     session.Add(std::move(player));

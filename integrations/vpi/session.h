@@ -38,6 +38,8 @@ public:
     void Stimulate(vpiHandle signal, SStimulation asked);
     /// Takes the stimulator of a signal away. @throw CRefusal if it has none
     void Release(vpiHandle signal);
+    /// Whether a signal has a stimulator. @param name  with its scopes
+    bool IsStimulated(const std::string &name) const { return m_stimulators.count(name) != 0; }
     /// Keeps a part.
     void Add(std::unique_ptr<IPart> part) { m_parts.push_back(std::move(part)); }
 

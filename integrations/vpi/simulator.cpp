@@ -4,8 +4,11 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 #include "tools/quote.h"
 #include "tools/timetext.h"
@@ -15,11 +18,12 @@ namespace tesk::vpi {
 namespace {
 
 constexpr SSimulator Simulators[] = {
-    {"Icarus", true, false, false, true, true, true, false, true,
+    {"Icarus", true, false, false, true, true, true, false, true, true,
      "; Icarus Verilog leaves out what nothing in the design uses"},
-    {"GHDL", true, true, true, true, false, false, false, false, "; GHDL shows no reals, records and times"},
-    {"Verilator", false, false, false, false, false, false, true, false, "; compile the design with --public-flat-rw"},
-    {"", true, false, false, true, true, true, false, true, ""},
+    {"GHDL", true, true, true, true, false, false, false, false, true, "; GHDL shows no reals, records and times"},
+    {"Verilator", false, false, false, false, false, false, true, false, false,
+     "; compile the design with --public-flat-rw"},
+    {"", true, false, false, true, true, true, false, true, true, ""},
 };
 
 const SSimulator &FindSimulator()
@@ -56,7 +60,18 @@ vpiHandle Register(PLI_INT32 reason, long long delay, PLI_INT32 (*routine)(t_cb_
     return vpi_register_cb(&callback);
 }
 
+// Has the simulator fail at its end, where it lets itself be told. Of Icarus Verilog, not in the standard.
+bool SetStatus()
+{
+    using CSetStatus = void (*)(int);
+    const auto setStatus = reinterpret_cast<CSetStatus>(dlsym(RTLD_DEFAULT, "vpip_set_return_value"));
+    if (setStatus != nullptr)
+        setStatus(1);
+    return setStatus != nullptr;
+}
+
 int s_errors = 0;
+bool s_isStopped = false;
 
 }  // namespace
 
@@ -111,6 +126,11 @@ vpiHandle CallAfterReaction(PLI_INT32 (*routine)(t_cb_data *), void *data)
     return Register(cbReadWriteSynch, 0, routine, data);
 }
 
+vpiHandle CallWhenSettled(PLI_INT32 (*routine)(t_cb_data *), void *data)
+{
+    return Register(cbReadOnlySynch, 0, routine, data);
+}
+
 void CancelCall(vpiHandle callback)
 {
     if (callback != nullptr)
@@ -131,17 +151,37 @@ void Tell(ESeverity severity, const std::string &place, const std::string &text)
     vpi_printf(Text("%s\n"), line.c_str());
 }
 
+void Say(const std::string &place, const std::string &text)
+{
+    vpi_printf(Text("%s\n"), OneLine((place.empty() ? "tesk" : place) + ": " + text).c_str());
+}
+
 int CountErrors()
 {
     return s_errors;
 }
 
+bool IsStopped()
+{
+    return s_isStopped;
+}
+
+void FailAtExit()
+{
+    static bool s_isSet = false;
+    if (SetStatus() || std::exchange(s_isSet, true))
+        return;
+    // The standard knows no status of the whole. What others have to do at the exit is done: it was asked for later than this.
+    std::atexit([] {
+        std::fflush(nullptr);
+        std::_Exit(1);
+    });
+}
+
 void StopForFault()
 {
-    // Of Icarus Verilog; not in the standard, which knows no status of the whole.
-    using CSetStatus = void (*)(int);
-    if (const auto setStatus = reinterpret_cast<CSetStatus>(dlsym(RTLD_DEFAULT, "vpip_set_return_value")))
-        setStatus(1);
+    SetStatus();
+    s_isStopped = true;
     vpi_control(vpiFinish, 1);
 }
 

@@ -21,6 +21,7 @@ struct SSimulator {
     bool hasEveryObject;   ///< objects of all kinds can be listed; asking others for more is an error
     bool freesCallbacks;   ///< the handle of a callback is to be given up
     bool takesNumbers;     ///< bits may be put as numbers: one alone, and rows of known ones
+    bool tellsChanges;     ///< a change of a signal can be heard of as it happens
     const char *missing;   ///< why a signal of a design may not be there; may be empty
 };
 const SSimulator &Simulator();
@@ -46,6 +47,8 @@ std::vector<std::string> PlusArguments();
 vpiHandle CallAfter(long long delay, PLI_INT32 (*routine)(t_cb_data *), void *data);
 /// Calls `routine(data)` in this tick, when the design has reacted to what it has got so far.
 vpiHandle CallAfterReaction(PLI_INT32 (*routine)(t_cb_data *), void *data);
+/// Calls `routine(data)` when all that happens in this tick, or in the next one in which something does, is over.
+vpiHandle CallWhenSettled(PLI_INT32 (*routine)(t_cb_data *), void *data);
 /// Takes back a call that has not come.
 void CancelCall(vpiHandle callback);
 /// What is left to do about a callback that has been called.
@@ -54,9 +57,16 @@ void ForgetCall(vpiHandle callback);
 /// One line of the simulator's output: "tb.v:12: error: text".
 /// @param place  a file with the line, or a name
 void Tell(ESeverity severity, const std::string &place, const std::string &text);
+/// The same of what is no fault: "tv.v:12: text".
+void Say(const std::string &place, const std::string &text);
 /// How many errors were told.
 int CountErrors();
 /// Ends the simulation as its own tasks do at a fault: no further time step, and where that can be told a failure for a status.
 void StopForFault();
+/// Whether that was done: there is no simulation to speak of.
+bool IsStopped();
+/// The simulator goes on, and ends with the status 1 whatever it makes of the simulation. To be called at its end, too: the
+/// design may have set another one meanwhile.
+void FailAtExit();
 
 }  // namespace tesk::vpi

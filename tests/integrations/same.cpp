@@ -81,7 +81,8 @@ TEST_F(OneBench, TellsInVerilatorWhatCannotBeForced)
 TEST_F(OneBench, IsReplayedInVerilatorAsIcarusRecordedIt)
 {
     m_simulation.Write("design.v", ReadFile(Folder + "same.v"));
-    m_simulation.Write("replay.toml", "until = \"200ns\"\n[[replay]]\nfile = \"icarus.fst\"\nscope = \"tb\"\n");
+    m_simulation.Write("replay.toml",
+                       "until = \"200ns\"\n[[replay]]\nfile = \"icarus.fst\"\nscope = \"tb\"\ncompare = [\"count\"]\n");
     EXPECT_EQ(m_simulation.Run("iverilog '-DDUMP=\"icarus.fst\"' -o same.vvp design.v && vvp -M '" TESK_MODULE_FOLDER
                                "' -m tesk same.vvp -fst +tesk=same.toml && '" TESK_VERILATED
                                "' +tesk=replay.toml +dump=verilator.vcd"),

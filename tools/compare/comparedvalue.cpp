@@ -120,6 +120,18 @@ CComparedRow EmptyRow(const SComparedForm &form, const SComparePolicy &policy)
     return CComparedRow(form.width * ElementSize(form.kind), isLevels ? ComparedLevel('X', policy) : '\0');
 }
 
+void WriteInteger(long long number, char *element)
+{
+    StoreNumber(static_cast<std::uint64_t>(number), element);
+}
+
+void WriteReal(double number, char *element)
+{
+    const double one =
+        std::isnan(number) ? std::numeric_limits<double>::quiet_NaN() : number + 0.0;  // no negative zero
+    StoreNumber(std::bit_cast<std::uint64_t>(one), element);
+}
+
 bool MatchesElement(const SComparePolicy &policy, EComparedKind kind, const char *expected, const char *got)
 {
     if (std::memcmp(expected, got, ElementSize(kind)) == 0)
@@ -191,15 +203,22 @@ void CValueForm::ReadLiterals(const KTypeInfo &scalar, CLiteralTexts &literals)
         m_numbers.push_back(literals.Number(text));
 }
 
-std::uint64_t CValueForm::NumberOf(std::uint64_t value) const
+long long CValueForm::IntegerOf(std::uint64_t value) const
 {
-    if (m_kind == EComparedKind::Integer)
-        return m_isWide ? value
-                        : static_cast<std::uint64_t>(static_cast<std::int32_t>(static_cast<std::uint32_t>(value)));
-    const auto real = std::bit_cast<double>(value);
-    if (std::isnan(real))
-        return std::bit_cast<std::uint64_t>(std::numeric_limits<double>::quiet_NaN());
-    return std::bit_cast<std::uint64_t>(real + 0.0);  // of the two zeros the positive one
+    return m_isWide ? static_cast<long long>(value) : static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
+}
+
+void CValueForm::WriteNumber(std::optional<std::uint64_t> value, char *element) const
+{
+    const bool isLiteral = m_kind == EComparedKind::Literal;
+    if (!value || (isLiteral && *value >= m_numbers.size()))
+        StoreNumber(std::nullopt, element);
+    else if (isLiteral)
+        StoreNumber(m_numbers[static_cast<std::size_t>(*value)], element);
+    else if (m_kind == EComparedKind::Real)
+        WriteReal(std::bit_cast<double>(*value), element);
+    else
+        WriteInteger(IntegerOf(*value), element);
 }
 
 void CValueForm::Write(std::span<const std::optional<std::uint64_t>> values, char *row) const
@@ -210,12 +229,7 @@ void CValueForm::Write(std::span<const std::optional<std::uint64_t>> values, cha
         return;
     }
     for (const auto &value : values) {
-        std::optional<std::uint64_t> number;
-        if (value && m_kind != EComparedKind::Literal)
-            number = NumberOf(*value);
-        else if (value && *value < m_numbers.size())
-            number = m_numbers[static_cast<std::size_t>(*value)];
-        StoreNumber(number, row);
+        WriteNumber(value, row);
         row += NumberSize;
     }
 }
@@ -232,8 +246,8 @@ void CValueForm::WriteAsLevels(std::optional<std::uint64_t> value, std::span<cha
         std::ranges::fill(levels, m_unknown);
         return;
     }
-    const auto number = static_cast<std::int64_t>(NumberOf(*value));
-    const std::int64_t above = levels.size() >= 63 ? 0 : number >> levels.size();  // what the levels have no place for
+    const long long number = IntegerOf(*value);
+    const long long above = levels.size() >= 63 ? 0 : number >> levels.size();  // what the levels have no place for
     const bool isNegative = above == -1 && (number >> (levels.size() - 1)) == -1;
     if (above != 0 && !isNegative) {
         std::ranges::fill(levels, NoLevel);

@@ -42,6 +42,10 @@ CComparedRow EmptyRow(const SComparedForm &form, const SComparePolicy &policy);
 /// The letter by which a level is kept. @param letter  one of std_logic, or x or z as a dump has it; 0 for no other one
 char ComparedLevel(char letter, const SComparePolicy &policy);
 
+/// Write a number into an element.
+void WriteInteger(long long number, char *element);
+void WriteReal(double number, char *element);
+
 /// Whether what is expected of an element, and what was got, are no difference.
 bool MatchesElement(const SComparePolicy &policy, EComparedKind kind, const char *expected, const char *got);
 
@@ -80,7 +84,8 @@ public:
 
 private:
     void ReadLiterals(const Kestrin::KTypeInfo &scalar, CLiteralTexts &literals);
-    std::uint64_t NumberOf(std::uint64_t value) const;
+    void WriteNumber(std::optional<std::uint64_t> value, char *element) const;
+    long long IntegerOf(std::uint64_t value) const;
 
     EComparedKind m_kind = EComparedKind::Literal;
     SComparePolicy m_policy;

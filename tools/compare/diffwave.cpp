@@ -25,9 +25,9 @@ public:
               const std::vector<std::size_t> &signals)
         : m_policy(report.diff.comparison.Policy()), m_expectedForms(expected, m_policy, *report.diff.literals),
           m_gotForms(got, m_policy, *report.diff.literals),
-          m_expected(expected, ECompareSide::Expected, expected.GetResolution() / report.diff.resolution,
+          m_expected(expected, ECompareSide::Expected, {expected.GetResolution(), report.diff.resolution},
                      m_expectedForms),
-          m_got(got, ECompareSide::Got, got.GetResolution() / report.diff.resolution, m_gotForms),
+          m_got(got, ECompareSide::Got, {got.GetResolution(), report.diff.resolution}, m_gotForms),
           m_comparison(m_policy)
     {
         for (const std::size_t signal : signals) {

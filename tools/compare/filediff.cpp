@@ -33,8 +33,8 @@ public:
     CDiffWalk(IWaveformFile &expected, IWaveformFile &got, const SComparePolicy &policy, CLiteralTexts &literals,
               long long resolution)
         : m_expectedForms(expected, policy, literals), m_gotForms(got, policy, literals),
-          m_expected(expected, ECompareSide::Expected, expected.GetResolution() / resolution, m_expectedForms),
-          m_got(got, ECompareSide::Got, got.GetResolution() / resolution, m_gotForms)
+          m_expected(expected, ECompareSide::Expected, {expected.GetResolution(), resolution}, m_expectedForms),
+          m_got(got, ECompareSide::Got, {got.GetResolution(), resolution}, m_gotForms)
     {}
 
     std::vector<EComparedKind> ExpectedKinds() const { return m_expectedForms.Kinds(); }

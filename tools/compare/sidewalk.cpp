@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <span>
 
-#include "base/saturate.h"
 #include "waveform/files/signalwalk.h"
 
 namespace tesk {
@@ -30,8 +29,8 @@ std::vector<EComparedKind> CSideForms::Kinds() const
     return kinds;
 }
 
-CSideWalk::CSideWalk(IWaveformFile &file, ECompareSide side, long long factor, const CSideForms &forms)
-    : m_file(file), m_side(side), m_factor(factor), m_forms(forms), m_sourceOf(file.GetSignals().size())
+CSideWalk::CSideWalk(IWaveformFile &file, ECompareSide side, const CTickMap &ticks, const CSideForms &forms)
+    : m_file(file), m_side(side), m_ticks(ticks), m_forms(forms), m_sourceOf(file.GetSignals().size())
 {}
 
 std::size_t CSideWalk::SourceOf(std::size_t signal)
@@ -65,7 +64,7 @@ bool CSideWalk::Next()
     }
     if (!m_walk->Next())
         return false;
-    m_time = MultiplySaturating(m_walk->GetTime(), m_factor);
+    m_time = m_ticks(m_walk->GetTime());
     return true;
 }
 

@@ -4,11 +4,13 @@
 #include <cstddef>
 #include <map>
 #include <memory>
+#include <numeric>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "base/saturate.h"
 #include "tools/compare/comparison.h"
 #include "tools/compare/signalpairs.h"
 #include "waveform/files/filewalk.h"
@@ -28,11 +30,31 @@ private:
     std::vector<const CValueForm *> m_ofSignals;
 };
 
+/// Times of a file as those of who compares.
+class CTickMap {
+public:
+    /// @param file, here  femtoseconds per tick
+    /// @param offset      ticks here, of the beginning of the file
+    CTickMap(long long file, long long here, long long offset = 0)
+        : m_factor(file / std::gcd(file, here)), m_divisor(here / std::gcd(file, here)), m_offset(offset)
+    {}
+
+    /// Times that are no whole number of ticks are rounded down; those beyond the last tick are that.
+    long long operator()(long long time) const
+    {
+        return AddSaturating(m_offset, MultiplySaturating(time, m_factor) / m_divisor);
+    }
+
+private:
+    long long m_factor;
+    long long m_divisor;
+    long long m_offset;
+};
+
 class CSideWalk {
 public:
     /// @param file    must outlive the walk, as `forms` must
-    /// @param factor  ticks of the comparison in one of the file
-    CSideWalk(IWaveformFile &file, ECompareSide side, long long factor, const CSideForms &forms);
+    CSideWalk(IWaveformFile &file, ECompareSide side, const CTickMap &ticks, const CSideForms &forms);
 
     /// Signals that share their events have one source.
     std::size_t SourceOf(std::size_t signal);
@@ -63,7 +85,7 @@ private:
 
     IWaveformFile &m_file;
     ECompareSide m_side;
-    long long m_factor;
+    CTickMap m_ticks;
     const CSideForms &m_forms;
     std::map<std::pair<std::string, std::vector<long long>>, std::size_t> m_known;  // sources by type and events
     std::vector<std::optional<std::size_t>> m_sourceOf;

@@ -1,0 +1,36 @@
+// Which way the ports of a recorded design lead.
+#include <gtest/gtest.h>
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "waveform/files/filekinds.h"
+#include "waveform/files/waveformfile.h"
+
+using tesk::ESignalDirection;
+
+namespace {
+
+std::map<std::string, ESignalDirection> DirectionsIn(const char *file)
+{
+    const std::string path = std::string(TESK_SOURCE_DIR) + "/tests/data/" + file;
+    const std::unique_ptr<tesk::IWaveformFile> opened = tesk::FileKind(tesk::EFileKind::Database).open(path.c_str());
+    std::map<std::string, ESignalDirection> directions;
+    for (const tesk::SFileSignal &signal : opened->GetSignals())
+        directions[signal.path] = signal.direction;
+    return directions;
+}
+
+}  // namespace
+
+TEST(PortDirections, AreThoseThatAnFstFileTells)
+{
+    const auto directions = DirectionsIn("tb.verilator.fst");
+    EXPECT_EQ(directions.at("TOP.tb.dut.clk"), ESignalDirection::In);
+    EXPECT_EQ(directions.at("TOP.tb.dut.reset"), ESignalDirection::In);
+    EXPECT_EQ(directions.at("TOP.tb.dut.count"), ESignalDirection::Out);
+    EXPECT_EQ(directions.at("TOP.tb.clk"), ESignalDirection::Unknown);
+    for (const auto &[name, direction] : DirectionsIn("tb.iverilog.fst"))
+        EXPECT_EQ(direction, ESignalDirection::Unknown) << name;
+}
