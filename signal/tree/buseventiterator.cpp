@@ -49,6 +49,8 @@ public:
 
     /// Takes the leaves below `signal`, depth first. @return false if one of them gives no iterator
     bool CollectBelow(ISignal &signal);
+    /// Called once, when all leaves are taken: nothing is allocated from then on.
+    void ReserveTimes() { m_times.SetCount(m_iterators.size()); }
 
     IBusEvent *GetEvent() override { return &m_busEvent; }
     long Next() override;
@@ -181,14 +183,11 @@ long CBusEventIterator::Next()
 void CBusEventIterator::QueueTimes()
 {
     const auto isEmpty = [](const TReference<IEventIterator> &iterator) { return iterator->HasEvents() == 0; };
-    std::vector<long long> times;
-    if (std::ranges::none_of(m_iterators, isEmpty)) {
-        for (const TReference<IEventIterator> &iterator : m_iterators) {
-            const long long time = iterator->GetCurrentTime();
-            times.push_back(time != NoTime ? time : CNextTimes::Never);
-        }
-    }
-    m_times.Assign(std::move(times));
+    const bool isOver = std::ranges::any_of(m_iterators, isEmpty);
+    m_times.Fill([&](std::size_t leaf) {
+        const long long time = isOver ? NoTime : m_iterators[leaf]->GetCurrentTime();
+        return time != NoTime ? time : CNextTimes::Never;
+    });
     m_areTimesKnown = true;
 }
 
@@ -257,6 +256,7 @@ try {
     auto bus = std::make_unique<CBusEventIterator>();
     if (!bus->CollectBelow(*signal))
         return E_FAIL;
+    bus->ReserveTimes();
     return HandOut(std::move(bus), iterator);
 } catch (const std::bad_alloc &) {
     return E_OUTOFMEMORY;

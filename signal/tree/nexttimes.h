@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <limits>
-#include <utility>
 #include <vector>
 
 namespace tesk {
@@ -16,19 +15,23 @@ public:
     /// Stands for the time of a sequence that has ended.
     static constexpr long long Never = std::numeric_limits<long long>::max();
 
-    CNextTimes() { Assign({}); }
-
-    void Assign(std::vector<long long> times)
+    /// So many sequences from now on. Whatever else is done allocates nothing.
+    void SetCount(std::size_t count)
     {
-        m_levels.clear();
-        m_levels.push_back(std::move(times));
-        while (m_levels.back().size() > Group) {
-            const std::vector<long long> &below = m_levels.back();
-            std::vector<long long> level((below.size() + Group - 1) / Group);
-            for (std::size_t i = 0; i < level.size(); ++i)
-                level[i] = LeastOf(below, i);
-            m_levels.push_back(std::move(level));
-        }
+        m_levels.assign(1, std::vector<long long>(count, Never));
+        while (m_levels.back().size() > Group)
+            m_levels.emplace_back((m_levels.back().size() + Group - 1) / Group, Never);
+    }
+
+    /// Takes the time of each sequence, by its number, anew.
+    template <class FTimeOf>
+    void Fill(const FTimeOf &timeOf)
+    {
+        for (std::size_t i = 0; i < m_levels[0].size(); ++i)
+            m_levels[0][i] = timeOf(i);
+        for (std::size_t level = 1; level < m_levels.size(); ++level)
+            for (std::size_t i = 0; i < m_levels[level].size(); ++i)
+                m_levels[level][i] = LeastOf(m_levels[level - 1], i);
     }
 
     /// `Never` if there is none.
@@ -71,7 +74,8 @@ private:
         }
     }
 
-    std::vector<std::vector<long long>> m_levels;  // the times themselves first
+    std::vector<std::vector<long long>> m_levels =
+        std::vector<std::vector<long long>>(1);  // the times themselves first
 };
 
 }  // namespace tesk

@@ -158,7 +158,7 @@ try {
         return false;
     m_owned = std::move(store);
     m_store = m_owned.get();
-    m_opening.reset();
+    m_left = std::move(m_opening);
     return true;
 } catch (const std::runtime_error &error) {
     Q71log_PrintFormattedString(1, "VCD", "", error.what());

@@ -47,6 +47,7 @@ private:
     std::unique_ptr<WaveStore> m_owned;
     std::string m_path;
     std::unique_ptr<CVcdOpening> m_opening;  // until all events are in the store
+    std::unique_ptr<CVcdOpening> m_left;     // what was m_opening: a walk may still read from it
     WaveStore *m_store;
     std::optional<std::vector<SFileSignal>> m_signals;
 };

@@ -227,6 +227,19 @@ TEST(VcdFile, IsReadOnceMoreForEventsBehindAWalk)
     EXPECT_THAT(log.Messages(), SizeIs(1));
 }
 
+TEST(VcdFile, IsReadOnceMoreForEventsBesideAWalkThatGoesOn)
+{
+    const CTemporaryFolder folder;
+    const auto file = tesk::CVcdFile::Open(WriteVcd(folder, Head + Values).c_str());
+    const auto walk = file->WalkChanges(file->GetSignals());
+    long long time = 0;
+    ASSERT_TRUE(walk->Next(time, Never));
+    EXPECT_NE(file->Walk(1), nullptr);
+    while (walk->Next(time, Never)) {
+    }
+    EXPECT_EQ(time, 40);
+}
+
 TEST(VcdFile, LeavesAPartOfASignalToTheEvents)
 {
     const CTemporaryFolder folder;
