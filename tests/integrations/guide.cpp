@@ -49,7 +49,8 @@ TEST(GuideOnSimulators, LeadsToAPictureOfTheCounter)
     for (std::size_t i = 0; i < blocks.size(); ++i) {
         CSimulation simulation;
         ASSERT_EQ(simulation.Run("mkdir installed && cp '" TESK_MODULE_FOLDER "/tesk.vpi' '" TESK_SOURCE_DIR
-                                 "/integrations/vpi/verilated/runverilated.cpp' installed && set -e\n" +
+                                 "/integrations/vpi/verilated/runverilated.cpp' installed && set -e\n"
+                                 "export MAKEFLAGS='OPT_FAST=-O0 OPT_GLOBAL=-O0'\n" +
                                  blocks[i]),
                   0)
             << simulation.Output();
