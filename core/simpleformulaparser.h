@@ -30,12 +30,15 @@ private:
     struct SValue;
 
     std::size_t Width() const { return static_cast<std::size_t>(m_width); }
-    ESplit splitToken(std::string_view chunk, bool isCharacterType, std::vector<std::string> &elements) const;
-    bool FitValue(bool isCharacterType, SValue &value) const;
-    void FitLongNumber(SValue &value) const;
-    bool FitNumber(SValue &value) const;
-    static void AppendSubValues(std::string_view values, std::string_view time, std::vector<std::string> &elements);
-    static void AppendCharacters(const SValue &value, std::string_view time, std::vector<std::string> &elements);
+    TESK_LOCAL ESplit splitToken(std::string_view chunk, bool isCharacterType,
+                                 std::vector<std::string> &elements) const;
+    TESK_LOCAL bool FitValue(bool isCharacterType, SValue &value) const;
+    TESK_LOCAL void FitLongNumber(SValue &value) const;
+    TESK_LOCAL bool FitNumber(SValue &value) const;
+    TESK_LOCAL static void AppendSubValues(std::string_view values, std::string_view time,
+                                           std::vector<std::string> &elements);
+    TESK_LOCAL static void AppendCharacters(const SValue &value, std::string_view time,
+                                            std::vector<std::string> &elements);
 
     int m_width = 0;
     bool m_isBitVector = false;

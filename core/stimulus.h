@@ -155,8 +155,8 @@ protected:
 
     bool IsAbsolute() const { return (m_flags & Absolute) != 0; }
     bool HasWrittenTime() const { return (m_flags & HasTime) != 0; }
-    std::string TimeText() const;
-    void SetFlag(unsigned flag, bool on);
+    TESK_LOCAL std::string TimeText() const;
+    TESK_LOCAL void SetFlag(unsigned flag, bool on);
 
     long long m_binaryValue = 0;
     STimeValue m_time;
@@ -208,7 +208,7 @@ public:
 
 private:
     friend class CStimIterator;
-    class CFormulaReader;
+    class TESK_LOCAL CFormulaReader;
 
     static constexpr unsigned UseAbsolute = 1;     // absolute events take part in GetNextEventTime
     static constexpr unsigned CancelAbsolute = 2;  // the cancel time was written with "@"
@@ -222,18 +222,18 @@ private:
 
     enum class EDirection { Backward, Forward };
 
-    void MoveRelativeEventsToOffset();
-    void BuildIndex();
-    static const SIndexEntry *FindNearest(const CTimeIndex &index, long long time, EDirection direction);
-    long long Base() const;
-    bool IsCancelledAt(long long time) const;
-    const CSimpleStimulus *FindEvent(long long time) const;
-    static long long Nearer(long long absolute, long long relative);
-    long long NextAbsoluteTime(long long from) const;
-    long long NextTime(long long from, bool useAbsolute) const;
-    long long NextRelativeTime(long long from, bool wraps) const;
-    long long FirstOfNextPeriod() const;
-    void AppendEventText(CSimpleStimulus &event, std::string &text);
+    TESK_LOCAL void MoveRelativeEventsToOffset();
+    TESK_LOCAL void BuildIndex();
+    TESK_LOCAL static const SIndexEntry *FindNearest(const CTimeIndex &index, long long time, EDirection direction);
+    TESK_LOCAL long long Base() const;
+    TESK_LOCAL bool IsCancelledAt(long long time) const;
+    TESK_LOCAL const CSimpleStimulus *FindEvent(long long time) const;
+    TESK_LOCAL static long long Nearer(long long absolute, long long relative);
+    TESK_LOCAL long long NextAbsoluteTime(long long from) const;
+    TESK_LOCAL long long NextTime(long long from, bool useAbsolute) const;
+    TESK_LOCAL long long NextRelativeTime(long long from, bool wraps) const;
+    TESK_LOCAL long long FirstOfNextPeriod() const;
+    TESK_LOCAL void AppendEventText(CSimpleStimulus &event, std::string &text);
 
     std::vector<std::unique_ptr<CSimpleStimulus>> m_events;  // in the order of the formula
     STimeValue m_repeat;

@@ -100,7 +100,7 @@ public:
 
 private:
     friend class CTypeReader;
-    explicit KTypeInfo(std::shared_ptr<const STypeDescription> description);
+    TESK_LOCAL explicit KTypeInfo(std::shared_ptr<const STypeDescription> description);
 
     std::shared_ptr<const STypeDescription> m_description;  // never null
 };

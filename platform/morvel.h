@@ -31,7 +31,7 @@ private:
 /// The events of one signal. Copies share them.
 class TESK_API KEventsStore {
 public:
-    explicit KEventsStore(std::shared_ptr<const CStoredEvents> events);
+    TESK_LOCAL explicit KEventsStore(std::shared_ptr<const CStoredEvents> events);
 
     /// Places `event` on the last event not later than `time`, by binary search. `cache` is always null.
     /// @return false if there is none
@@ -43,7 +43,7 @@ public:
     int GetSecondSize() const;
 
 private:
-    void Put(KEventData &event, std::size_t position, long long time) const;
+    TESK_LOCAL void Put(KEventData &event, std::size_t position, long long time) const;
 
     std::shared_ptr<const CStoredEvents> m_events;
 };

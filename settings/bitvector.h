@@ -65,17 +65,17 @@ public:
 
 private:
     std::uint32_t Word(std::size_t index) const { return index < m_words.size() ? m_words[index] : 0; }
-    std::uint32_t &WordForWriting(std::size_t index);
-    void SetBit(std::size_t index);
-    void MaskTopWord();
-    void Negate();
-    void Combine(const CBitVector &other, bool subtract);
-    bool IsJohnsonMember() const;
-    bool TakeFirstJohnsonAbove(const CBitVector &bound, bool up);
-    void TakeJohnsonUp(std::size_t steps);
-    void TakeJohnsonDown(std::size_t steps);
-    void TakeSizeOf(const CBitVector &other);
-    void MovePosition(bool up, unsigned &position) const;
+    TESK_LOCAL std::uint32_t &WordForWriting(std::size_t index);
+    TESK_LOCAL void SetBit(std::size_t index);
+    TESK_LOCAL void MaskTopWord();
+    TESK_LOCAL void Negate();
+    TESK_LOCAL void Combine(const CBitVector &other, bool subtract);
+    TESK_LOCAL bool IsJohnsonMember() const;
+    TESK_LOCAL bool TakeFirstJohnsonAbove(const CBitVector &bound, bool up);
+    TESK_LOCAL void TakeJohnsonUp(std::size_t steps);
+    TESK_LOCAL void TakeJohnsonDown(std::size_t steps);
+    TESK_LOCAL void TakeSizeOf(const CBitVector &other);
+    TESK_LOCAL void MovePosition(bool up, unsigned &position) const;
 
     std::vector<std::uint32_t> m_words;  // lowest first; those up to m_count that are missing are zero
     std::size_t m_count = 1;             // words that the number has

@@ -100,11 +100,6 @@ bool CClock::GenerateFormula(SimpleString::CStr &formula, int unit, long long *o
     return true;
 }
 
-void CClock::SetMark(short mark, bool on)
-{
-    m_packed = static_cast<std::uint16_t>(on ? m_packed | mark : m_packed & ~mark);
-}
-
 // The period, in the time unit whose id is that of the rate's unit.
 double CClock::PeriodInRateUnit() const
 {

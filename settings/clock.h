@@ -59,8 +59,11 @@ private:
     static constexpr unsigned CycleMask = 0x00FF;
 
     bool HasMark(short mark) const { return (m_packed & mark) != 0; }
-    void SetMark(short mark, bool on);
-    double PeriodInRateUnit() const;
+    void SetMark(short mark, bool on)
+    {
+        m_packed = static_cast<std::uint16_t>(on ? m_packed | mark : m_packed & ~mark);
+    }
+    TESK_LOCAL double PeriodInRateUnit() const;
 
     long long m_rateOffset = 0;
     double m_rateValue = 10.0;

@@ -69,7 +69,7 @@ public:
     bool FromFormula(const char *text);
 
 private:
-    bool ValidateStartingValue() const;
+    TESK_LOCAL bool ValidateStartingValue() const;
 
     CCounterStimulusInfoImpl *m_impl;
 };

@@ -86,13 +86,13 @@ public:
     bool IsEmpty() const { return GetLength() == 0; }
 
 private:
-    void Release();
-    void ShareEmptyBlock();
-    bool IsShared() const;
-    void Reallocate(int capacity);
-    void EnsureCapacity(int needed, int capacity);
-    void SetLength(int length);
-    void Append(const char *text, int count);
+    TESK_LOCAL void Release();
+    TESK_LOCAL void ShareEmptyBlock();
+    TESK_LOCAL bool IsShared() const;
+    TESK_LOCAL void Reallocate(int capacity);
+    TESK_LOCAL void EnsureCapacity(int needed, int capacity);
+    TESK_LOCAL void SetLength(int length);
+    TESK_LOCAL void Append(const char *text, int count);
 
     char *m_text;
 };

@@ -27,7 +27,7 @@ public:
     bool MakeBin(int width, SimpleString::CStr &text) const;
 
 private:
-    bool convert(SimpleString::CStr &text, int radix);
+    TESK_LOCAL bool convert(SimpleString::CStr &text, int radix);
 
     const char *m_digits = nullptr;  // the digits of the radix in use; static text
     unsigned long long m_magnitude = 0;

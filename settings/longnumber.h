@@ -32,7 +32,7 @@ public:
     bool ToBinaryText(std::string &text, int digits, bool pad) const;
 
 private:
-    std::size_t MagnitudeBits() const;
+    TESK_LOCAL std::size_t MagnitudeBits() const;
 
     std::vector<std::uint32_t> m_words;  // the magnitude, lowest word first; empty if the text was no number
     bool m_negative = false;

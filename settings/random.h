@@ -82,9 +82,9 @@ protected:
 
 private:
     struct SParameters;
-    static const SParameters &ParametersOf(ERandomStimulusKind kind);
-    bool Store(ERandomStimulusKind kind, int seed, int first = 0, int second = 0);
-    bool Load(ERandomStimulusKind kind, int &seed, int *first = nullptr, int *second = nullptr) const;
+    TESK_LOCAL static const SParameters &ParametersOf(ERandomStimulusKind kind);
+    TESK_LOCAL bool Store(ERandomStimulusKind kind, int seed, int first = 0, int second = 0);
+    TESK_LOCAL bool Load(ERandomStimulusKind kind, int &seed, int *first = nullptr, int *second = nullptr) const;
 
     double m_period = 0.0;
     int m_periodUnit = 0;

@@ -42,7 +42,7 @@ public:
     long long NextState();
 
 private:
-    void Enter(long long time, bool state);
+    TESK_LOCAL void Enter(long long time, bool state);
 
     std::map<long long, bool> m_states;  // time to the state from then on
     // The time that NextState gives, nothing at the end of a walk. A time and not a place in the map: so it holds in a

@@ -75,9 +75,9 @@ private:
     enum EField { DialogID, StimType, Strength, DialogData, InfoString, Active, StimStates, FieldCount };
     using CFields = std::array<const char *, FieldCount>;
 
-    bool CopyFields(const CFields &fields);
-    const char *EndField(std::string_view field);
-    const char *TakeOptional(std::string_view &rest, const char *absent);
+    TESK_LOCAL bool CopyFields(const CFields &fields);
+    TESK_LOCAL const char *EndField(std::string_view field);
+    TESK_LOCAL const char *TakeOptional(std::string_view &rest, const char *absent);
 
     std::unique_ptr<char[]> m_buffer;
     CFields m_fields{};  // into the buffer, or static text

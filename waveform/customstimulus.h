@@ -51,19 +51,19 @@ protected:
 
     bool AllowsBinary() const { return (m_timeUnit & BinaryAllowed) != 0; }
     /// Unit id of the file's resolution.
-    int FileUnit() const;
+    TESK_LOCAL int FileUnit() const;
     /// The place in the period at `time`, which must not lie before the offset.
-    long long PlaceInPeriod(long long time) const;
+    TESK_LOCAL long long PlaceInPeriod(long long time) const;
     /// Converts a place of the file, in simulation ticks, to file ticks.
-    long long ToFileTicks(long long place) const;
+    TESK_LOCAL long long ToFileTicks(long long place) const;
     /// Converts a count of `FileUnit` to simulation ticks.
-    static long long ToSimTicks(long long count, int unit);
+    TESK_LOCAL static long long ToSimTicks(long long count, int unit);
     /// Bytes that a raw value must have to be turned into text.
-    std::size_t RawValueSize() const;
+    TESK_LOCAL std::size_t RawValueSize() const;
     /// Stores the text of a raw value of `RawValueSize` bytes; `value` stays where there is none.
     /// @return whether `value` then holds a text
-    bool StoreText(const void *rawValue, SimpleString::CStr &value) const;
-    void ReleaseSignal();
+    TESK_LOCAL bool StoreText(const void *rawValue, SimpleString::CStr &value) const;
+    TESK_LOCAL void ReleaseSignal();
 
     long long m_fileResolution = 1;  // femtoseconds per file tick
     long long m_fileScale = 1;       // the number part of the file resolution, whose unit part is m_timeUnit
@@ -98,18 +98,19 @@ protected:
     virtual SNextChange FindNextChange(long long fileTime) const = 0;
 
     /// The change at a place of the file, in simulation ticks, unless it lies beyond the stretch or the period.
-    SNextChange ChangeAt(long long place) const;
+    TESK_LOCAL SNextChange ChangeAt(long long place) const;
 
     /// Fills a new object from the arguments of a formula, and keeps the file that they name.
     /// @param now  simulation ticks; when the stimulator is applied
     /// @return false if it cannot be used
-    bool Fill(tesk::IFileUse &use, const tesk::SWaveformFileRules &rules, long long now, const char *arguments);
+    TESK_LOCAL bool Fill(tesk::IFileUse &use, const tesk::SWaveformFileRules &rules, long long now,
+                         const char *arguments);
 
 private:
-    bool MakeSignal(tesk::IWaveformFile &file, const tesk::SWaveformFileRules &rules,
-                    const SimpleString::CStr &signalName);
-    bool ReadStretch(tesk::IWaveformFile &file, const tesk::SWaveformFileRules &rules, const char *start,
-                     const char *end);
+    TESK_LOCAL bool MakeSignal(tesk::IWaveformFile &file, const tesk::SWaveformFileRules &rules,
+                               const SimpleString::CStr &signalName);
+    TESK_LOCAL bool ReadStretch(tesk::IWaveformFile &file, const tesk::SWaveformFileRules &rules, const char *start,
+                                const char *end);
 };
 
 /// Replays a signal of an event-stream file, of which it keeps the signal's events only. It has no binary values and
@@ -135,10 +136,10 @@ protected:
     SNextChange FindNextChange(long long fileTime) const override;
 
 private:
-    long long Round(long long fileTime) const;
-    bool IsBeyond(long long fileTime, long long limit) const;
-    long long LastFileTime(long long from, long long limit) const;
-    bool FindEvent(long long fileTime, Morvel::KEventData &event) const;
+    TESK_LOCAL long long Round(long long fileTime) const;
+    TESK_LOCAL bool IsBeyond(long long fileTime, long long limit) const;
+    TESK_LOCAL long long LastFileTime(long long from, long long limit) const;
+    TESK_LOCAL bool FindEvent(long long fileTime, Morvel::KEventData &event) const;
 
     Morvel::IMorvelRead *m_reserved = nullptr;  // stays null
     std::unique_ptr<Morvel::KEventsStore> m_store;

@@ -34,8 +34,8 @@ public:
     int CheckSettings(long long *time) override;
 
 private:
-    CSampleColumn *FindColumn() const;
-    static const SampleEvent *FindSample(const CSampleColumn *column, long long time);
+    TESK_LOCAL CSampleColumn *FindColumn() const;
+    TESK_LOCAL static const SampleEvent *FindSample(const CSampleColumn *column, long long time);
 
     int m_handle;
     int m_index;

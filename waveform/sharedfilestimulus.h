@@ -1,7 +1,10 @@
 // Stimuli that replay a file which they share with others.
 #pragma once
 
+#include "base/export.h"
+#include "platform/tarn.h"
 #include "waveform/customstimulus.h"
+#include "waveform/wavestore.h"
 
 /// What the stimuli on databases and on VCD files do alike. They can tell their formula and have binary values.
 template <typename TReader>
@@ -29,11 +32,6 @@ protected:
     TReader *m_reader = nullptr;       // belongs to the table of open files
     const char *m_fileName = nullptr;  // text of the key in that table
 };
-
-namespace NTARN {
-class IDatabaseReader;
-}
-class WaveStore;
 
 extern template class TSharedFileStimulus<NTARN::IDatabaseReader>;
 extern template class TSharedFileStimulus<WaveStore>;

@@ -121,12 +121,12 @@ public:
 private:
     struct WaveSignal;
 
-    std::size_t FindRun(long long handle) const;
-    const tesk::CEventRun *FindSettled(long long handle) const;
-    bool CanShareWord(long long last, std::intptr_t count) const;
-    void Settle() const;
-    void SettleWord(std::uint32_t word) const;
-    void SettleWordOnce(std::uint32_t word) const;
+    TESK_LOCAL std::size_t FindRun(long long handle) const;
+    TESK_LOCAL const tesk::CEventRun *FindSettled(long long handle) const;
+    TESK_LOCAL bool CanShareWord(long long last, std::intptr_t count) const;
+    TESK_LOCAL void Settle() const;
+    TESK_LOCAL void SettleWord(std::uint32_t word) const;
+    TESK_LOCAL void SettleWordOnce(std::uint32_t word) const;
 
     std::vector<WaveSignal> m_signals;                // in the order of their definition
     mutable std::vector<tesk::CEventRun> m_events;    // of handle h at h - 1

@@ -4,8 +4,6 @@
 #include <string>
 #include <string_view>
 
-#include "base/export.h"
-
 namespace tesk {
 
 /// A kind of file that somebody may take for one that is read.
@@ -18,9 +16,9 @@ struct SForeignKind {
 
 /// @param bytes     the beginning of a file
 /// @return null if it is none of them. Static
-TESK_API const SForeignKind *FindForeignKind(std::string_view bytes, std::string_view fileName);
+const SForeignKind *FindForeignKind(std::string_view bytes, std::string_view fileName);
 
 /// "it is a GHW file, which is not read; ..."
-TESK_API std::string ForeignKindText(const SForeignKind &kind);
+std::string ForeignKindText(const SForeignKind &kind);
 
 }  // namespace tesk

@@ -5,17 +5,15 @@
 #include <memory>
 #include <string>
 
-#include "base/export.h"
-
 namespace tesk {
 
 /// Opens a file for reading. A pipe that has no writer, and gets none within half a second, is refused instead of waited
 /// for; one that has a writer is waited for as long as it takes.
 /// @return a descriptor, the caller's; -1 with `errno` on failure, ENXIO for a pipe without a writer
-TESK_API int OpenInput(const char *fileName);
+int OpenInput(const char *fileName);
 
 /// What `errno` says of an input that cannot be opened or read.
-TESK_API std::string InputErrorText(int error);
+std::string InputErrorText(int error);
 
 struct SStreamCloser {
     void operator()(std::FILE *file) const { std::fclose(file); }
@@ -23,6 +21,6 @@ struct SStreamCloser {
 using InputStream = std::unique_ptr<std::FILE, SStreamCloser>;
 
 /// As `OpenInput`, for reading through the standard library. @return null with `errno` on failure
-TESK_API InputStream OpenInputStream(const char *fileName);
+InputStream OpenInputStream(const char *fileName);
 
 }  // namespace tesk

@@ -7,8 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "base/export.h"
-
 namespace tesk {
 
 /// What is wrong with an input; the text does not name it.
@@ -25,7 +23,7 @@ public:
 
 /// Reads a file or a pipe from the front to the back. What begins as gzip (RFC 1952) is unpacked on the way, all of its
 /// members; the name of the file says nothing.
-class TESK_API CPackedInput {
+class CPackedInput {
 public:
     /// @throw XInputFault if the file cannot be opened
     explicit CPackedInput(const std::string &fileName);
