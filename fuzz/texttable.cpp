@@ -1,4 +1,7 @@
 // Any bytes as a text table, read in columns and in rows, for signals of several types.
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -20,8 +23,8 @@ constexpr SValueType Types[] = {
 
 void Read(const std::uint8_t *data, std::size_t size, unsigned flags, const SValueType &type)
 {
-    const tesk::CFilePtr file(fmemopen(const_cast<std::uint8_t *>(data), size, "rb"));
-    if (file == nullptr)
+    const tesk::CFile file(memfd_create("table", MFD_CLOEXEC));
+    if (!file.Write(data, size) || file.Seek(0, SEEK_SET) != 0)
         return;
     CSampleColumn column;
     column.m_args.m_timeSource = "t";
@@ -29,7 +32,7 @@ void Read(const std::uint8_t *data, std::size_t size, unsigned flags, const SVal
     column.m_interval = 1000;
     column.m_isReal = type.isReal;
     column.m_isInteger = type.isInteger;
-    tesk::CTextTable table(file.get(), column, "s", type.width, type.radix);
+    tesk::CTextTable table(file, column, "s", type.width, type.radix);
     const bool isRead = (flags & CFileFormulaArgs::FLAG_ROW) != 0 ? table.ReadRows() : table.ReadColumns();
     if (!isRead)
         return;

@@ -1,7 +1,9 @@
 #include "platform/tarn.h"
 
 #include <string>
+#include <system_error>
 
+#include "platform/files/regularfile.h"
 #include "platform/fst/fstlimits.h"
 #include "platform/fst/fstreader.h"
 #include "platform/ghw/ghwreader.h"
@@ -14,6 +16,10 @@ try {
     if (IsGhwFile(file))
         return new CGhwReader(file);
     return new CFstReader(file);
+} catch (const XFstReadFault &fault) {
+    throw XFileUnreadable(fault.error);
+} catch (const XGhwReadFault &fault) {
+    throw XFileUnreadable(fault.error);
 } catch (const XFstTooMuch &fault) {
     const std::string text =
         std::string("Waveform file `") + file + "' claims more " + fault.what + " than a file of its size can hold.";
@@ -23,6 +29,9 @@ try {
     throw XFileCorrupted();
 } catch (const XGhwDamage &) {
     throw XFileCorrupted();
-} catch (const XFstNoRoom &) {
+} catch (const XFstNoRoom &fault) {
+    const std::string text = std::string("Waveform file `") + file + "' cannot be unpacked into a temporary file: " +
+                             std::generic_category().message(fault.error) + ".";
+    Q71log_PrintFormattedString(1, "KERNEL", "", text.c_str());
     return nullptr;
 }

@@ -1,5 +1,6 @@
 #include "tools/output.h"
 
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -11,10 +12,12 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
+#include <utility>
 
 #include "platform/files/draft.h"
+#include "platform/files/file.h"
+#include "platform/files/filebuffer.h"
 #include "tools/commandline.h"
 #include "tools/quote.h"
 
@@ -58,6 +61,21 @@ void WriteStream(std::ostream &stream, const std::string &name, const std::funct
         RefuseFile(name, errno);
 }
 
+// What cannot be replaced: a device or a pipe.
+void WriteInPlace(const std::string &path, const std::function<void(std::ostream &)> &write)
+{
+    tesk::CFile file = tesk::CFile::Open(path, O_WRONLY | O_CREAT | O_TRUNC);
+    if (!file.IsOpen())
+        RefuseFile(path, errno);
+    tesk::CFileBuffer buffer(std::move(file));
+    std::ostream stream(&buffer);
+    write(stream);
+    stream.flush();
+    buffer.Close();
+    if (!stream || buffer.Error() != 0)
+        RefuseFile(path, buffer.Error());
+}
+
 }  // namespace
 
 void RemoveDraftsOnSignals()
@@ -75,11 +93,7 @@ void WriteOutput(const std::string &path, const std::function<void(std::ostream 
     }
     std::error_code ignored;
     if (fs::exists(path, ignored) && !fs::is_regular_file(path, ignored)) {
-        errno = 0;
-        std::ofstream file(path, std::ios::binary);  // a device or a pipe cannot be replaced
-        if (!file)
-            RefuseFile(path, errno);
-        WriteStream(file, path, write);
+        WriteInPlace(path, write);
         return;
     }
     tesk::CDraft draft(path);

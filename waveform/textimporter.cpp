@@ -1,6 +1,5 @@
 #include "waveform/textimporter.h"
 
-#include <cstdio>
 #include <limits>
 #include <memory>
 #include <new>
@@ -48,7 +47,7 @@ bool ReadBound(const SimpleString::CStr &text, long long &ticks)
     return true;
 }
 
-bool ReadTable(std::FILE *file, CSampleColumn &column, const char *name, int width, int radix)
+bool ReadTable(const CFile &file, CSampleColumn &column, const char *name, int width, int radix)
 {
     CTextTable table(file, column, name, width, radix);
     const bool isInRows = (column.m_args.m_flags & CFileFormulaArgs::FLAG_ROW) != 0;
@@ -85,8 +84,8 @@ try {
     SBounds bounds;
     if (!TakeName(args.m_signal, name) || !ReadBound(args.m_start, bounds.start) || !ReadBound(args.m_end, bounds.end))
         return 0;
-    CFilePtr file = OpenTextTable(args.m_file);
-    if (file == nullptr)
+    CFile file = OpenTextTable(args.m_file);
+    if (!file.IsOpen())
         return 0;
     auto column = std::make_unique<CSampleColumn>();
     if (!ReadInterval(args, column->m_interval))
@@ -95,9 +94,9 @@ try {
     column->m_startTime = startTime;
     int width = 0, radix = 0;
     ClassifyValueType(signal, *column, width, radix);
-    if (!ReadTable(file.get(), *column, name, width, radix))
+    if (!ReadTable(file, *column, name, width, radix))
         return 0;
-    file.reset();
+    file.Close();
     ApplyBounds(*column, bounds);
     if (!OrderSamples(*column, name) || !CheckHasSamples(*column, name))
         return 0;

@@ -23,7 +23,7 @@ namespace {
 
 bool CanOpenTextTable(SimpleString::CStr &fileName)
 {
-    return OpenTextTable(fileName) != nullptr;
+    return OpenTextTable(fileName).IsOpen();
 }
 
 // Deliberate: the element numbers of text tables are not corrected so.

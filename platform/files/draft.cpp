@@ -1,7 +1,6 @@
 #include "platform/files/draft.h"
 
 #include <fcntl.h>
-#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -9,12 +8,13 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
-#include <cstdint>
-#include <cstdio>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
-#include <vector>
+#include <utility>
+
+#include "platform/files/filecalls.h"
+#include "platform/files/temporaryfile.h"
 
 namespace tesk {
 
@@ -23,7 +23,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t LongestName = 255;
-constexpr std::size_t BufferSize = 65536;
 
 // The drafts that there are, where a handler of a signal can read them: nothing in it is ever allocated or locked.
 struct SSlot {
@@ -83,17 +82,6 @@ int FollowLinks(fs::path &path)
     return 0;
 }
 
-// Digits that nobody can foretell. @return none if the system has none
-std::string RandomDigits()
-{
-    std::uint64_t number = 0;
-    if (getrandom(&number, sizeof number, 0) != sizeof number)
-        return {};
-    std::array<char, 17> digits{};
-    std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(number));
-    return digits.data();
-}
-
 // Cut in front where both together were too long, and between two letters of UTF-8.
 std::string DraftName(const std::string &name, const std::string &suffix)
 {
@@ -105,85 +93,6 @@ std::string DraftName(const std::string &name, const std::string &suffix)
 
 }  // namespace
 
-// Writes to a descriptor, and keeps the error of the first write that failed.
-class CDraft::CFileBuffer final : public std::streambuf {
-public:
-    CFileBuffer() : m_bytes(BufferSize) { Empty(); }
-    CFileBuffer(const CFileBuffer &) = delete;
-    CFileBuffer &operator=(const CFileBuffer &) = delete;
-    ~CFileBuffer() override { Close(); }
-
-    // Takes a descriptor over.
-    void Attach(int file) { m_file = file; }
-
-    int Error() const { return m_error; }
-
-    // What is in the buffer is lost.
-    void Close()
-    {
-        if (m_file != -1 && close(m_file) != 0)
-            Keep(errno);
-        m_file = -1;
-    }
-
-protected:
-    int_type overflow(int_type byte) override
-    {
-        if (sync() != 0)
-            return traits_type::eof();
-        if (traits_type::eq_int_type(byte, traits_type::eof()))
-            return traits_type::not_eof(byte);
-        *pptr() = traits_type::to_char_type(byte);
-        pbump(1);
-        return byte;
-    }
-
-    int sync() override
-    {
-        const char *at = pbase();
-        while (at != pptr()) {
-            const ssize_t count = write(m_file, at, static_cast<std::size_t>(pptr() - at));
-            if (count == -1 && errno == EINTR)
-                continue;
-            if (count <= 0) {
-                Keep(count == -1 ? errno : EIO);
-                Empty();
-                return -1;
-            }
-            at += count;
-        }
-        Empty();
-        return m_error == 0 ? 0 : -1;
-    }
-
-    pos_type seekoff(off_type offset, std::ios_base::seekdir from, std::ios_base::openmode) override
-    {
-        const pos_type Nowhere = pos_type(off_type(-1));
-        if (sync() != 0)
-            return Nowhere;
-        const int origin = from == std::ios_base::beg ? SEEK_SET : from == std::ios_base::cur ? SEEK_CUR : SEEK_END;
-        return pos_type(lseek(m_file, offset, origin));
-    }
-
-    pos_type seekpos(pos_type position, std::ios_base::openmode mode) override
-    {
-        return seekoff(off_type(position), std::ios_base::beg, mode);
-    }
-
-private:
-    void Empty() { setp(m_bytes.data(), m_bytes.data() + m_bytes.size()); }
-
-    void Keep(int error)
-    {
-        if (m_error == 0)
-            m_error = error;
-    }
-
-    int m_file = -1;
-    int m_error = 0;
-    std::vector<char> m_bytes;
-};
-
 CDraft::CDraft(const std::string &path) : m_stream(nullptr)
 {
     fs::path place = path;
@@ -192,18 +101,16 @@ CDraft::CDraft(const std::string &path) : m_stream(nullptr)
         return;
     const fs::path folder = place.has_parent_path() ? place.parent_path() : fs::path(".");
     m_name = place.filename();
-    m_folder = open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
-    if (m_folder == -1)
-        m_error = errno;
-    else
+    m_folder = CFile::Open(folder, O_PATH | O_DIRECTORY);
+    if (m_folder.IsOpen())
         Make(place);
+    else
+        m_error = errno;
 }
 
 CDraft::~CDraft()
 {
     GiveUp();
-    if (m_folder != -1)
-        close(m_folder);
 }
 
 void CDraft::Make(const std::string &place)
@@ -214,19 +121,21 @@ void CDraft::Make(const std::string &place)
     struct stat replaced {};
     const bool isReplacing = stat(place.c_str(), &replaced) == 0 && S_ISREG(replaced.st_mode);
     const mode_t rights = isReplacing ? replaced.st_mode & Rights : NewRights;
-    m_buffer = std::make_unique<CFileBuffer>();
+    auto buffer = std::make_unique<CFileBuffer>();
     for (int tries = 0; tries < MostTries; ++tries) {
         const std::string digits = RandomDigits();
         if (digits.empty())
             break;
         m_draft = DraftName(m_name, ".part" + digits);
-        m_slot = EnterDraft(m_folder, m_draft);  // first: a signal may come in between
-        const int file =
-            openat(m_folder, m_draft.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, rights & 0777);
-        if (file != -1) {
+        m_slot = EnterDraft(m_folder.Descriptor(), m_draft);  // first: a signal may come in between
+        CFile file =
+            CFile::Open(m_draft, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, rights & 0777, m_folder.Descriptor());
+        if (file.IsOpen()) {
             if (isReplacing)
-                fchmod(file, rights);
-            m_buffer->Attach(file);
+                fchmod(file.Descriptor(), rights);
+            m_error = 0;  // that of a name that was taken
+            buffer->Attach(std::move(file));
+            m_buffer = std::move(buffer);
             m_stream.rdbuf(m_buffer.get());
             return;
         }
@@ -237,7 +146,6 @@ void CDraft::Make(const std::string &place)
     }
     if (m_error == 0)
         m_error = errno != 0 ? errno : EIO;
-    m_buffer.reset();
 }
 
 bool CDraft::IsOpen() const
@@ -264,7 +172,7 @@ bool CDraft::Publish()
     m_error = Error();
     if (m_error == 0 && !isWritten)
         m_error = EIO;
-    if (m_error == 0 && renameat(m_folder, m_draft.c_str(), m_folder, m_name.c_str()) != 0)
+    if (m_error == 0 && FileCalls().Rename(m_folder.Descriptor(), m_draft.c_str(), m_name.c_str()) != 0)
         m_error = errno;
     if (m_error != 0) {
         GiveUp();
@@ -283,7 +191,7 @@ void CDraft::GiveUp()
     m_error = Error();
     m_stream.rdbuf(nullptr);
     m_buffer.reset();
-    unlinkat(m_folder, m_draft.c_str(), 0);
+    FileCalls().Remove(m_folder.Descriptor(), m_draft.c_str());
     LeaveDraft(m_slot);
 }
 
@@ -292,7 +200,7 @@ void RemoveDrafts()
     const int error = errno;
     for (const SSlot &slot : g_slots) {
         if (slot.state == SSlot::Taken && slot.process == getpid())
-            unlinkat(slot.folder, slot.name.data(), 0);
+            FileCalls().Remove(slot.folder, slot.name.data());
     }
     errno = error;
 }

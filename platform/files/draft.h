@@ -4,7 +4,8 @@
 #include <memory>
 #include <ostream>
 #include <string>
-#include <sys/types.h>
+
+#include "platform/files/filebuffer.h"
 
 namespace tesk {
 
@@ -36,8 +37,6 @@ public:
     bool Publish();
 
 private:
-    class CFileBuffer;
-
     void Make(const std::string &place);
     void GiveUp();
 
@@ -45,7 +44,7 @@ private:
     std::ostream m_stream;
     std::string m_name;   // of the place, in its folder
     std::string m_draft;  // of the draft
-    int m_folder = -1;
+    CFile m_folder;
     int m_slot = -1;  // in the list of drafts
     int m_error = 0;
 };

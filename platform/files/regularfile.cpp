@@ -1,15 +1,28 @@
 #include "platform/files/regularfile.h"
 
-#include <sys/types.h>
+#include <sys/stat.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <system_error>
 
-#include "platform/tarn.h"
+#include "platform/log.h"
 
 namespace NTARN {
 
-FilePtr OpenRegularFile(const std::string &path)
+XFileUnreadable::XFileUnreadable(int error) : m_text("cannot be read: " + std::generic_category().message(error)) {}
+
+std::string XFileUnreadable::TextFor(const std::string &path) const
+{
+    return "Waveform file `" + path + "' " + m_text + ".";
+}
+
+void TellUnreadable(const std::string &path, int error)
+{
+    Q71log_PrintFormattedString(1, "KERNEL", "", XFileUnreadable(error).TextFor(path).c_str());
+}
+
+tesk::CFile OpenRegularFile(const std::string &path)
 {
     std::error_code error;
     const std::filesystem::file_status status = std::filesystem::status(path, error);
@@ -17,25 +30,18 @@ FilePtr OpenRegularFile(const std::string &path)
         throw XFileDoesNotExist();
     if (!std::filesystem::is_regular_file(status))
         throw XFileCorrupted();
-    FilePtr file(std::fopen(path.c_str(), "rb"));
-    if (!file)
-        throw XFileCorrupted();
+    tesk::CFile file = tesk::CFile::Open(path);
+    if (!file.IsOpen())
+        throw XFileUnreadable(errno);
     return file;
 }
 
-std::uint64_t SizeOfFile(std::FILE *file)
+std::uint64_t SizeOfFile(const tesk::CFile &file)
 {
-    if (fseeko(file, 0, SEEK_END) != 0)
-        throw XFileCorrupted();
-    const off_t size = ftello(file);
-    if (size < 0)
-        throw XFileCorrupted();
-    return static_cast<std::uint64_t>(size);
-}
-
-bool SeekFile(std::FILE *file, std::uint64_t position)
-{
-    return fseeko(file, static_cast<off_t>(position), SEEK_SET) == 0;
+    struct stat status {};
+    if (!file.Status(status))
+        throw XFileUnreadable(errno);
+    return static_cast<std::uint64_t>(status.st_size);
 }
 
 }  // namespace NTARN

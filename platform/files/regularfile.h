@@ -2,25 +2,36 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
-#include <memory>
 #include <string>
+
+#include "platform/files/file.h"
+#include "platform/tarn.h"
 
 namespace NTARN {
 
-struct SFileCloser {
-    void operator()(std::FILE *file) const { std::fclose(file); }
+/// Raised where a file is there and of the right form, as far as can be told, but the system cannot read it.
+class XFileUnreadable : public XFileCorrupted {
+public:
+    /// @param error  an `errno`
+    explicit XFileUnreadable(int error);
+
+    /// "Waveform file `a.fst' cannot be read: Input/output error."
+    std::string TextFor(const std::string &path) const;
+    /// "cannot be read: Input/output error"
+    const char *what() const noexcept override { return m_text.c_str(); }
+
+private:
+    std::string m_text;
 };
-using FilePtr = std::unique_ptr<std::FILE, SFileCloser>;
+
+/// Tells in the log that a file which is open cannot be read on. @param error  an `errno`
+void TellUnreadable(const std::string &path, int error);
 
 /// Opens a file for reading. Only regular ones are taken: the opening of a pipe would wait.
-/// @return never null. @throw XFileDoesNotExist, or XFileCorrupted if it is no regular file or must not be read
-FilePtr OpenRegularFile(const std::string &path);
+/// @return one that is open. @throw XFileDoesNotExist, or XFileCorrupted if it is no regular file or must not be read
+tesk::CFile OpenRegularFile(const std::string &path);
 
-/// Bytes of an open file. @throw XFileCorrupted
-std::uint64_t SizeOfFile(std::FILE *file);
-
-/// Goes to a position from the beginning. @return whether that worked
-bool SeekFile(std::FILE *file, std::uint64_t position);
+/// Bytes of an open file. @throw XFileUnreadable
+std::uint64_t SizeOfFile(const tesk::CFile &file);
 
 }  // namespace NTARN

@@ -47,6 +47,8 @@ public:
     void NoteTooMuch(std::size_t block);
     /// The time of the first block that could not be read as a whole, in the file's own ticks.
     const std::optional<std::uint64_t> &FirstDamage() const { return m_firstDamage; }
+    /// Why the system could not read a block, as an `errno`; 0 if it always could.
+    int ReadError() const { return m_file.Error(); }
     /// Whether something is left out since there is more of it than a file of its size can have.
     bool IsTooMuch() const { return m_isTooMuch; }
 

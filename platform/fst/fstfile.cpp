@@ -1,5 +1,6 @@
 #include "platform/fst/fstfile.h"
 
+#include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
@@ -11,6 +12,7 @@
 #include <optional>
 #include <span>
 
+#include "platform/files/temporaryfile.h"
 #include "platform/fst/fstlimits.h"
 #include "platform/tarn.h"
 
@@ -25,7 +27,8 @@ constexpr std::size_t PartSize = 1 << 16;
 class CUnwrapper {
 public:
     /// @param size  more than this is not unpacked
-    CUnwrapper(std::FILE *from, std::FILE *to, std::uint64_t size) : m_from(from), m_to(to), m_left(size)
+    CUnwrapper(const tesk::CFile &from, const tesk::CFile &to, std::uint64_t size)
+        : m_from(from), m_to(to), m_left(size)
     {
         if (inflateInit2(&m_stream, MAX_WBITS + 16) != Z_OK)
             throw std::bad_alloc();
@@ -39,9 +42,12 @@ public:
         int result = Z_OK;
         while (result == Z_OK || result == Z_BUF_ERROR) {
             m_stream.next_in = m_packed;
-            m_stream.avail_in = static_cast<uInt>(std::fread(m_packed, 1, PartSize, m_from));
-            if (m_stream.avail_in == 0)
+            const ssize_t count = m_from.ReadFully(m_packed, PartSize);
+            if (count < 0)
+                throw XFstReadFault{{}, errno};
+            if (count == 0)
                 return;
+            m_stream.avail_in = static_cast<uInt>(count);
             result = Inflate();
         }
         if (result != Z_STREAM_END)
@@ -60,14 +66,14 @@ private:
             if (size > m_left)
                 throw XFileCorrupted();
             m_left -= size;
-            if (std::fwrite(m_unpacked, 1, size, m_to) != size)
-                throw XFstNoRoom();
+            if (!m_to.Write(m_unpacked, size))
+                throw XFstNoRoom{errno};
         } while (result == Z_OK && m_stream.avail_out == 0);
         return result;
     }
 
-    std::FILE *m_from;
-    std::FILE *m_to;
+    const tesk::CFile &m_from;
+    const tesk::CFile &m_to;
     std::uint64_t m_left;
     z_stream m_stream = {};
     std::uint8_t m_packed[PartSize];
@@ -77,7 +83,7 @@ private:
 }  // namespace
 
 CFstFile::CFstFile(const std::string &path)
-    : m_file(OpenRegularFile(path)), m_size(SizeOfFile(m_file.get())), m_packedSize(m_size)
+    : m_file(OpenRegularFile(path)), m_size(SizeOfFile(m_file)), m_packedSize(m_size)
 {}
 
 CFstBuffer CFstFile::Read(std::uint64_t position, std::uint64_t size)
@@ -85,7 +91,12 @@ CFstBuffer CFstFile::Read(std::uint64_t position, std::uint64_t size)
     if (position > m_size || size > m_size - position)
         throw XFstDamage();
     CFstBuffer bytes(static_cast<std::size_t>(size));
-    if (!SeekFile(m_file.get(), position) || std::fread(bytes.data(), 1, bytes.size(), m_file.get()) != bytes.size())
+    const ssize_t count = m_file.ReadAt(position, bytes.data(), bytes.size());
+    if (count < 0) {
+        m_error = errno;
+        throw XFstReadFault{{}, m_error};
+    }
+    if (static_cast<std::size_t>(count) != bytes.size())
         throw XFstDamage();
     return bytes;
 }
@@ -100,15 +111,13 @@ void CFstFile::Unwrap()
     const std::uint64_t size = CFstBytes(SFstSpan(head).last(8)).Number();
     if (size > SFstLimits(m_size).Wrapped())
         throw XFstTooMuch{{}, "packed bytes"};
-    if (!SeekFile(m_file.get(), WrapperHeadSize))
-        throw XFileCorrupted();
-    FilePtr unpacked(std::tmpfile());
-    if (!unpacked)
-        throw XFstNoRoom();
-    std::make_unique<CUnwrapper>(m_file.get(), unpacked.get(), size)->Run();
-    if (std::fflush(unpacked.get()) != 0)
-        throw XFstNoRoom();
-    m_size = SizeOfFile(unpacked.get());
+    if (m_file.Seek(WrapperHeadSize, SEEK_SET) < 0)
+        throw XFileUnreadable(errno);
+    tesk::CFile unpacked = tesk::MakeTemporaryFile();
+    if (!unpacked.IsOpen())
+        throw XFstNoRoom{errno};
+    std::make_unique<CUnwrapper>(m_file, unpacked, size)->Run();
+    m_size = SizeOfFile(unpacked);
     m_file = std::move(unpacked);
 }
 

@@ -9,6 +9,11 @@
 
 namespace NTARN {
 
+/// Raised where the system cannot read the file. It stays inside the reader.
+struct XFstReadFault : XFstDamage {
+    int error;  ///< an `errno`
+};
+
 class CFstFile {
 public:
     /// Opens a file.
@@ -21,17 +26,22 @@ public:
     std::uint64_t Size() const { return m_size; }
     /// As it lies on the disk, packed as a whole or not.
     std::uint64_t PackedSize() const { return m_packedSize; }
-    /// @throw XFstDamage if the file does not have all of these bytes, or cannot be read
+    /// @throw XFstDamage if the file does not have all of these bytes, XFstReadFault if the system cannot read them
     CFstBuffer Read(std::uint64_t position, std::uint64_t size);
+    /// Why the system could not read on, as an `errno`; 0 if it always could.
+    int Error() const { return m_error; }
 
 private:
-    FilePtr m_file;
+    tesk::CFile m_file;
     std::uint64_t m_size = 0;
     std::uint64_t m_packedSize = 0;
+    int m_error = 0;
 };
 
 /// Raised where a file that is packed as a whole cannot be unpacked, for want of room for temporary files.
-struct XFstNoRoom {};
+struct XFstNoRoom {
+    int error;  ///< an `errno`
+};
 
 /// The bytes of a file beside a waveform file; empty if there is none.
 CFstBuffer ReadFstSidecar(const std::string &path);

@@ -4,10 +4,12 @@
 #include <cstdint>
 #include <iterator>
 #include <limits>
+#include <stdexcept>
 #include <string_view>
 #include <unordered_map>
 
 #include "platform/felvarbase.h"
+#include "platform/files/regularfile.h"
 #include "platform/fst/fstcount.h"
 #include "platform/fst/fstwalk.h"
 #include "platform/log.h"
@@ -215,7 +217,10 @@ std::unique_ptr<tesk::IChangeWalk> CFstReader::WalkChanges(std::span<const tesk:
     const auto stores = StoresOf(signals);
     if (!stores || !AreFstBlocksInOrder(m_layout))
         return nullptr;
-    return std::make_unique<CFstWalk>(m_blocks, m_stores, m_clock, *stores, [this] { WarnOfDamage(); });
+    return std::make_unique<CFstWalk>(m_blocks, m_stores, m_clock, *stores, [this] {
+        FailIfUnreadable();
+        WarnOfDamage();
+    });
 }
 
 std::optional<std::vector<tesk::SChangeCount>> CFstReader::CountChanges(std::span<const tesk::SElements> signals,
@@ -233,6 +238,7 @@ std::optional<std::vector<tesk::SChangeCount>> CFstReader::CountChanges(std::spa
             counter.Add(store);
     }
     counter.Count(progress);
+    FailIfUnreadable();
     WarnOfDamage();
     std::vector<tesk::SChangeCount> counts;
     for (const std::uint32_t store : *stores)
@@ -284,11 +290,20 @@ void CFstReader::WarnOfOpening() const
              std::to_string(m_hierarchy.TextCount()) + ").");
 }
 
+// Where many signals are read together, that of which a part is missing for no fault of its own is not to be taken for whole.
+void CFstReader::FailIfUnreadable() const
+{
+    if (m_blocks.ReadError() != 0)
+        throw std::runtime_error(XFileUnreadable(m_blocks.ReadError()).TextFor(m_path));
+}
+
 void CFstReader::WarnOfDamage()
 {
     if (m_hasWarned || !m_blocks.FirstDamage())
         return;
     m_hasWarned = true;
+    if (m_blocks.ReadError() != 0)
+        return TellUnreadable(m_path, m_blocks.ReadError());
     const char *const reason = m_blocks.IsTooMuch() ? "' claims more than a file of its size can hold" : "' is damaged";
     Warn("Waveform file `" + m_path + reason + ": value changes behind time " +
          std::to_string(m_clock.Time(*m_blocks.FirstDamage())) + " are left out.");

@@ -69,6 +69,7 @@ private:
     void GiveHandles();
     void WarnOfOpening() const;
     void WarnOfDamage();
+    void FailIfUnreadable() const;
 
     std::string m_path;
     CFstFile m_file;

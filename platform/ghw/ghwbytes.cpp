@@ -1,7 +1,7 @@
 #include "platform/ghw/ghwbytes.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <cerrno>
 #include <limits>
 
 #include "platform/files/leb128.h"
@@ -13,14 +13,14 @@ constexpr std::uint64_t WindowSize = 1 << 16;
 
 }  // namespace
 
-CGhwBytes::CGhwBytes(const std::string &path) : m_file(OpenRegularFile(path)), m_size(SizeOfFile(m_file.get()))
+CGhwBytes::CGhwBytes(const std::string &path) : m_file(OpenRegularFile(path)), m_size(SizeOfFile(m_file))
 {
     Seek(0);
 }
 
 void CGhwBytes::Seek(std::uint64_t position)
 {
-    if (position > m_size || !SeekFile(m_file.get(), position))
+    if (position > m_size)
         throw XGhwCut();
     m_window.clear();
     m_next = 0;
@@ -69,9 +69,13 @@ std::uint64_t CGhwBytes::Fixed(unsigned size)
 void CGhwBytes::Fill()
 {
     m_window.resize(static_cast<std::size_t>(std::min(WindowSize, m_size - m_windowEnd)));
-    m_window.resize(std::fread(m_window.data(), 1, m_window.size(), m_file.get()));
+    const ssize_t count = m_file.ReadAt(m_windowEnd, m_window.data(), m_window.size());
+    m_error = count < 0 ? errno : m_error;
+    m_window.resize(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
     m_next = 0;
     m_windowEnd += m_window.size();
+    if (count < 0)
+        throw XGhwReadFault{{}, m_error};
     if (m_window.empty())
         throw XGhwCut();
 }

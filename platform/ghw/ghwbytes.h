@@ -14,8 +14,13 @@ namespace NTARN {
 struct XGhwDamage {};
 /// Raised where the file ends too early.
 struct XGhwCut : XGhwDamage {};
+/// Raised where the system cannot read the file.
+struct XGhwReadFault : XGhwDamage {
+    int error;  ///< an `errno`
+};
 
-/// Takes values off the file from one position on. Each operation raises XGhwCut if its value does not end inside.
+/// Takes values off the file from one position on. Each operation raises XGhwCut if its value does not end inside, and
+/// XGhwReadFault if it cannot be read.
 class CGhwBytes {
 public:
     /// Opens a file, and stands at its beginning.
@@ -29,6 +34,8 @@ public:
     std::uint64_t Size() const { return m_size; }
     /// Bytes up to the end of the file.
     std::uint64_t Left() const { return m_size - Position(); }
+    /// Why the system could not read on, as an `errno`; 0 if it always could.
+    int Error() const { return m_error; }
 
     std::uint8_t Byte()
     {
@@ -52,12 +59,13 @@ private:
     std::uint64_t Fixed(unsigned size);
     void Fill();
 
-    FilePtr m_file;
+    tesk::CFile m_file;
     std::uint64_t m_size;
     std::vector<std::uint8_t> m_window;
     std::size_t m_next = 0;         // in the window
     std::uint64_t m_windowEnd = 0;  // in the file
     bool m_isBigEndian = false;
+    int m_error = 0;
 };
 
 }  // namespace NTARN

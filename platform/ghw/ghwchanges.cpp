@@ -190,6 +190,8 @@ CGhwChanges::CGhwChanges(CGhwBytes &bytes, const std::vector<EGhwValue> &values)
     CSizes sizes(*this);
     try {
         CGhwPass(m_bytes, m_values, sizes).Run();
+    } catch (const XGhwReadFault &) {
+        throw;
     } catch (const XGhwCut &) {
         m_state = EState::Cut;
     } catch (const XGhwDamage &) {

@@ -77,6 +77,10 @@ bool IsGhwFile(const std::string &path)
 try {
     CGhwBytes bytes(path);
     return BeginsWithMagic(bytes);
+} catch (const XGhwReadFault &) {
+    throw;
+} catch (const XFileUnreadable &) {
+    throw;
 } catch (const XGhwDamage &) {
     return false;
 } catch (const XFileDoesNotExist &) {
@@ -201,6 +205,8 @@ void CGhwReader::WarnOfLoss()
     if (m_hasWarned || !m_changes.HasLost())
         return;
     m_hasWarned = true;
+    if (m_bytes.Error() != 0)
+        return TellUnreadable(m_path, m_bytes.Error());
     Warn("Waveform file `" + m_path + "' has changed since it was opened: value changes are left out.");
 }
 

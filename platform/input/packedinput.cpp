@@ -1,7 +1,6 @@
 #include "platform/input/packedinput.h"
 
 #include <sys/stat.h>
-#include <unistd.h>
 #include <zlib.h>
 
 #include <algorithm>
@@ -36,19 +35,16 @@ struct CPackedInput::SUnpacker {
     ~SUnpacker() { inflateEnd(&stream); }
 };
 
-CPackedInput::CPackedInput(const std::string &fileName) : m_file(OpenInput(fileName.c_str()))
+CPackedInput::CPackedInput(const std::string &fileName) : m_file(OpenInput(fileName))
 {
-    if (m_file < 0)
+    if (!m_file.IsOpen())
         throw XInputFault("cannot open the file: " + InputErrorText(errno));
     struct stat status {};
-    if (::fstat(m_file, &status) == 0 && S_ISREG(status.st_mode))
+    if (m_file.Status(status) && S_ISREG(status.st_mode))
         m_fileSize = status.st_size;
 }
 
-CPackedInput::~CPackedInput()
-{
-    ::close(m_file);
-}
+CPackedInput::~CPackedInput() = default;
 
 std::size_t CPackedInput::Read(char *to, std::size_t room)
 {
@@ -61,15 +57,11 @@ std::size_t CPackedInput::Read(char *to, std::size_t room)
 
 std::size_t CPackedInput::ReadFile(char *to, std::size_t room)
 {
-    for (;;) {
-        const ssize_t count = ::read(m_file, to, room);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count < 0)
-            throw XInputFault("cannot read the file: " + InputErrorText(errno));
-        m_bytesRead += count;
-        return static_cast<std::size_t>(count);
-    }
+    const ssize_t count = m_file.Read(to, room);
+    if (count < 0)
+        throw XInputFault("cannot read the file: " + InputErrorText(errno));
+    m_bytesRead += count;
+    return static_cast<std::size_t>(count);
 }
 
 // Reads on behind what is not taken yet. @return false at the end of the file

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/files/file.h"
+
 namespace tesk {
 
 /// What is wrong with an input; the text does not name it.
@@ -57,7 +59,7 @@ private:
     std::size_t Inflate(char *to, std::size_t room);
     std::size_t HandOver(char *to, std::size_t room);
 
-    int m_file;
+    CFile m_file;
     long long m_fileSize = 0;
     long long m_bytesRead = 0;
     long long m_unpacked = 0;

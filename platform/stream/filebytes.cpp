@@ -1,14 +1,12 @@
 #include "platform/stream/filebytes.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <system_error>
 #include <vector>
 
+#include "platform/files/temporaryfile.h"
 #include "platform/input/openinput.h"
 #include "platform/input/packedinput.h"
 
@@ -16,11 +14,21 @@ namespace Morvel {
 
 namespace {
 
-struct stat StatusOf(int file)
+[[noreturn]] void FailToRead()
+{
+    throw XFault("cannot be read: " + std::generic_category().message(errno));
+}
+
+[[noreturn]] void FailToUnpack()
+{
+    throw XFault("cannot be unpacked into a temporary file: " + std::generic_category().message(errno));
+}
+
+struct stat StatusOf(const tesk::CFile &file)
 {
     struct stat status {};
-    if (::fstat(file, &status) != 0)
-        throw XFault("cannot be read: " + std::generic_category().message(errno));
+    if (!file.Status(status))
+        FailToRead();
     return status;
 }
 
@@ -36,51 +44,32 @@ void TestIsRegular(const std::filesystem::path &path)
         throw XFault("cannot be read: " + error.message());
 }
 
-void WriteAll(int file, const char *bytes, std::size_t size)
-{
-    while (size > 0) {
-        const ssize_t written = ::write(file, bytes, size);
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            throw XFault("cannot be unpacked into a temporary file: " + std::generic_category().message(errno));
-        bytes += written;
-        size -= static_cast<std::size_t>(written);
-    }
-}
-
 }  // namespace
 
 std::shared_ptr<CFileBytes> CFileBytes::Open(const std::filesystem::path &path)
 {
     TestIsRegular(path);
-    const int file = tesk::OpenInput(path.c_str());
-    if (file < 0)
+    tesk::CFile file = tesk::OpenInput(path.string());
+    if (!file.IsOpen())
         throw XFault("cannot be opened");
-    return std::make_shared<CFileBytes>(file);
+    return std::make_shared<CFileBytes>(std::move(file));
 }
 
 std::shared_ptr<CFileBytes> CFileBytes::Unpack(const std::filesystem::path &path)
 try {
     constexpr std::size_t PieceSize = std::size_t{1} << 16;
     tesk::CPackedInput input(path.string());
-    const tesk::InputStream temporary(std::tmpfile());
-    if (temporary == nullptr)
-        throw XFault("cannot be unpacked into a temporary file: " + std::generic_category().message(errno));
+    tesk::CFile unpacked = tesk::MakeTemporaryFile();
+    if (!unpacked.IsOpen())
+        FailToUnpack();
     std::vector<char> piece(PieceSize);
-    while (const std::size_t size = input.Read(piece.data(), piece.size()))
-        WriteAll(::fileno(temporary.get()), piece.data(), size);
-    const int file = ::fcntl(::fileno(temporary.get()), F_DUPFD_CLOEXEC, 0);
-    if (file < 0)
-        throw XFault("cannot be read: " + std::generic_category().message(errno));
-    return std::make_shared<CFileBytes>(file);
+    while (const std::size_t size = input.Read(piece.data(), piece.size())) {
+        if (!unpacked.Write(piece.data(), size))
+            FailToUnpack();
+    }
+    return std::make_shared<CFileBytes>(std::move(unpacked));
 } catch (const tesk::XInputFault &fault) {
     throw XFault(std::string("cannot be read: ") + fault.what());
-}
-
-CFileBytes::~CFileBytes()
-{
-    ::close(m_file);
 }
 
 std::uint64_t CFileBytes::Size() const
@@ -109,15 +98,11 @@ bool CFileBytes::IsPacked() const
 std::string CFileBytes::Read(std::uint64_t offset, std::uint64_t size) const
 {
     std::string bytes(static_cast<std::size_t>(size), '\0');
-    for (std::size_t done = 0; done < bytes.size();) {
-        const ssize_t count =
-            ::pread(m_file, bytes.data() + done, bytes.size() - done, static_cast<off_t>(offset + done));
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            throw XFault("cannot be read to its end");
-        done += static_cast<std::size_t>(count);
-    }
+    const ssize_t count = m_file.ReadAt(offset, bytes.data(), bytes.size());
+    if (count < 0)
+        FailToRead();
+    if (static_cast<std::size_t>(count) != bytes.size())
+        throw XFault("cannot be read to its end");
     return bytes;
 }
 

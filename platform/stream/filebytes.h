@@ -1,14 +1,15 @@
 // The bytes of an event-stream file.
 #pragma once
 
-#include <sys/types.h>
-
 #include <array>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
+
+#include "platform/files/file.h"
 
 namespace Morvel {
 
@@ -30,10 +31,9 @@ public:
     /// @throw XFault if it cannot be unpacked, or grows beyond all proportion
     static std::shared_ptr<CFileBytes> Unpack(const std::filesystem::path &path);
 
-    explicit CFileBytes(int file) : m_file(file) {}
+    explicit CFileBytes(tesk::CFile file) : m_file(std::move(file)) {}
     CFileBytes(const CFileBytes &) = delete;
     CFileBytes &operator=(const CFileBytes &) = delete;
-    ~CFileBytes();
 
     std::uint64_t Size() const;
     /// Place, size and times of the file.
@@ -44,7 +44,7 @@ public:
     std::string Read(std::uint64_t offset, std::uint64_t size) const;
 
 private:
-    int m_file;
+    tesk::CFile m_file;
 };
 
 }  // namespace Morvel

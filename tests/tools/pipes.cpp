@@ -26,16 +26,13 @@ public:
         EXPECT_EQ(pipe(ends), 0);
         EXPECT_EQ(write(ends[1], bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
         close(ends[1]);
-        m_end = ends[0];
+        m_end = tesk::CFile(ends[0]);
     }
-    CFullPipe(const CFullPipe &) = delete;
-    CFullPipe &operator=(const CFullPipe &) = delete;
-    ~CFullPipe() { close(m_end); }
 
-    int End() const { return m_end; }
+    const tesk::CFile &End() const { return m_end; }
 
 private:
-    int m_end = -1;
+    tesk::CFile m_end;
 };
 
 }  // namespace

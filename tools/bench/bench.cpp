@@ -1,16 +1,15 @@
 #include "tools/bench/bench.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <set>
 #include <utility>
 
 #include <toml++/toml.h>
 
+#include "platform/files/file.h"
 #include "tools/bench/signalexamination.h"
 #include "tools/commandline.h"
 #include "tools/examine/nearname.h"
@@ -282,10 +281,9 @@ std::optional<std::string> ReadWhole(const std::string &path, std::vector<SBench
         faults.push_back({ESeverity::Error, {}, error ? error.message() : "is too long for a bench"});
         return std::nullopt;
     }
-    std::ifstream file(path, std::ios::binary);
-    std::string text{std::istreambuf_iterator<char>(file), {}};
-    if (file.bad() || !file.is_open()) {
-        faults.push_back({ESeverity::Error, {}, std::strerror(errno != 0 ? errno : EIO)});
+    std::string text;
+    if (const int fault = ReadBeginning(path, MostBytes, text); fault != 0) {
+        faults.push_back({ESeverity::Error, {}, std::strerror(fault)});
         return std::nullopt;
     }
     return text;

@@ -1,17 +1,16 @@
 // tesk import: makes a bench file of what other tools have.
-#include <cerrno>
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <iostream>
-#include <iterator>
 #include <memory>
 #include <ostream>
 #include <sstream>
 #include <string>
 #include <system_error>
 
+#include "platform/files/file.h"
 #include "tools/commands/commands.h"
 #include "tools/exchange/importforms.h"
 #include "tools/output.h"
@@ -35,21 +34,24 @@ constexpr std::size_t MostBytes = 16 << 20;
     throw CRefusal(OneLine(path) + ": " + why);
 }
 
+int ReadStandardInput(std::string &text)
+{
+    tesk::CFile input(STDIN_FILENO);
+    const int error = tesk::ReadBeginning(input, MostBytes + 1, text);
+    input.Release();  // which is not ours to close
+    return error;
+}
+
 // "-" is standard input.
 std::string ReadText(const std::string &path)
 {
     std::error_code ignored;
     if (std::filesystem::is_directory(path, ignored))
         RefuseFile(path, std::strerror(EISDIR));
-    std::ifstream file;
-    if (path != "-")
-        file.open(path, std::ios::binary);
-    std::istream &in = path != "-" ? file : std::cin;
-    if (!in)
-        RefuseFile(path, std::string("cannot be read: ") + std::strerror(errno != 0 ? errno : EIO));
-    std::string text(MostBytes + 1, '\0');
-    in.read(text.data(), static_cast<std::streamsize>(text.size()));
-    text.resize(static_cast<std::size_t>(in.gcount()));
+    std::string text;
+    const int error = path != "-" ? tesk::ReadBeginning(path, MostBytes + 1, text) : ReadStandardInput(text);
+    if (error != 0)
+        RefuseFile(path, std::string("cannot be read: ") + std::strerror(error));
     if (text.size() > MostBytes)
         RefuseFile(path, "is longer than " + std::to_string(MostBytes) + " bytes");
     return text;

@@ -2,13 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <system_error>
 
 #include "core/fileformulaargs.h"
+#include "platform/files/file.h"
 #include "tools/commandline.h"
 #include "tools/examine/nearname.h"
 #include "tools/examine/tableexamination.h"
@@ -27,10 +28,10 @@ constexpr const char *Variable = "variable";
 
 std::string BeginningOf(const std::string &path)
 {
-    std::ifstream file(path, std::ios::binary);
-    std::string bytes(64, '\0');
-    file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    bytes.resize(static_cast<std::size_t>(file.gcount()));
+    constexpr std::size_t Size = 64;
+    std::string bytes;
+    if (const int error = ReadBeginning(path, Size, bytes); error != 0)
+        throw CRefusal(OneLine(path) + ": cannot be read: " + std::strerror(error));
     return bytes;
 }
 

@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdio>
 #include <optional>
 #include <string_view>
 #include <utility>
 
+#include "platform/input/openinput.h"
+#include "tools/commandline.h"
 #include "tools/examine/nearname.h"
 #include "tools/quote.h"
 #include "waveform/table/tablereader.h"
@@ -47,7 +48,7 @@ struct SOddRow {
 // One reading of a table, with the eyes of a person.
 class CTableLook {
 public:
-    CTableLook(const CFileFormulaArgs &args, std::FILE *file)
+    CTableLook(const CFileFormulaArgs &args, const CFile &file)
         : m_table(file), m_isByRow((args.m_flags & CFileFormulaArgs::FLAG_ROW) != 0),
           m_timeName((args.m_flags & CFileFormulaArgs::FLAG_TIME_POINTS) != 0 ? std::string(args.m_timeSource) : "")
     {}
@@ -60,6 +61,8 @@ public:
             ReadColumns();
     }
 
+    /// Why the table could not be read on, as an `errno`; 0 if it could.
+    int Error() const { return m_table.Error(); }
     const std::vector<std::string> &Names() const { return m_names; }
     const SOddTimes &Times() const { return m_times; }
     const std::string &TimeName() const { return m_timeName; }
@@ -211,10 +214,10 @@ std::vector<STableFault> ExamineTable(const CFileFormulaArgs &args)
 {
     std::vector<STableFault> faults;
     SimpleString::CStr name = args.m_file;
-    const CFilePtr file = OpenTextTable(name);
-    if (file == nullptr)
+    const CFile file = OpenTextTable(name);
+    if (!file.IsOpen())
         return faults;
-    CTableLook look(args, file.get());
+    CTableLook look(args, file);
     look.Read();
     FindOddNames(look, faults);
     FindMissingName(std::string(args.m_signal), look, faults);
@@ -227,11 +230,13 @@ std::vector<STableFault> ExamineTable(const CFileFormulaArgs &args)
 std::vector<std::string> TableNames(const CFileFormulaArgs &args)
 {
     SimpleString::CStr name = args.m_file;
-    const CFilePtr file = OpenTextTable(name);
-    if (file == nullptr)
+    const CFile file = OpenTextTable(name);
+    if (!file.IsOpen())
         return {};
-    CTableLook look(args, file.get());
+    CTableLook look(args, file);
     look.Read();
+    if (look.Error() != 0)
+        throw CRefusal(OneLine(std::string(name)) + ": cannot be read: " + InputErrorText(look.Error()));
     return look.Names();
 }
 

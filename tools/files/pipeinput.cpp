@@ -10,9 +10,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstddef>
-#include <cstdlib>
 #include <exception>
-#include <filesystem>
 #include <map>
 #include <memory>
 #include <system_error>
@@ -20,6 +18,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/files/temporaryfile.h"
 #include "platform/input/foreignkinds.h"
 #include "platform/input/openinput.h"
 #include "platform/input/packedinput.h"
@@ -47,34 +46,12 @@ std::string PathOf(int descriptor)
     return "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(descriptor);
 }
 
-int MakeNamelessFile()
+CFile MakeCopy()
 {
-    std::error_code error;
-    const std::string folder = std::filesystem::temp_directory_path(error).string();
-    int file = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
-    if (file < 0) {  // not every file system has such files
-        std::string name = folder + "/tesk-XXXXXX";
-        file = mkostemp(name.data(), O_CLOEXEC);
-        if (file >= 0)
-            unlink(name.c_str());
-    }
-    if (file < 0)
-        RefuseCopy(OneLine(folder) + ": " + std::generic_category().message(errno));
+    CFile file = MakeTemporaryFile();
+    if (!file.IsOpen())
+        RefuseCopy(OneLine(TemporaryFolder()) + ": " + std::generic_category().message(errno));
     return file;
-}
-
-void WriteAll(int file, const char *bytes, std::size_t count)
-{
-    while (count > 0) {
-        const ssize_t written = write(file, bytes, count);
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            RefuseCopy("there is no room for that: " + std::generic_category().message(errno) +
-                       "; TMPDIR names another folder");
-        bytes += written;
-        count -= static_cast<std::size_t>(written);
-    }
 }
 
 // A copy of the next bytes of a pipe, which keeps them. @return how many; 0 at its end
@@ -83,10 +60,9 @@ std::size_t CopyAhead(int pipe, std::vector<char> &bytes)
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0)
         return 0;
-    const ssize_t copied = tee(pipe, ends[1], bytes.size(), 0);
-    const ssize_t count = copied > 0 ? read(ends[0], bytes.data(), bytes.size()) : 0;
-    close(ends[0]);
-    close(ends[1]);
+    const CFile readEnd(ends[0]), writeEnd(ends[1]);
+    const ssize_t copied = tee(pipe, writeEnd.Descriptor(), bytes.size(), 0);
+    const ssize_t count = copied > 0 ? readEnd.Read(bytes.data(), bytes.size()) : 0;
     return static_cast<std::size_t>(std::max<ssize_t>(count, 0));
 }
 
@@ -118,18 +94,16 @@ std::string LookAhead(int pipe)
 // What gzip packed, as far as it can be unpacked; what else there is as it stands.
 std::string Unpacked(const std::string &bytes)
 {
-    const int file = memfd_create("beginning", MFD_CLOEXEC);
-    if (file < 0)
+    const CFile file(memfd_create("beginning", MFD_CLOEXEC));
+    if (!file.IsOpen() || !file.Write(bytes.data(), bytes.size()))
         return bytes;
     std::string unpacked(64, '\0');
     try {
-        WriteAll(file, bytes.data(), bytes.size());
-        CPackedInput input(PathOf(file));
+        CPackedInput input(PathOf(file.Descriptor()));
         unpacked.resize(input.Read(unpacked.data(), unpacked.size()));
     } catch (const std::exception &) {  // what is cut off is bound to end early
         unpacked = bytes;
     }
-    close(file);
     return unpacked;
 }
 
@@ -147,7 +121,7 @@ bool IsReadAsItComes(const std::string &path, const std::string &beginning)
 
 // A pipe that was opened, and stays so: without a reader it would lose what it holds.
 struct SPipe {
-    int descriptor = -1;
+    CFile file;
     std::unique_ptr<CPipeCopy> copy;  // null if it is read as it comes
 };
 
@@ -158,11 +132,11 @@ std::string OpenPipe(const std::string &path, bool isSocket)
     if (known != s_pipes.end())
         return known->second.copy != nullptr ? known->second.copy->Path() : path;
     SPipe pipe;
-    pipe.descriptor = isSocket ? dup(STDIN_FILENO) : OpenInput(path.c_str());
-    if (pipe.descriptor < 0)
+    pipe.file = isSocket ? CFile(dup(STDIN_FILENO)) : OpenInput(path);
+    if (!pipe.file.IsOpen())
         return path;  // who opens it says why it cannot be read
-    if (isSocket || !IsReadAsItComes(path, LookAhead(pipe.descriptor))) {
-        pipe.copy = std::make_unique<CPipeCopy>(pipe.descriptor, MostBytes);
+    if (isSocket || !IsReadAsItComes(path, LookAhead(pipe.file.Descriptor()))) {
+        pipe.copy = std::make_unique<CPipeCopy>(pipe.file, MostBytes);
         ShowPathAs(pipe.copy->Path(), path == StandardInput ? "standard input" : path);
     }
     const SPipe &kept = s_pipes[path] = std::move(pipe);
@@ -171,30 +145,18 @@ std::string OpenPipe(const std::string &path, bool isSocket)
 
 }  // namespace
 
-CPipeCopy::CPipeCopy(int pipe, std::uintmax_t most) : m_file(MakeNamelessFile()), m_path(PathOf(m_file))
+CPipeCopy::CPipeCopy(const CFile &pipe, std::uintmax_t most) : m_file(MakeCopy()), m_path(PathOf(m_file.Descriptor()))
 {
-    try {
-        Fill(pipe, most);
-    } catch (...) {
-        close(m_file);
-        throw;
-    }
+    Fill(pipe, most);
 }
 
-CPipeCopy::~CPipeCopy()
-{
-    close(m_file);
-}
-
-void CPipeCopy::Fill(int pipe, std::uintmax_t most)
+void CPipeCopy::Fill(const CFile &pipe, std::uintmax_t most)
 {
     CProgressLine progress("Copying");
     std::vector<char> bytes(std::size_t(1) << 16);
     std::uintmax_t copied = 0;
     while (true) {
-        const ssize_t count = read(pipe, bytes.data(), bytes.size());
-        if (count < 0 && errno == EINTR)
-            continue;
+        const ssize_t count = pipe.Read(bytes.data(), bytes.size());
         if (count < 0)
             RefuseCopy("it cannot be read: " + std::generic_category().message(errno));
         if (count == 0)
@@ -202,7 +164,9 @@ void CPipeCopy::Fill(int pipe, std::uintmax_t most)
         copied += static_cast<std::uintmax_t>(count);
         if (copied > most)
             RefuseCopy("it is longer than " + std::to_string(most) + " bytes; write it to a file");
-        WriteAll(m_file, bytes.data(), static_cast<std::size_t>(count));
+        if (!m_file.Write(bytes.data(), static_cast<std::size_t>(count)))
+            RefuseCopy("there is no room for that: " + std::generic_category().message(errno) +
+                       "; TMPDIR names another folder");
         progress.ShowBytes(static_cast<long long>(copied));
     }
 }

@@ -5,26 +5,26 @@
 #include <string>
 #include <string_view>
 
+#include "platform/files/file.h"
+
 namespace tesk {
 
 /// What an open pipe gives, copied into a file without a name: it goes with the object, however the tool ends.
 class CPipeCopy {
 public:
-    /// @param pipe  a descriptor, the caller's
     /// @param most  bytes that the copy may have
     /// @throw CRefusal if there are more, or they cannot be read or written
-    CPipeCopy(int pipe, std::uintmax_t most);
+    CPipeCopy(const CFile &pipe, std::uintmax_t most);
     CPipeCopy(const CPipeCopy &) = delete;
     CPipeCopy &operator=(const CPipeCopy &) = delete;
-    ~CPipeCopy();
 
     /// Where this process, and those that it starts, can open the copy.
     const std::string &Path() const { return m_path; }
 
 private:
-    void Fill(int pipe, std::uintmax_t most);
+    void Fill(const CFile &pipe, std::uintmax_t most);
 
-    int m_file = -1;
+    CFile m_file;
     std::string m_path;
 };
 

@@ -1,14 +1,14 @@
 #include "tools/files/wavefile.h"
 
-#include <cerrno>
 #include <cstring>
 #include <exception>
 #include <filesystem>
-#include <fstream>
 #include <optional>
 #include <utility>
 #include <vector>
 
+#include "platform/files/file.h"
+#include "platform/files/regularfile.h"
 #include "platform/input/foreignkinds.h"
 #include "platform/input/packedinput.h"
 #include "platform/tarn.h"
@@ -129,13 +129,10 @@ bool IsRegularFile(const std::string &path)
 
 std::string Beginning(const std::string &path)
 {
-    errno = 0;
-    std::ifstream file(path, std::ios::binary);
-    std::string bytes(64, '\0');
-    file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    bytes.resize(static_cast<std::size_t>(file.gcount()));
-    if (!file.is_open() || file.bad())
-        Refuse(path, std::string("cannot be read: ") + std::strerror(errno != 0 ? errno : EIO));
+    constexpr std::size_t Size = 64;
+    std::string bytes;
+    if (const int error = tesk::ReadBeginning(path, Size, bytes); error != 0)
+        Refuse(path, std::string("cannot be read: ") + std::strerror(error));
     return bytes;
 }
 
@@ -154,6 +151,8 @@ try {
     return std::make_unique<CCheckedFile>(path, WithErrors(path, [&] { return OpenAs(KindOfFile(path), path); }));
 } catch (const NTARN::XFileDoesNotExist &) {
     Refuse(path, "there is no such file");
+} catch (const NTARN::XFileUnreadable &fault) {
+    Refuse(path, fault.what());
 } catch (const NTARN::XFileCorrupted &) {
     Refuse(path, "is damaged, or no VCD, FST, GHW or event-stream file");
 }

@@ -1,16 +1,17 @@
 #include "waveform/files/vcdfile.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
 
+#include "platform/files/file.h"
 #include "platform/log.h"
 #include "signal/signal.h"
 #include "waveform/files/elementswalk.h"
@@ -111,11 +112,14 @@ private:
 // The last time stamp near the end of a file; 0 if there is none, as in a packed one.
 long long LastTimeStamp(const std::string &path)
 {
-    constexpr std::streamoff Reach = 1 << 16;
-    std::ifstream file(path, std::ios::binary | std::ios::ate);
-    const std::streamoff size = file.tellg();
-    file.seekg(std::max<std::streamoff>(size - Reach, 0));
-    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    constexpr off_t Reach = 1 << 16;
+    const CFile file = CFile::Open(path);
+    struct stat status {};
+    if (!file.IsOpen() || !file.Status(status))
+        return 0;
+    std::string text(Reach, '\0');
+    const auto begin = static_cast<std::uint64_t>(std::max<off_t>(status.st_size - Reach, 0));
+    text.resize(static_cast<std::size_t>(std::max<ssize_t>(file.ReadAt(begin, text.data(), text.size()), 0)));
     const std::size_t at = text.rfind("\n#");
     long long time = 0;
     if (at != std::string::npos)

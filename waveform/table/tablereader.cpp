@@ -1,6 +1,9 @@
 #include "waveform/table/tablereader.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 
 namespace tesk {
@@ -11,17 +14,15 @@ constexpr std::size_t BlockSize = 256 * 1024;
 constexpr double LeastSample = 64 * 1024;  // bytes from which the rest of a file can be told
 
 // 0 for what has no size, such as a pipe.
-double SizeOf(std::FILE *file)
+double SizeOf(const CFile &file)
 {
-    const bool hasSize = std::fseek(file, 0, SEEK_END) == 0;
-    const long size = hasSize ? std::ftell(file) : 0;
-    std::rewind(file);
-    return static_cast<double>(std::max(size, 0L));
+    struct stat status {};
+    return file.Status(status) && S_ISREG(status.st_mode) ? static_cast<double>(status.st_size) : 0;
 }
 
 }  // namespace
 
-CTableReader::CTableReader(std::FILE *file) : m_file(file), m_fileSize(SizeOf(file)), m_buffer(BlockSize + Slack)
+CTableReader::CTableReader(const CFile &file) : m_file(file), m_fileSize(SizeOf(file)), m_buffer(BlockSize + Slack)
 {
     SetContent(0);
     m_position = m_end;
@@ -68,7 +69,10 @@ bool CTableReader::RefillBehind(char *keep)
     std::memmove(m_buffer.data(), keep, kept);
     if (m_buffer.size() - Slack - kept < BlockSize / 2)
         m_buffer.resize(m_buffer.size() * 2);
-    const std::size_t count = std::fread(m_buffer.data() + kept, 1, m_buffer.size() - Slack - kept, m_file);
+    const std::size_t room = m_buffer.size() - Slack - kept;
+    const ssize_t read = m_error == 0 ? m_file.ReadFully(m_buffer.data() + kept, room) : 0;
+    m_error = read < 0 ? errno : m_error;
+    const auto count = static_cast<std::size_t>(std::max<ssize_t>(read, 0));
     m_bytesRead += static_cast<double>(count);
     SetContent(kept + count);
     m_position = m_buffer.data() + kept;

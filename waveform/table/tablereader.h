@@ -2,13 +2,13 @@
 #pragma once
 
 #include <array>
-#include <cstdio>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "base/ascii.h"
 #include "platform/crt.h"
+#include "platform/files/file.h"
 #include "waveform/table/eightdigits.h"
 
 namespace tesk {
@@ -19,14 +19,16 @@ class CTableReader {
 public:
     enum class EPiece { Token, LineEnd, FileEnd };
 
-    /// @param file  stays the caller's
-    explicit CTableReader(std::FILE *file);
+    /// @param file  outlives this object
+    explicit CTableReader(const CFile &file);
     CTableReader(const CTableReader &) = delete;
     CTableReader &operator=(const CTableReader &) = delete;
 
     /// Goes on to the next piece. A line end is left behind; a token is to be taken or skipped before the next call.
-    /// A file that cannot be read on is at its end.
+    /// A file that cannot be read on is at its end; `Error` tells.
     EPiece Find();
+    /// Why the file could not be read on, as an `errno`; 0 if it could.
+    int Error() const { return m_error; }
 
     /// @return the token that was found, until the next call of anything
     std::string_view TakeToken();
@@ -60,7 +62,8 @@ private:
 
     static constexpr std::size_t Slack = 8;  // a line end, and bytes that may be looked at together with it
 
-    std::FILE *m_file;
+    const CFile &m_file;
+    int m_error = 0;
     double m_fileSize;  // bytes; 0 if not known
     double m_bytesRead = 0;
     std::vector<char> m_buffer;  // with Slack behind what has been read

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -18,27 +19,27 @@ namespace tesk {
 namespace {
 
 // A directory can be opened on some systems, but it holds no table, and a device may never end.
-CFilePtr OpenFile(const char *name)
+CFile OpenFile(const char *name)
 {
     std::error_code ignored;
     const auto type = std::filesystem::status(name, ignored).type();
     const bool canHoldTable = type == std::filesystem::file_type::regular || type == std::filesystem::file_type::fifo;
-    return canHoldTable ? tesk::OpenInputStream(name) : nullptr;
+    return canHoldTable ? OpenInput(name) : CFile();
 }
 
 }  // namespace
 
-CFilePtr OpenTextTable(SimpleString::CStr &name)
+CFile OpenTextTable(SimpleString::CStr &name)
 {
-    CFilePtr file = OpenFile(name);
-    if (file == nullptr) {
+    CFile file = OpenFile(name);
+    if (!file.IsOpen()) {
         name += ".txt";
         file = OpenFile(name);
     }
     return file;
 }
 
-CTextTable::CTextTable(std::FILE *file, CSampleColumn &column, const char *signal, int width, int radix)
+CTextTable::CTextTable(const CFile &file, CSampleColumn &column, const char *signal, int width, int radix)
     : m_table(file), m_column(column), m_signal(signal), m_width(width), m_radix(radix),
       m_isRelative((column.m_args.m_flags & CFileFormulaArgs::FLAG_REL) != 0), m_time(column.m_startTime)
 {}
@@ -94,7 +95,7 @@ inline void CTextTable::TakeCell(std::size_t place)
 bool CTextTable::ReadColumns()
 {
     ReadHeader();
-    if (!CheckFound(m_valueColumn != 0, m_timeColumn != 0))
+    if (!CheckRead() || !CheckFound(m_valueColumn != 0, m_timeColumn != 0))
         return false;
     long long row = 1;
     std::size_t place = 0;
@@ -126,6 +127,8 @@ bool CTextTable::ReadRows()
 // Deliberate: a last line without an end may be short. Its value counts only if its time has come, too.
 bool CTextTable::EndColumns(std::size_t place)
 {
+    if (!CheckRead())
+        return false;
     if (m_valueColumn <= place && place < m_timeColumn)
         EraseSamples(m_column, m_column.m_events.size() - 1, 1);
     return true;
@@ -175,7 +178,7 @@ void CTextTable::TakeRowTime()
 
 bool CTextTable::EndRows()
 {
-    if (!CheckFound(m_valueCount != 0, m_timeCount != 0))
+    if (!CheckRead() || !CheckFound(m_valueCount != 0, m_timeCount != 0))
         return false;
     std::vector<SampleEvent> &events = m_column.m_events;
     if (m_timeCount == 0) {
@@ -188,6 +191,17 @@ bool CTextTable::EndRows()
         EraseSamples(m_column, count, events.size() - count);
     }
     return true;
+}
+
+// What was read up to an error of the system is no table.
+bool CTextTable::CheckRead() const
+{
+    if (m_table.Error() == 0)
+        return true;
+    const std::string text =
+        "File `" + std::string(m_column.m_args.m_file) + "' cannot be read: " + InputErrorText(m_table.Error()) + ".";
+    Q71log_PrintFormattedString(1, "KERNEL", "", text.c_str());
+    return false;
 }
 
 bool CTextTable::CheckFound(bool hasValues, bool hasTimes) const

@@ -1,22 +1,18 @@
 // Reads the samples of one signal from a text table.
 #pragma once
 
-#include <cstdio>
-#include <memory>
 #include <string_view>
 
-#include "platform/input/openinput.h"
+#include "platform/files/file.h"
 #include "waveform/samplecolumn.h"
 #include "waveform/table/tablereader.h"
 
 namespace tesk {
 
-using CFilePtr = InputStream;
-
 /// Opens a table for reading. A pipe that nothing writes to holds none.
 /// @param name  gets ".txt" appended if there is no file of this name
-/// @return null if there is none of that name either
-CFilePtr OpenTextTable(SimpleString::CStr &name);
+/// @return one that is not open if there is none of that name either
+CFile OpenTextTable(SimpleString::CStr &name);
 
 /// One pass through a table. The column tells what is wanted by its arguments, interval, start time and flags, and
 /// receives the events in the order of the table.
@@ -24,7 +20,7 @@ class CTextTable {
 public:
     /// @param signal  name of the signal's values, without an index
     /// @param width   with `radix` from `ClassifyValueType`
-    CTextTable(std::FILE *file, CSampleColumn &column, const char *signal, int width, int radix);
+    CTextTable(const CFile &file, CSampleColumn &column, const char *signal, int width, int radix);
     CTextTable(const CTextTable &) = delete;
     CTextTable &operator=(const CTextTable &) = delete;
 
@@ -46,6 +42,7 @@ private:
     bool EndRows();
 
     bool HasTimes() const { return (m_column.m_args.m_flags & CFileFormulaArgs::FLAG_TIME_POINTS) != 0; }
+    bool CheckRead() const;
     bool CheckFound(bool hasValues, bool hasTimes) const;
     bool RefuseRow(long long row) const;
     void ReadTime();

@@ -36,18 +36,10 @@ private:
     std::string m_name = testing::TempDir() + "tesk_pipe_" + std::to_string(getpid());
 };
 
-std::string ReadAll(std::FILE *file)
-{
-    std::string text;
-    for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file))
-        text += static_cast<char>(c);
-    return text;
-}
-
 TEST(OpenInput, RefusesAPipeThatNothingWritesTo)
 {
     const CPipe pipe;
-    EXPECT_EQ(tesk::OpenInput(pipe.Name()), -1);
+    EXPECT_FALSE(tesk::OpenInput(pipe.Name()).IsOpen());
     EXPECT_EQ(errno, ENXIO);
     EXPECT_EQ(tesk::InputErrorText(ENXIO), "it is a pipe that nothing writes to");
 }
@@ -58,16 +50,18 @@ TEST(OpenInput, WaitsForAWriterThatIsOrComes)
     for (const auto &[open, write] : {std::pair(0, 0), std::pair(100, 0), std::pair(0, 700)}) {
         const CPipe pipe;
         std::thread writer = pipe.WriteAfter(milliseconds(open), milliseconds(write));
-        const tesk::InputStream file = tesk::OpenInputStream(pipe.Name());
-        ASSERT_NE(file, nullptr) << open << " " << write;
-        EXPECT_EQ(ReadAll(file.get()), "text") << open << " " << write;
+        const tesk::CFile file = tesk::OpenInput(pipe.Name());
+        ASSERT_TRUE(file.IsOpen()) << open << " " << write;
+        std::string text;
+        EXPECT_EQ(tesk::ReadBeginning(file, 100, text), 0) << open << " " << write;
+        EXPECT_EQ(text, "text") << open << " " << write;
         writer.join();
     }
 }
 
 TEST(OpenInput, TellsOfAMissingFile)
 {
-    EXPECT_EQ(tesk::OpenInputStream("/nowhere/file"), nullptr);
+    EXPECT_FALSE(tesk::OpenInput("/nowhere/file").IsOpen());
     EXPECT_EQ(errno, ENOENT);
     EXPECT_EQ(tesk::InputErrorText(ENOENT), "No such file or directory");
 }
