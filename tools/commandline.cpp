@@ -11,6 +11,7 @@
 #include <sstream>
 #include <utility>
 
+#include "tools/files/readwatch.h"
 #include "tools/help/usage.h"
 #include "tools/message.h"
 #include "tools/quote.h"
@@ -19,6 +20,14 @@ namespace {
 
 constexpr int Refused = 1;
 constexpr int WrongUsage = 2;
+
+// Of a file that the system could not read, only that is told: what else went wrong came of it.
+int ComplainOfInput(const std::exception &error)
+{
+    const std::string fault = tesk::CReadWatch::Fault();
+    TellRefusal(fault.empty() ? error.what() : fault);
+    return Refused;
+}
 
 int Complain(const std::exception &error, int status)
 {
@@ -189,6 +198,8 @@ std::string CCommandLine::HelpOf(const std::string &command) const
 int CCommandLine::Run(int argc, char **argv)
 {
     const int status = Execute(argc, argv);
+    if (const std::string fault = tesk::CReadWatch::Fault(); status == 0 && !fault.empty())
+        return Complain(CRefusal(fault), Refused);
     errno = 0;
     if (status != 0 || std::cout.flush())
         return status;
@@ -214,7 +225,7 @@ int CCommandLine::Execute(int argc, char **argv)
     } catch (const std::bad_alloc &) {
         return Complain(CRefusal("there is not enough memory for this"), Refused);
     } catch (const std::exception &error) {
-        return Complain(error, Refused);
+        return ComplainOfInput(error);
     }
     return 0;
 }

@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <filesystem>
 #include <iostream>
 #include <utility>
@@ -19,6 +20,7 @@
 #include "platform/files/file.h"
 #include "platform/files/filebuffer.h"
 #include "tools/commandline.h"
+#include "tools/files/readwatch.h"
 #include "tools/quote.h"
 
 namespace {
@@ -56,9 +58,25 @@ void WriteStream(std::ostream &stream, const std::string &name, const std::funct
 {
     errno = 0;
     write(stream);
+    tesk::CReadWatch::Check();
     stream.flush();
     if (!stream)
         RefuseFile(name, errno);
+}
+
+// Lets `write` fill a file. What it raises for want of a place to write to is told by what is wrong with that.
+template <class TFile>
+void WriteThrough(const std::string &path, std::ostream &stream, const TFile &file,
+                  const std::function<void(std::ostream &)> &write)
+{
+    try {
+        write(stream);
+    } catch (const std::exception &) {
+        if (file.Error() == 0)
+            throw;
+        RefuseFile(path, file.Error());
+    }
+    tesk::CReadWatch::Check();
 }
 
 // What cannot be replaced: a device or a pipe.
@@ -69,7 +87,7 @@ void WriteInPlace(const std::string &path, const std::function<void(std::ostream
         RefuseFile(path, errno);
     tesk::CFileBuffer buffer(std::move(file));
     std::ostream stream(&buffer);
-    write(stream);
+    WriteThrough(path, stream, buffer, write);
     stream.flush();
     buffer.Close();
     if (!stream || buffer.Error() != 0)
@@ -99,7 +117,7 @@ void WriteOutput(const std::string &path, const std::function<void(std::ostream 
     tesk::CDraft draft(path);
     if (!draft.IsOpen())
         RefuseFile(path, draft.Error());
-    write(draft.Stream());
+    WriteThrough(path, draft.Stream(), draft, write);
     if (!draft.Publish())
         RefuseFile(path, draft.Error());
 }

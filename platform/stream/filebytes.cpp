@@ -51,7 +51,7 @@ std::shared_ptr<CFileBytes> CFileBytes::Open(const std::filesystem::path &path)
     TestIsRegular(path);
     tesk::CFile file = tesk::OpenInput(path.string());
     if (!file.IsOpen())
-        throw XFault("cannot be opened");
+        throw XFault("cannot be opened: " + tesk::InputErrorText(errno));
     return std::make_shared<CFileBytes>(std::move(file));
 }
 

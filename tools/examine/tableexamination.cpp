@@ -1,6 +1,7 @@
 #include "tools/examine/tableexamination.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstddef>
 #include <optional>
 #include <string_view>
@@ -219,6 +220,8 @@ std::vector<STableFault> ExamineTable(const CFileFormulaArgs &args)
         return faults;
     CTableLook look(args, file);
     look.Read();
+    if (look.Error() != 0)
+        return faults;
     FindOddNames(look, faults);
     FindMissingName(std::string(args.m_signal), look, faults);
     FindMissingName(look.TimeName(), look, faults);
@@ -232,7 +235,7 @@ std::vector<std::string> TableNames(const CFileFormulaArgs &args)
     SimpleString::CStr name = args.m_file;
     const CFile file = OpenTextTable(name);
     if (!file.IsOpen())
-        return {};
+        throw CRefusal(OneLine(std::string(name)) + ": cannot be read: " + InputErrorText(errno));
     CTableLook look(args, file);
     look.Read();
     if (look.Error() != 0)

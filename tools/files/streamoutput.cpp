@@ -19,6 +19,7 @@
 #include "platform/changes/changewalk.h"
 #include "platform/stream/groupevents.h"
 #include "tools/commandline.h"
+#include "tools/files/readwatch.h"
 #include "tools/files/streamsignals.h"
 #include "tools/files/waveoutput.h"
 #include "tools/loglines.h"
@@ -207,6 +208,7 @@ StreamWriterPtr BeginEventStream(const std::string &path, long long resolution)
 
 void FinishEventStream(const std::string &path, Morvel::IStreamWriter &writer)
 {
+    tesk::CReadWatch::Check();
     WriteOrRefuse(path, [&] { return writer.Finish(); });
 }
 
