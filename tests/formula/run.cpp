@@ -8,6 +8,7 @@
 #include "core/formulaparser.h"
 #include "core/support.h"
 #include "logcatcher.h"
+#include "testpaths.h"
 #include "waveform/openfiles.h"
 #include "waveform/samplecolumn.h"
 

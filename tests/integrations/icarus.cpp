@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "integrations/simulation.h"
+#include "testpaths.h"
 
 namespace {
 

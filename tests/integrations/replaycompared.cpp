@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "integrations/simulation.h"
+#include "testpaths.h"
 
 namespace {
 

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "testpaths.h"
 #include "waveform/fakematlab/installed.h"
 
 namespace {

@@ -13,6 +13,7 @@
 #include "platform/fst/fstvcd.h"
 #include "platform/stream/morvelformat.h"
 #include "platform/stream/streamfiles.h"
+#include "testpaths.h"
 #include "tools/runtool.h"
 
 using ::testing::HasSubstr;

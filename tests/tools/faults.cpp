@@ -18,6 +18,7 @@
 #include "core/stimulus.h"
 #include "faultyfiles.h"
 #include "platform/files/file.h"
+#include "testpaths.h"
 #include "tools/commands/commands.h"
 #include "tools/files/readwatch.h"
 #include "tools/loglines.h"

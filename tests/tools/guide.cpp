@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "testpaths.h"
 #include "tools/runtool.h"
 
 namespace {

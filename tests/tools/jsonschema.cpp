@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string>
 
+#include "testpaths.h"
 #include "tools/runtool.h"
 
 namespace {

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <string>
 
+#include "testpaths.h"
 #include "tools/runtool.h"
 
 namespace {

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "testpaths.h"
 #include "tools/files/selectedfile.h"
 #include "tools/runtool.h"
 

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "platform/stream/streamfiles.h"
+#include "testpaths.h"
 #include "tools/runtool.h"
 
 using ::testing::HasSubstr;

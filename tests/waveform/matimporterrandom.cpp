@@ -4,6 +4,7 @@
 #include <cmath>
 #include <random>
 
+#include "testpaths.h"
 #include "waveform/fakematlab/installed.h"
 #include "waveform/fakematlab/variable.h"
 #include "waveform/mat/matfiles.h"

@@ -17,6 +17,7 @@
 
 #include "platform/kestrin.h"
 #include "platform/tarn.h"
+#include "testpaths.h"
 #include "tests/platform/fst/fsttools.h"
 
 namespace fsttest {

@@ -12,6 +12,7 @@
 #include "platform/matlab/matfile.h"
 #include "platform/matlab/processes.h"
 #include "platform/matlab/samplefiles.h"
+#include "testpaths.h"
 
 namespace {
 

@@ -10,6 +10,7 @@
 #include "platform/matlab/matstream.h"
 #include "platform/matlab/processes.h"
 #include "platform/matlab/samplefiles.h"
+#include "testpaths.h"
 
 namespace {
 

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/matlab/mxarray.h"
+#include "testpaths.h"
 
 inline const char *const SmallFiles[] = {"octave4.mat", "scipy4.mat"};  // version 4 knows no structures
 inline const char *const LargeFiles[] = {"octave6.mat", "octave7.mat", "scipy5.mat", "matio73.mat"};

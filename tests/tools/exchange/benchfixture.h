@@ -6,6 +6,7 @@
 #include <fstream>
 #include <string>
 
+#include "testpaths.h"
 #include "tools/runtool.h"
 
 /// A bench of this text is written, exported, and whatever else in the folder.

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "testpaths.h"
 #include "tools/exchange/benchfixture.h"
 #include "tools/exchange/randombench.h"
 #include "tools/exchange/walks.h"

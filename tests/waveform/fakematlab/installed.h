@@ -9,6 +9,8 @@
 
 #include <unistd.h>
 
+#include "testpaths.h"
+
 /// Puts a program called "matlab" in front of all others that a shell would find, and takes it away again.
 class CInstalledMatlab {
 public:

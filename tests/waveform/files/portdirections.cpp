@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "testpaths.h"
 #include "waveform/files/filekinds.h"
 #include "waveform/files/waveformfile.h"
 

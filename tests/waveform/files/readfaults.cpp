@@ -16,6 +16,7 @@
 #include "platform/fst/fstmaker.h"
 #include "platform/input/gzipsupport.h"
 #include "platform/stream/streamfiles.h"
+#include "testpaths.h"
 #include "waveform/files/filekinds.h"
 #include "waveform/files/filewalk.h"
 #include "waveform/table/tables.h"

@@ -1,4 +1,5 @@
 #include "waveform/mat/matlibraries.h"
+#include "testpaths.h"
 
 #include <gmock/gmock.h>
 #include <sys/wait.h>

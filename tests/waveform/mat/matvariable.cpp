@@ -1,4 +1,5 @@
 #include "waveform/mat/matvariable.h"
+#include "testpaths.h"
 
 #include <gmock/gmock.h>
 

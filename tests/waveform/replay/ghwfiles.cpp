@@ -7,6 +7,7 @@
 #include "core/formulaparser.h"
 #include "platform/tarn.h"
 #include "signal/signal.h"
+#include "testpaths.h"
 #include "waveform/fakefiles.h"
 #include "waveform/tarnstimulus.h"
 

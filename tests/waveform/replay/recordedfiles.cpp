@@ -5,6 +5,7 @@
 
 #include "logcatcher.h"
 #include "platform/stream/streamfiles.h"
+#include "testpaths.h"
 #include "waveform/fakefiles.h"
 #include "waveform/tarnstimulus.h"
 #include "waveform/vcdstimulus.h"

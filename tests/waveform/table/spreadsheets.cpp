@@ -1,4 +1,5 @@
 // Tables as spreadsheets export them, in tests/data/tables.
+#include "testpaths.h"
 #include "waveform/table/tables.h"
 
 using testing::ElementsAre;
