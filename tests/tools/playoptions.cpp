@@ -71,7 +71,7 @@ TEST(PlayFrom, ShowsWhatAWalkFromTheBeginningShows)
           "'/txt examples/sine.txt,sine -time_points time -interval 1ns' --type 'signed(7 downto 0)'",
           "'/brel (H10 L10)5'"}) {
         const std::string all = Shown(std::string(formula) + " --until 110ns");
-        for (const int from : {0, 1, 9, 10, 11, 40, 75, 100}) {
+        for (const int from : {0, 9, 10, 40, 100}) {
             const std::string shown =
                 Shown(std::string(formula) + " --until 110ns --from " + std::to_string(from) + "ns");
             const long long ticks = from * (std::string(formula).ends_with("--res 1ns") ? 1LL : 1000LL);
