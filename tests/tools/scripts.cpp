@@ -94,3 +94,21 @@ TEST(MakeRelease, RefusesWhatIsNoRelease)
         EXPECT_THAT(run.err, HasSubstr(row.error)) << row.steps;
     }
 }
+
+TEST(Fuzz, RefusesWhatIsNoTimeAndWhatIsNoDoor)
+{
+    SToolRun run = RunShell("scripts/fuzz 15");
+    EXPECT_THAT(run.err, HasSubstr("scripts/fuzz TIME [DOOR...]"));
+    EXPECT_EQ(run.status, 1);
+    run = RunShell("scripts/fuzz 15m vcd window");
+    EXPECT_THAT(run.err, HasSubstr("no door window; doors: bench "));
+    EXPECT_EQ(run.status, 1);
+}
+
+TEST(Fuzz, HasARowAndSeedsForEachDoor)
+{
+    const SToolRun run = RunShell("cd fuzz; for d in doors/*.cpp; do d=$(basename $d .cpp); "
+                                  "grep -q \"{\\\"$d\\\", \" fuzz.cpp && [ -n \"$(ls seeds/$d)\" ] || echo $d; done");
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "");
+}
