@@ -16,18 +16,14 @@ try {
     if (IsGhwFile(file))
         return new CGhwReader(file);
     return new CFstReader(file);
-} catch (const XFstReadFault &fault) {
-    throw XFileUnreadable(fault.error);
-} catch (const XGhwReadFault &fault) {
+} catch (const tesk::XByteFault &fault) {
     throw XFileUnreadable(fault.error);
 } catch (const XFstTooMuch &fault) {
     const std::string text =
         std::string("Waveform file `") + file + "' claims more " + fault.what + " than a file of its size can hold.";
     Q71log_PrintFormattedString(2, "KERNEL", "", text.c_str());
     throw XFileCorrupted();
-} catch (const XFstDamage &) {
-    throw XFileCorrupted();
-} catch (const XGhwDamage &) {
+} catch (const tesk::XByteDamage &) {
     throw XFileCorrupted();
 } catch (const XFstNoRoom &fault) {
     const std::string text = std::string("Waveform file `") + file + "' cannot be unpacked into a temporary file: " +

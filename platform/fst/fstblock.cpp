@@ -207,9 +207,9 @@ void CFstBlock::ReadTail(CFstFile &file, const SFstChangeBlock &block, std::uint
     const SFstStretch tail = TakeEnd(m_chains, TimesTailSize);
     const CFstBuffer sizes = file.Read(tail.position, tail.size);
     CFstBytes numbers(sizes);
-    const std::uint64_t timesSize = numbers.Number();
-    const SFstStretch times = TakeEnd(m_chains, numbers.Number());
-    const std::uint64_t count = numbers.Number();
+    const std::uint64_t timesSize = numbers.Big<std::uint64_t>();
+    const SFstStretch times = TakeEnd(m_chains, numbers.Big<std::uint64_t>());
+    const std::uint64_t count = numbers.Big<std::uint64_t>();
     if (count > mostTimes)
         throw XFstTooMuch{{}, "times"};
     if (timesSize / MostVarint > count)
@@ -218,7 +218,8 @@ void CFstBlock::ReadTail(CFstFile &file, const SFstChangeBlock &block, std::uint
     m_times = CFstTimes(CFstBytes(distances), count);
 
     const SFstStretch indexSize = TakeEnd(m_chains, 8);
-    const SFstStretch index = TakeEnd(m_chains, CFstBytes(file.Read(indexSize.position, indexSize.size)).Number());
+    const SFstStretch index =
+        TakeEnd(m_chains, CFstBytes(file.Read(indexSize.position, indexSize.size)).Big<std::uint64_t>());
     m_positions = CFstPositions(CFstBytes(file.Read(index.position, index.size)), block.kind, m_chains);
 }
 

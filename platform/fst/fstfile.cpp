@@ -44,7 +44,7 @@ public:
             m_stream.next_in = m_packed;
             const ssize_t count = m_from.ReadFully(m_packed, PartSize);
             if (count < 0)
-                throw XFstReadFault{{}, errno};
+                throw tesk::XByteFault{{}, errno};
             if (count == 0)
                 return;
             m_stream.avail_in = static_cast<uInt>(count);
@@ -94,7 +94,7 @@ CFstBuffer CFstFile::Read(std::uint64_t position, std::uint64_t size)
     const ssize_t count = m_file.ReadAt(position, bytes.data(), bytes.size());
     if (count < 0) {
         m_error = errno;
-        throw XFstReadFault{{}, m_error};
+        throw tesk::XByteFault{{}, m_error};
     }
     if (static_cast<std::size_t>(count) != bytes.size())
         throw XFstDamage();
@@ -108,7 +108,7 @@ void CFstFile::Unwrap()
     if (m_size < WrapperHeadSize)
         throw XFileCorrupted();
     const CFstBuffer head = Read(0, WrapperHeadSize);
-    const std::uint64_t size = CFstBytes(SFstSpan(head).last(8)).Number();
+    const std::uint64_t size = CFstBytes(SFstSpan(head).last(8)).Big<std::uint64_t>();
     if (size > SFstLimits(m_size).Wrapped())
         throw XFstTooMuch{{}, "packed bytes"};
     if (m_file.Seek(WrapperHeadSize, SEEK_SET) < 0)

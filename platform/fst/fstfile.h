@@ -9,11 +9,6 @@
 
 namespace NTARN {
 
-/// Raised where the system cannot read the file. It stays inside the reader.
-struct XFstReadFault : XFstDamage {
-    int error;  ///< an `errno`
-};
-
 class CFstFile {
 public:
     /// Opens a file.
@@ -26,7 +21,7 @@ public:
     std::uint64_t Size() const { return m_size; }
     /// As it lies on the disk, packed as a whole or not.
     std::uint64_t PackedSize() const { return m_packedSize; }
-    /// @throw XFstDamage if the file does not have all of these bytes, XFstReadFault if the system cannot read them
+    /// @throw XFstDamage if the file does not have all of these bytes, XByteFault if the system cannot read them
     CFstBuffer Read(std::uint64_t position, std::uint64_t size);
     /// Why the system could not read on, as an `errno`; 0 if it always could.
     int Error() const { return m_error; }

@@ -232,7 +232,7 @@ CFstBuffer ReadFstHierarchy(CFstFile &file, const SFstBlock &block, const SFstLi
 {
     const CFstBuffer contents = file.Read(block.position, block.size);
     CFstBytes bytes(contents);
-    const std::uint64_t size = bytes.Number();
+    const std::uint64_t size = bytes.Big<std::uint64_t>();
     if (size > limits.Unpacked())
         throw XFstTooMuch{{}, "bytes of names"};
     switch (block.kind) {
@@ -246,8 +246,8 @@ void CheckFstGeometry(CFstFile &file, const SFstBlock &block, const std::vector<
 {
     const CFstBuffer contents = file.Read(block.position, block.size);
     CFstBytes head(contents);
-    const std::uint64_t size = head.Number();
-    if (head.Number() != stores.size() || size / MostVarint > stores.size())
+    const std::uint64_t size = head.Big<std::uint64_t>();
+    if (head.Big<std::uint64_t>() != stores.size() || size / MostVarint > stores.size())
         throw XFstDamage();
     const CFstBuffer sizes = FstInflateIfPacked(head.Rest(), size);
     CFstBytes bytes(sizes);

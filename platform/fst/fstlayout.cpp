@@ -35,14 +35,14 @@ int ScaleOf(std::uint8_t byte)
 SFstHeader ReadHeader(CFstBytes bytes)
 {
     SFstHeader header;
-    header.begin = bytes.Number();
-    header.end = bytes.Number();
+    header.begin = bytes.Big<std::uint64_t>();
+    header.end = bytes.Big<std::uint64_t>();
     header.isBigEndian = IsBigEndian(bytes.Take(8));
     bytes.Take(4 * 8);  // the writer's memory; scopes, variables, handles: counted again in the hierarchy
-    header.blocks = bytes.Number();
+    header.blocks = bytes.Big<std::uint64_t>();
     header.scale = ScaleOf(bytes.Byte());
     bytes.Take(VersionAndDateSize + 1);  // and the language
-    header.timeZero = static_cast<long long>(bytes.Number());
+    header.timeZero = bytes.Big<long long>();
     if (header.begin > MostTime || header.end > MostTime)
         throw XFstDamage();
     return header;
@@ -66,7 +66,7 @@ std::optional<SFstBlock> BlockAt(CFstFile &file, std::uint64_t position)
     const CFstBuffer head = file.Read(position, BlockHeadSize);
     CFstBytes bytes(head);
     const auto kind = static_cast<EFstBlock>(bytes.Byte());
-    const std::uint64_t length = bytes.Number();
+    const std::uint64_t length = bytes.Big<std::uint64_t>();
     if (length < 8 || length > file.Size() - position - 1)
         return std::nullopt;
     return SFstBlock{kind, position + BlockHeadSize, length - 8};
@@ -78,8 +78,8 @@ SFstChangeBlock ChangeBlock(CFstFile &file, const SFstBlock &block)
     if (block.size >= 16) {
         const CFstBuffer times = file.Read(block.position, 16);
         CFstBytes bytes(times);
-        changes.begin = bytes.Number();
-        changes.end = bytes.Number();
+        changes.begin = bytes.Big<std::uint64_t>();
+        changes.end = bytes.Big<std::uint64_t>();
     }
     return changes;
 }

@@ -190,7 +190,7 @@ CGhwChanges::CGhwChanges(CGhwBytes &bytes, const std::vector<EGhwValue> &values)
     CSizes sizes(*this);
     try {
         CGhwPass(m_bytes, m_values, sizes).Run();
-    } catch (const XGhwReadFault &) {
+    } catch (const tesk::XByteFault &) {
         throw;
     } catch (const XGhwCut &) {
         m_state = EState::Cut;

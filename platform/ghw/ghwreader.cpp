@@ -77,7 +77,7 @@ bool IsGhwFile(const std::string &path)
 try {
     CGhwBytes bytes(path);
     return BeginsWithMagic(bytes);
-} catch (const XGhwReadFault &) {
+} catch (const tesk::XByteFault &) {
     throw;
 } catch (const XFileUnreadable &) {
     throw;

@@ -14,14 +14,14 @@
 namespace NTARN {
 
 /// Whether a file begins as one that GHDL wrote. False for one that is not there or no regular file.
-/// @throw XFileUnreadable, XGhwReadFault
+/// @throw XFileUnreadable, tesk::XByteFault
 bool IsGhwFile(const std::string &path);
 
 /// Times are femtoseconds. A record has its fields as children, under their names, and an array its elements, `[i]` or
 /// `[i][j]`, left bounds first. Scalars have the events, all others none of their own.
 class CGhwReader final : public IDatabaseReader {
 public:
-    /// @throw XFileDoesNotExist, XFileCorrupted, XGhwDamage, XGhwReadFault
+    /// @throw XFileDoesNotExist, XFileCorrupted, XGhwDamage, tesk::XByteFault
     explicit CGhwReader(const std::string &path);
     CGhwReader(const CGhwReader &) = delete;
 

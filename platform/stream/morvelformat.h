@@ -3,12 +3,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
 
 #include "base/bytes.h"
+#include "platform/files/bytereader.h"
 
 namespace Morvel {
 
@@ -73,51 +73,15 @@ void Append(std::string &bytes, T number)
     tesk::AppendLittleEndian(static_cast<std::make_unsigned_t<T>>(number), sizeof(T), bytes);
 }
 
-/// Takes numbers and texts off the front of bytes; once something is missing all that follows is 0 and empty.
-class CByteReader {
-public:
-    explicit CByteReader(std::string_view bytes) : m_rest(bytes) {}
-
-    template <class T>
-    T Take()
-    {
-        const std::string_view bytes = TakeBytes(sizeof(T));
-        return static_cast<T>(tesk::LoadLittleEndian(bytes.data(), bytes.size()));
-    }
-
-    std::string_view TakeBytes(std::uint64_t count)
-    {
-        if (count > m_rest.size())
-            m_good = false;
-        const std::string_view taken = m_good ? m_rest.substr(0, static_cast<std::size_t>(count)) : std::string_view();
-        m_rest = m_good ? m_rest.substr(taken.size()) : std::string_view();
-        return taken;
-    }
-
-    /// A text that a zero ends; the zero stands behind what is returned. Null if there is no zero.
-    const char *TakeText()
-    {
-        const std::size_t length = m_rest.find('\0');
-        const std::string_view text = TakeBytes(length == m_rest.npos ? m_rest.size() + 1 : length + 1);
-        return m_good ? text.data() : nullptr;
-    }
-
-    std::string_view Rest() const { return m_rest; }
-    /// Whether all that was asked for was there.
-    bool IsGood() const { return m_good; }
-
-private:
-    std::string_view m_rest;
-    bool m_good = true;
-};
+using tesk::CByteReader;
 
 inline SBlockEntry TakeBlockEntry(CByteReader &bytes)
 {
     SBlockEntry entry{};
-    entry.offset = bytes.Take<std::uint64_t>();
-    entry.size = bytes.Take<std::uint32_t>();
-    entry.crc = bytes.Take<std::uint32_t>();
-    entry.first = bytes.Take<std::int64_t>();
+    entry.offset = bytes.Little<std::uint64_t>();
+    entry.size = bytes.Little<std::uint32_t>();
+    entry.crc = bytes.Little<std::uint32_t>();
+    entry.first = bytes.Little<std::int64_t>();
     return entry;
 }
 
@@ -132,10 +96,10 @@ inline void AppendBlockEntry(std::string &bytes, const SBlockEntry &entry)
 inline SPackEntry TakePackEntry(CByteReader &bytes)
 {
     SPackEntry entry{};
-    entry.offset = bytes.Take<std::uint64_t>();
-    entry.size = bytes.Take<std::uint32_t>();
-    entry.rawSize = bytes.Take<std::uint32_t>();
-    entry.crc = bytes.Take<std::uint32_t>();
+    entry.offset = bytes.Little<std::uint64_t>();
+    entry.size = bytes.Little<std::uint32_t>();
+    entry.rawSize = bytes.Little<std::uint32_t>();
+    entry.crc = bytes.Little<std::uint32_t>();
     return entry;
 }
 

@@ -22,6 +22,17 @@ constexpr std::uint8_t UnknownSize = 0xFF;
     throw XFault("is damaged: its index " + why);
 }
 
+// Takes values, and tells in these words that the index ends inside one.
+template <class TTake>
+auto TakeOrFail(const char *why, TTake take)
+{
+    try {
+        return take();
+    } catch (const tesk::XByteDamage &) {
+        FailIndex(why);
+    }
+}
+
 }  // namespace
 
 struct CStreamIndex::SHeader {
@@ -37,14 +48,17 @@ CStreamIndex::CStreamIndex(const CFileBytes &file)
     m_bytes = file.Read(header.indexOffset, header.indexSize);
     if (Crc(m_bytes) != header.indexCrc)
         FailIndex("has the wrong checksum");
+    constexpr const char *WrongEnd = "does not end where it should";
     CByteReader bytes(m_bytes);
-    TakeSignals(bytes, TakeTypes(bytes));
-    if (HasStretches()) {
-        TakeTracks();
-        TakeStretches(bytes);
-    }
-    if (!bytes.IsGood() || !bytes.Rest().empty())
-        FailIndex("does not end where it should");
+    TakeOrFail(WrongEnd, [&] {
+        TakeSignals(bytes, TakeTypes(bytes));
+        if (HasStretches()) {
+            TakeTracks();
+            TakeStretches(bytes);
+        }
+    });
+    if (!bytes.AtEnd())
+        FailIndex(WrongEnd);
 }
 
 CStreamIndex::SHeader CStreamIndex::ReadHeader(const CFileBytes &file)
@@ -53,32 +67,32 @@ CStreamIndex::SHeader CStreamIndex::ReadHeader(const CFileBytes &file)
     if (fileSize == 0)
         throw XFault("is empty");
     const std::string text = file.Read(0, std::min<std::uint64_t>(fileSize, HeaderSize));
-    CByteReader bytes(text);
-    if (bytes.TakeBytes(Magic.size()) != Magic)
+    if (!text.starts_with(Magic))
         throw XFault("is no event stream");
     if (text.size() < HeaderSize)
         throw XFault("is cut off in its header");
-    if (CByteReader(std::string_view(text).substr(HeaderSize - 4)).Take<std::uint32_t>() !=
-        Crc(std::string_view(text).substr(0, HeaderSize - 4)))
+    const std::string_view header = std::string_view(text).substr(0, HeaderSize - 4);
+    if (CByteReader(std::string_view(text).substr(header.size())).Little<std::uint32_t>() != Crc(header))
         throw XFault("is damaged: its header has the wrong checksum");
-    m_version = bytes.Take<std::uint32_t>();
+    CByteReader bytes(header.substr(Magic.size()));
+    m_version = bytes.Little<std::uint32_t>();
     if (m_version != Version && m_version != OldVersion)
         throw XFault("has version " + std::to_string(m_version) + " of the format; versions 1 and 2 can be read");
-    bytes.Take<std::uint32_t>();  // reserved
-    m_resolution = bytes.Take<std::int64_t>();
-    m_endTime = bytes.Take<std::int64_t>();
+    bytes.Little<std::uint32_t>();  // reserved
+    m_resolution = bytes.Little<std::int64_t>();
+    m_endTime = bytes.Little<std::int64_t>();
     if (m_resolution <= 0 || m_endTime < 0)
         throw XFault("is damaged: its header has no sensible times");
-    SHeader header{};
-    header.indexOffset = bytes.Take<std::uint64_t>();
-    header.indexSize = bytes.Take<std::uint64_t>();
-    header.indexCrc = bytes.Take<std::uint32_t>();
-    if (header.indexOffset < HeaderSize || header.indexOffset > fileSize ||
-        header.indexSize > fileSize - header.indexOffset)
+    SHeader index{};
+    index.indexOffset = bytes.Little<std::uint64_t>();
+    index.indexSize = bytes.Little<std::uint64_t>();
+    index.indexCrc = bytes.Little<std::uint32_t>();
+    if (index.indexOffset < HeaderSize || index.indexOffset > fileSize ||
+        index.indexSize > fileSize - index.indexOffset)
         throw XFault("is cut off: its index is missing");
-    if (header.indexSize != fileSize - header.indexOffset)
+    if (index.indexSize != fileSize - index.indexOffset)
         throw XFault("is damaged: there is something behind its index");
-    return header;
+    return index;
 }
 
 const SSignalEntry *CStreamIndex::Find(int handle) const
@@ -104,26 +118,28 @@ const Kestrin::KTypeInfo &CStreamIndex::TypeOf(const SSignalEntry &signal) const
 
 std::vector<const char *> CStreamIndex::TakeTypes(CByteReader &bytes) const
 {
-    const auto count = bytes.Take<std::uint32_t>();
-    if (count > bytes.Rest().size())
-        FailIndex("has more types than room");
-    std::vector<const char *> types(count);
-    for (const char *&type : types)
-        type = bytes.TakeText();
-    if (!bytes.IsGood())
-        FailIndex("is cut off");
-    return types;
+    return TakeOrFail("is cut off", [&] {
+        const auto count = bytes.Little<std::uint32_t>();
+        if (count > bytes.Rest().size())
+            FailIndex("has more types than room");
+        std::vector<const char *> types(count);
+        for (const char *&type : types)
+            type = bytes.Text().data();
+        return types;
+    });
 }
 
 // Level by level, so that the children of one signal follow those of the signal before it, and a tree is all that the
 // numbers of children can describe.
 void CStreamIndex::TakeSignals(CByteReader &bytes, const std::vector<const char *> &types)
 {
-    const auto count = bytes.Take<std::uint32_t>();
-    const auto topLevelCount = bytes.Take<std::uint32_t>();
-    if (count > bytes.Rest().size() / (HasStretches() ? LeastSignalSize : LeastOldSignalSize) ||
+    const auto count = bytes.Little<std::uint32_t>();
+    const std::size_t room =
+        std::max(bytes.Rest().size(), sizeof count) - sizeof count;  // behind that of the top level
+    if (count > room / (HasStretches() ? LeastSignalSize : LeastOldSignalSize) ||
         count > std::numeric_limits<int>::max())
         FailIndex("has more signals than room");
+    const auto topLevelCount = bytes.Little<std::uint32_t>();
     if (topLevelCount > count || (topLevelCount == 0 && count > 0))
         FailIndex("has a wrong number of top-level signals");
     m_topLevelCount = static_cast<int>(topLevelCount);
@@ -150,13 +166,15 @@ void CStreamIndex::TakeSignals(CByteReader &bytes, const std::vector<const char 
 SSignalEntry CStreamIndex::TakeSignal(CByteReader &bytes, const std::vector<const char *> &types, int firstChild) const
 {
     SSignalEntry signal{};
-    signal.name = bytes.TakeText();
-    const auto type = bytes.Take<std::uint32_t>();
-    const auto childCount = bytes.Take<std::uint32_t>();
-    signal.events = !HasStretches() || childCount == 0 ? bytes.Take<std::uint64_t>() : 0;
-    signal.track = HasStretches() && childCount == 0 ? bytes.Take<std::uint32_t>() : NoTrack;
-    if (!bytes.IsGood())
-        FailIndex("is cut off");
+    std::uint32_t type = 0;
+    std::uint32_t childCount = 0;
+    TakeOrFail("is cut off", [&] {
+        signal.name = bytes.Text().data();
+        type = bytes.Little<std::uint32_t>();
+        childCount = bytes.Little<std::uint32_t>();
+        signal.events = !HasStretches() || childCount == 0 ? bytes.Little<std::uint64_t>() : 0;
+        signal.track = HasStretches() && childCount == 0 ? bytes.Little<std::uint32_t>() : NoTrack;
+    });
     if (type >= types.size())
         FailIndex("names a type that it does not have");
     if (childCount > std::numeric_limits<int>::max() || (childCount > 0 && signal.events > 0))
@@ -168,14 +186,14 @@ SSignalEntry CStreamIndex::TakeSignal(CByteReader &bytes, const std::vector<cons
         return signal;
     if (BlockCount(signal.events) > bytes.Rest().size() / BlockEntrySize)
         FailIndex("has more blocks than room");
-    signal.blocks = bytes.TakeBytes(BlockCount(signal.events) * BlockEntrySize);
+    signal.blocks = bytes.Chars(BlockCount(signal.events) * BlockEntrySize);
     return signal;
 }
 
 void CStreamIndex::TestBlocks(const SSignalEntry &signal)
 {
     CByteReader bytes(signal.blocks);
-    while (!bytes.Rest().empty()) {
+    while (!bytes.AtEnd()) {
         const SBlockEntry block = TakeBlockEntry(bytes);
         TestBlock(block.offset, block.size);
     }
@@ -217,31 +235,35 @@ void CStreamIndex::TakeTracks()
 
 void CStreamIndex::TakeStretches(CByteReader &bytes)
 {
-    const auto count = bytes.Take<std::uint32_t>();
+    const auto count = bytes.Little<std::uint32_t>();
     if (count > bytes.Rest().size() / StretchEntrySize)
         FailIndex("has more stretches of time than room");
     m_stretches.reserve(count);
-    for (std::uint32_t i = 0; i < count; ++i) {
-        SStretchEntry stretch{};
-        stretch.first = bytes.Take<std::int64_t>();
-        stretch.last = bytes.Take<std::int64_t>();
-        stretch.lowTrack = bytes.Take<std::uint32_t>();
-        stretch.highTrack = bytes.Take<std::uint32_t>();
-        stretch.blockCount = bytes.Take<std::uint32_t>();
-        stretch.firstBlock = static_cast<std::uint32_t>(m_packs.size());
-        stretch.table = TakePackEntry(bytes);
-        if (!bytes.IsGood() || stretch.blockCount > bytes.Rest().size() / PackEntrySize)
-            FailIndex("has more blocks than room");
-        if (stretch.first < 0 || stretch.last < stretch.first || stretch.lowTrack > stretch.highTrack ||
-            stretch.highTrack >= TrackCount())
-            FailIndex("has a stretch of time that cannot be");
-        TestBlock(stretch.table.offset, stretch.table.size);
-        for (std::uint32_t b = 0; b < stretch.blockCount; ++b) {
-            m_packs.push_back(TakePackEntry(bytes));
-            TestBlock(m_packs.back().offset, m_packs.back().size);
-        }
-        m_stretches.push_back(stretch);
+    for (std::uint32_t i = 0; i < count; ++i)
+        TakeOrFail("has more blocks than room", [&] { TakeStretch(bytes); });
+}
+
+void CStreamIndex::TakeStretch(CByteReader &bytes)
+{
+    SStretchEntry stretch{};
+    stretch.first = bytes.Little<std::int64_t>();
+    stretch.last = bytes.Little<std::int64_t>();
+    stretch.lowTrack = bytes.Little<std::uint32_t>();
+    stretch.highTrack = bytes.Little<std::uint32_t>();
+    stretch.blockCount = bytes.Little<std::uint32_t>();
+    stretch.firstBlock = static_cast<std::uint32_t>(m_packs.size());
+    stretch.table = TakePackEntry(bytes);
+    if (stretch.blockCount > bytes.Rest().size() / PackEntrySize)
+        FailIndex("has more blocks than room");
+    if (stretch.first < 0 || stretch.last < stretch.first || stretch.lowTrack > stretch.highTrack ||
+        stretch.highTrack >= TrackCount())
+        FailIndex("has a stretch of time that cannot be");
+    TestBlock(stretch.table.offset, stretch.table.size);
+    for (std::uint32_t b = 0; b < stretch.blockCount; ++b) {
+        m_packs.push_back(TakePackEntry(bytes));
+        TestBlock(m_packs.back().offset, m_packs.back().size);
     }
+    m_stretches.push_back(stretch);
 }
 
 unsigned CStreamIndex::ValueSizeOf(std::uint32_t track) const

@@ -70,6 +70,7 @@ private:
     SSignalEntry TakeSignal(CByteReader &bytes, const std::vector<const char *> &types, int firstChild) const;
     void TakeTracks();
     void TakeStretches(CByteReader &bytes);
+    void TakeStretch(CByteReader &bytes);
     void TestBlocks(const SSignalEntry &signal);
     void TestBlock(std::uint64_t offset, std::uint32_t size);
 

@@ -277,7 +277,7 @@ EventsPtr CRawMorvelRead::LoadOldScalar(const SSignalEntry &signal, unsigned val
     auto events =
         std::make_shared<CScalarEvents>(m_cache, EBlockForm::Old, valueSize, static_cast<std::size_t>(signal.events));
     CByteReader bytes(signal.blocks);
-    while (!bytes.Rest().empty()) {
+    while (!bytes.AtEnd()) {
         const SBlockEntry entry = TakeBlockEntry(bytes);
         if (!events->AddBlock(m_file.ReadBlock(entry), entry.first))
             throw XFault("is damaged: a block is not what the index says");

@@ -144,7 +144,7 @@ TEST(Bytes, AreReadInTheFormatsForms)
                              .Varint(UINT64_MAX)
                              .bytes;
     NTARN::CFstBytes read(bytes);
-    EXPECT_EQ(read.Number(), 5U);
+    EXPECT_EQ(read.Big<std::uint64_t>(), 5U);
     EXPECT_EQ(read.Varint(), 300U);
     EXPECT_EQ(read.SignedVarint(), -1);
     EXPECT_EQ(read.SignedVarint(), -300);
@@ -162,7 +162,7 @@ TEST(Bytes, RefuseWhatDoesNotEnd)
     EXPECT_THROW(NTARN::CFstBytes(varint).Varint(), XFstDamage);
     EXPECT_THROW(NTARN::CFstBytes(NTARN::SFstSpan(varint).first(3)).Varint(), XFstDamage);
     EXPECT_THROW(NTARN::CFstBytes(text).Text(), XFstDamage);
-    EXPECT_THROW(NTARN::CFstBytes(number).Number(), XFstDamage);
+    EXPECT_THROW(NTARN::CFstBytes(number).Big<std::uint64_t>(), XFstDamage);
 }
 
 }  // namespace

@@ -29,7 +29,10 @@ public:
         bytes = ReadBytesOf(m_folder / "good.zyn");
     }
 
-    std::uint64_t IndexOffset() const { return CByteReader(std::string_view(bytes).substr(32)).Take<std::uint64_t>(); }
+    std::uint64_t IndexOffset() const
+    {
+        return CByteReader(std::string_view(bytes).substr(32)).Little<std::uint64_t>();
+    }
 
     template <class T>
     void Put(std::size_t offset, T number)
