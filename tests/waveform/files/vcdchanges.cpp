@@ -1,10 +1,13 @@
 // A VCD file whose values are read as they come, beside the same file imported as a whole.
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <cstdint>
+#include <fstream>
 #include <limits>
 #include <random>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -250,4 +253,35 @@ TEST(VcdFile, LeavesAPartOfASignalToTheEvents)
     tesk::CFileWalk walk(*file, {part});
     EXPECT_TRUE(walk.Next());
     EXPECT_THAT(walk.GetPositions(), ElementsAre(1));
+}
+
+TEST(VcdFile, FromAPipeIsReadAtOnce)
+{
+    const CTemporaryFolder folder;
+    const std::string path = (folder / "pipe.vcd").string();
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    std::thread writer([&path] {
+        std::ofstream(path) << "$timescale 1ns $end\n$var wire 1 ! a $end\n$enddefinitions $end\n#0\n0!\n#7\n1!\n#9\n";
+    });
+    const auto file = tesk::CVcdFile::Open(path.c_str());
+    writer.join();
+    ASSERT_NE(file, nullptr);
+    EXPECT_EQ(file->EstimateEndTime(), 9);
+    EXPECT_EQ(file->WalkChanges(file->GetSignals()), nullptr);
+    const auto walk = file->Walk(file->GetSignals().at(0).firstElement);
+    long long time = -1;
+    std::uint64_t value = 0;
+    EXPECT_TRUE(walk->Next(time, value));
+    EXPECT_EQ(time, 0);
+    EXPECT_TRUE(walk->Next(time, value));
+    EXPECT_EQ(time, 7);
+    EXPECT_FALSE(walk->Next(time, value));
+}
+
+TEST(VcdFile, ThatIsNoneIsRefusedWithOneMessage)
+{
+    const CTemporaryFolder folder;
+    const CLogCatcher log;
+    EXPECT_EQ(tesk::CVcdFile::Open(WriteVcd(folder, "$var wire 1").c_str()), nullptr);
+    EXPECT_THAT(log.Messages(), SizeIs(1));
 }

@@ -2,7 +2,10 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdint>
 #include <map>
+#include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -90,6 +93,33 @@ TEST(WaveformFile, ReadsTheSameInEveryKind)
         EXPECT_EQ(file->FindSignal("wir"), std::nullopt);
         EXPECT_EQ(&file->GetSignals(), &signals);  // listed once
     }
+}
+
+TEST(WaveformFile, WalksOverAnElementWithTheLastValueOfEachTime)
+{
+    const CStreamFolder folder;
+    for (const EFileKind kind : {EFileKind::Stream, EFileKind::Vcd, EFileKind::Database}) {
+        SCOPED_TRACE(static_cast<int>(kind));
+        const auto file = MakeFile(kind, folder / "a.zyn");
+        ASSERT_NE(file, nullptr);
+        const auto walk = file->Walk(file->GetSignals()[1].firstElement);
+        ASSERT_NE(walk, nullptr);
+        std::vector<std::string> events;
+        std::uint64_t value = 0;
+        for (long long time = 0; walk->Next(time, value);)
+            events.push_back(std::to_string(time) + ':' + std::to_string(value));
+        EXPECT_THAT(events, ElementsAre("0:2", "10:2", "30:3"));
+    }
+}
+
+TEST(WaveformFile, WhoseReaderGoesThroughOneSignalAfterTheOtherIsMergedAndNotCounted)
+{
+    const auto file = MakeFile(EFileKind::Database, {});
+    EXPECT_EQ(file->WalkChanges(file->GetSignals()), nullptr);
+    EXPECT_EQ(file->CountChanges(file->GetSignals(), {}, [](long long, long long) {}), std::nullopt);
+    EXPECT_EQ(file->EstimateEndTime(), 50);
+    // The fake's reader keeps the events of each signal apart.
+    EXPECT_NE(file->IdentifyEvents(file->GetSignals()[0].firstElement), file->IdentifyEvents(file->GetSignals()[1].firstElement));
 }
 
 TEST(WaveformFile, MakesTheWholeSignalOrItsFirstElementWhereTheyShareAHandle)
