@@ -6,6 +6,9 @@
 #include <string_view>
 #include <vector>
 
+/// Ends the process at once, without giving anything back.
+[[noreturn]] void Leave(int status);
+
 /// Leaves without a word: a stream without its end is refused.
 [[noreturn]] void GiveUp();
 

@@ -36,7 +36,9 @@ void LimitThisProcess(const char *memory, const char *seconds)
     Limit(RLIMIT_AS, std::strtoull(memory, nullptr, 10));
     Limit(RLIMIT_CPU, time);
     Limit(RLIMIT_CORE, 0);
+#if !defined(TESK_COVERAGE)
     Limit(RLIMIT_FSIZE, 0);
+#endif
     alarm(static_cast<unsigned>(time) * 3);
 }
 
@@ -224,5 +226,5 @@ int main(int count, char **arguments)
     Put(StreamEnd);
     if (std::fflush(stdout) != 0)
         GiveUp();
-    _exit(EXIT_SUCCESS);  // whatever is left is not worth the time of giving it back
+    Leave(EXIT_SUCCESS);  // whatever is left is not worth the time of giving it back
 }

@@ -36,7 +36,8 @@ TEST(TruncateToInt64, GivesTheSmallestNumberForWhatDoesNotFit)
     EXPECT_EQ(TruncateToInt64(1.9), 1);
     EXPECT_EQ(TruncateToInt64(-Limit), LLONG_MIN);
     EXPECT_EQ(TruncateToInt64(9223372036854774784.0), 9223372036854774784);
-    for (const double outside : {Limit, -Limit * 1.5, std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()})
+    for (const double outside :
+         {Limit, -Limit * 1.5, std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()})
         EXPECT_EQ(TruncateToInt64(outside), LLONG_MIN) << outside;
 }
 

@@ -119,7 +119,8 @@ TEST(WaveformFile, WhoseReaderGoesThroughOneSignalAfterTheOtherIsMergedAndNotCou
     EXPECT_EQ(file->CountChanges(file->GetSignals(), {}, [](long long, long long) {}), std::nullopt);
     EXPECT_EQ(file->EstimateEndTime(), 50);
     // The fake's reader keeps the events of each signal apart.
-    EXPECT_NE(file->IdentifyEvents(file->GetSignals()[0].firstElement), file->IdentifyEvents(file->GetSignals()[1].firstElement));
+    EXPECT_NE(file->IdentifyEvents(file->GetSignals()[0].firstElement),
+              file->IdentifyEvents(file->GetSignals()[1].firstElement));
 }
 
 TEST(WaveformFile, MakesTheWholeSignalOrItsFirstElementWhereTheyShareAHandle)
