@@ -1,4 +1,5 @@
-// 128 lanes of counters and shift registers: what bench/compare_files has simulated.
+// 128 lanes of counters and shift registers: what bench/compare_files and bench/compare_diff have simulated. OTHER makes each lane
+// do something else, SILENT leaves out the dump.
 `timescale 1ns / 1ps
 
 module lane #(parameter STEP = 1) (input clk, input reset);
@@ -20,7 +21,11 @@ module lane #(parameter STEP = 1) (input clk, input reset);
             count <= count + STEP;
             state <= {state[30:0], state[31] ^ state[21] ^ state[1] ^ state[0]};
             if (state[0]) sum <= sum + state[15:0];
+`ifdef OTHER
+            if (count[0]) gray <= count[7:0] ^ (count[7:0] >> 2);
+`else
             if (count[0]) gray <= count[7:0] ^ (count[7:0] >> 1);
+`endif
             valid <= state[1] & state[2];
         end
         if (count[5:0] == 0) level = count / 64.0;
@@ -43,8 +48,10 @@ module tb;
     endgenerate
 
     initial begin
+`ifndef SILENT
         $dumpfile("lanes.vcd");
         $dumpvars(0, tb);
+`endif
         #22 reset = 0;
         #`LENGTH $finish;
     end

@@ -1,5 +1,8 @@
 #include "tools/loglines.h"
 
+#include <cstddef>
+#include <set>
+#include <string>
 #include <utility>
 
 #include "platform/log.h"
@@ -8,6 +11,14 @@
 namespace {
 
 CLogLines *g_innermost = nullptr;
+
+// A file may be read more than once, and each time it is found as it is.
+bool IsNewWarning(const std::string &text)
+{
+    constexpr std::size_t MostKept = 1000;
+    static std::set<std::string> s_told;
+    return s_told.size() < MostKept ? s_told.insert(text).second : !s_told.contains(text);
+}
 
 }  // namespace
 
@@ -31,6 +42,6 @@ void CLogLines::Take(void *context, int level, const char *, const char *text)
         lines.m_lastError = text;
     if (level == Error && lines.m_errors == EErrors::Shown)
         TellRefusal(text);
-    else if (level != Error && lines.m_warnings == EWarnings::Shown)
+    else if (level != Error && lines.m_warnings == EWarnings::Shown && IsNewWarning(text))
         TellWarning(text);
 }

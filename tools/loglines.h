@@ -3,7 +3,7 @@
 
 #include <string>
 
-/// While it lives, warnings go to standard error in the tool's form, and errors are kept: they are the reason why a
+/// While it lives, warnings go to standard error in the tool's form, each once, and errors are kept: they are the reason why a
 /// formula is refused. One may live inside another, which then hears nothing. The outermost lives as long as the tool and
 /// shows errors too, since what is logged while values are read is nobody's reason.
 class CLogLines {

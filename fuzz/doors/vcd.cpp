@@ -46,7 +46,10 @@ void WalkByTime(WaveStore &store, const char *name)
         file->GetSignals().size() == imported.GetSignals().size();  // none was declared among the values
     long long time = 0;
     long long expectedTime = 0;
-    while (walk->Next(time, LLONG_MAX)) {
+    long long peeked = 0;
+    while (walk->PeekTime(peeked) && walk->Next(time, LLONG_MAX)) {
+        if (peeked > time)
+            std::abort();
         if (!isSame)
             continue;
         if (!expected.Next(expectedTime, LLONG_MAX) || time != expectedTime ||

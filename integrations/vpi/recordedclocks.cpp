@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
-#include <memory>
+
+#include "waveform/files/filewalk.h"
 
 namespace tesk::vpi {
 
@@ -11,17 +11,31 @@ namespace {
 
 constexpr std::size_t FewestChanges = 8;
 constexpr std::size_t MostChanges = 64;
+constexpr std::size_t MostTimes = 1 << 13;  // at which scalars change
 
-// Times of the first changes, that at the beginning left out: a value there is no edge.
-std::vector<long long> FirstTimes(IWaveformFile &file, const SFileSignal &signal)
+// Of each scalar the times of its first changes, that at the beginning left out: a value there is no edge. No more is read of
+// the file than its beginning, be it that some signal hardly ever changes.
+std::vector<std::vector<long long>> FirstTimes(IWaveformFile &file, const std::vector<SFileSignal> &signals)
 {
-    std::vector<long long> times;
-    const std::unique_ptr<IElementWalk> walk = file.Walk(signal.firstElement);
-    long long time = 0;
-    std::uint64_t value = 0;
-    while (walk != nullptr && times.size() < MostChanges && walk->Next(time, value)) {
-        if (time > 0)
-            times.push_back(time);
+    std::vector<std::vector<long long>> times(signals.size());
+    std::vector<SFileSignal> scalars;
+    std::vector<std::size_t> places;
+    for (std::size_t i = 0; i < signals.size(); ++i) {
+        if (signals[i].elementCount != 1)
+            continue;
+        scalars.push_back(signals[i]);
+        places.push_back(i);
+    }
+    CFileWalk walk(file, scalars);
+    std::size_t missing = scalars.size();  // that may have more changes
+    long long time = -1;
+    for (std::size_t met = 0; missing > 0 && met < MostTimes && walk.Next(); time = walk.GetTime()) {
+        met += walk.GetTime() != time ? 1 : 0;
+        std::vector<long long> &first = times[places[walk.GetSignal()]];
+        if (walk.GetTime() <= 0 || first.size() == MostChanges)
+            continue;
+        first.push_back(walk.GetTime());
+        missing -= first.size() == MostChanges ? 1 : 0;
     }
     return times;
 }
@@ -51,10 +65,8 @@ bool Follows(const std::vector<long long> &slow, const std::vector<long long> &f
 std::vector<bool> FindClocks(IWaveformFile &file, const std::vector<SFileSignal> &signals)
 {
     std::vector<std::size_t> even;
-    std::vector<std::vector<long long>> times(signals.size());
+    const std::vector<std::vector<long long>> times = FirstTimes(file, signals);
     for (std::size_t i = 0; i < signals.size(); ++i) {
-        if (signals[i].elementCount == 1)
-            times[i] = FirstTimes(file, signals[i]);
         if (IsEven(times[i]))
             even.push_back(i);
     }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <deque>
 #include <exception>
+#include <limits>
 #include <utility>
 
 #include "base/saturate.h"
@@ -96,12 +97,12 @@ private:
 class CRunComparison : public IPart {
 public:
     CRunComparison(std::shared_ptr<IWaveformFile> file, SRunComparison asked)
-        : m_file(std::move(file)), m_asked(std::move(asked)), m_begin(Now()),
-          m_recordEnd(AddSaturating(m_begin, TicksOf(m_file->GetEndTime(), m_file->GetResolution()))),
-          m_comparison(Policy()), m_forms(*m_file, m_comparison.Policy(), m_literals),
+        : m_file(std::move(file)), m_asked(std::move(asked)), m_begin(Now()), m_comparison(Policy()),
+          m_forms(*m_file, m_comparison.Policy(), m_literals),
           m_expected(*m_file, ECompareSide::Expected, {m_file->GetResolution(), Resolution(), m_begin}, m_forms)
     {
         m_comparison.OnFirstDifference([this](std::size_t pair) { m_found.push_back(pair); });
+        FindRecordEnd();
     }
     CRunComparison(const CRunComparison &) = delete;
 
@@ -122,7 +123,6 @@ public:
     // What the design shows now is its first value.
     void Begin()
     {
-        m_hasExpected = m_expected.Next();
         for (CObserved &observed : m_observed) {
             Take(observed);
             if (Simulator().tellsChanges && !Watch(observed))
@@ -154,7 +154,7 @@ private:
         policy.ignoresUnknown = !m_asked.replay.matchesUnknown;
         policy.tolerance = m_asked.tolerance;
         policy.from = m_begin;
-        policy.until = std::min(m_recordEnd, m_asked.until.value_or(m_recordEnd));
+        policy.until = m_asked.until;
         return policy;
     }
 
@@ -206,8 +206,21 @@ private:
     // Tells the comparison what is recorded up to a tick.
     void Feed(long long now)
     {
-        for (; m_hasExpected && m_expected.Time() <= now; m_hasExpected = m_expected.Next())
+        for (auto next = m_expected.NextTime(); next && *next <= now; next = m_expected.NextTime()) {
+            m_expected.Step();
             m_expected.Tell(m_comparison);
+        }
+        FindRecordEnd();
+    }
+
+    // That of a VCD is known when it has been read.
+    void FindRecordEnd()
+    {
+        const auto end = m_recordEnd ? std::nullopt : m_file->FindEndTime();
+        if (!end)
+            return;
+        m_recordEnd = AddSaturating(m_begin, TicksOf(*end, m_file->GetResolution()));
+        m_comparison.EndAt(*m_recordEnd);
     }
 
     void TellFound()
@@ -227,14 +240,14 @@ private:
     void Conclude()
     {
         const long long end = Now();
-        const long long until = *m_comparison.Policy().until;
         Feed(AddSaturating(end, m_asked.tolerance));
+        const long long until = m_comparison.Policy().until.value_or(std::numeric_limits<long long>::max());
         m_comparison.Finish(end);
         TellFound();
         if (end < until)
             TellEarlyEnd(end, until);
-        else if (m_recordEnd < end)
-            Say(m_asked.place, m_asked.replay.file + " ends at " + TimeOf(m_recordEnd - m_begin) +
+        else if (m_recordEnd && *m_recordEnd < end)
+            Say(m_asked.place, m_asked.replay.file + " ends at " + TimeOf(*m_recordEnd - m_begin) +
                                    "; what the simulation does behind that is not compared");
         Sum(std::min(end, until));
     }
@@ -242,14 +255,15 @@ private:
     // The simulation ends before the record, which is a difference if that goes on changing.
     void TellEarlyEnd(long long end, long long until)
     {
-        for (; m_hasExpected && m_expected.Time() <= until; m_hasExpected = m_expected.Next()) {
+        for (auto next = m_expected.NextTime(); next && *next <= until; next = m_expected.NextTime()) {
+            m_expected.Step();
             const auto pair = m_expected.FindChange(m_comparison);
             if (!pair)
                 continue;
             m_endsEarly = true;
             return Tell(ESeverity::Error, m_asked.place,
                         "the simulation ends at " + TimeOf(end) + "; in " + m_asked.replay.file + ' ' +
-                            m_observed[*pair].Name() + " changes at " + TimeOf(m_expected.Time()));
+                            m_observed[*pair].Name() + " changes at " + TimeOf(*next));
         }
     }
 
@@ -277,8 +291,8 @@ private:
 
     std::shared_ptr<IWaveformFile> m_file;
     SRunComparison m_asked;
-    long long m_begin;      // ticks; where the file begins
-    long long m_recordEnd;  // ticks
+    long long m_begin;                     // ticks; where the file begins
+    std::optional<long long> m_recordEnd;  // ticks, once it is known
     CLiteralTexts m_literals;
     CComparison m_comparison;
     CSideForms m_forms;
@@ -286,7 +300,6 @@ private:
     std::deque<CObserved> m_observed;  // by the numbers of the pairs; they stay where they are
     std::vector<std::size_t> m_found;  // pairs that differ, in the order in which that was found
     std::size_t m_told = 0;            // of them
-    bool m_hasExpected = false;        // the walk stands at a change that is not told
     bool m_endsEarly = false;          // the simulation
     bool m_hasFailed = false;          // the file cannot be read on
 };

@@ -21,6 +21,9 @@ public:
     static constexpr std::uint8_t NoPosition = 255;
 
     virtual ~IChangeWalk() = default;
+    /// Tells when signals change next, at the earliest: nothing changes in front of that. The walk stays where it is.
+    /// @return false if nothing follows
+    virtual bool PeekTime(long long &time) = 0;
     /// Goes to the next time at which signals change. Times are in file ticks.
     /// @param until  no change behind it is met; the values stay those of that time
     /// @return false if none follows up to there

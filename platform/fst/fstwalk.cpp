@@ -28,7 +28,7 @@ CFstWalk::CFstWalk(CFstBlocks &blocks, const std::vector<SFstStore> &stores, con
 }
 
 // The time of the next value, if there is one.
-bool CFstWalk::Peek(long long &time)
+bool CFstWalk::PeekTime(long long &time)
 {
     if (!FindBucket())
         return false;
@@ -40,9 +40,9 @@ bool CFstWalk::Peek(long long &time)
 bool CFstWalk::Next(long long &time, long long until)
 {
     do {
-        if (!Peek(time) || time > until)
+        if (!PeekTime(time) || time > until)
             return false;
-        for (long long next = time; next == time && FindBucket(); Peek(next))
+        for (long long next = time; next == time && FindBucket(); PeekTime(next))
             m_initial.empty() ? TakeBucket() : TakeInitial();
         m_marked.Take(m_changed);
     } while (m_changed.empty());

@@ -29,6 +29,7 @@ public:
     CFstWalk(CFstBlocks &blocks, const std::vector<SFstStore> &stores, const SFstClock &clock,
              std::span<const std::uint32_t> wanted, std::function<void()> onDamage);
 
+    bool PeekTime(long long &time) override;
     bool Next(long long &time, long long until) override;
     std::span<const std::uint32_t> GetChanged() const override { return m_changed; }
     const tesk::CElementValues &GetValues(std::size_t signal) override
@@ -56,7 +57,6 @@ private:
         SFstValue value{};  // of the next change
     };
 
-    bool Peek(long long &time);
     bool FindBucket();
     bool LoadBlock();
     void FindInitial();

@@ -172,17 +172,28 @@ public:
         : m_name(std::move(name)), m_walk(std::move(walk))
     {}
 
+    bool PeekTime(long long &time) override
+    try {
+        return m_walk->PeekTime(time);
+    } catch (const XFault &fault) {
+        Throw(fault);
+    }
     bool Next(long long &time, long long until) override
     try {
         return m_walk->Next(time, until);
     } catch (const XFault &fault) {
-        throw std::runtime_error("Event stream " + m_name + " " + fault.what());
+        Throw(fault);
     }
     std::span<const std::uint32_t> GetChanged() const override { return m_walk->GetChanged(); }
     const tesk::CElementValues &GetValues(std::size_t signal) override { return m_walk->GetValues(signal); }
     std::span<const std::uint8_t> GetPositions(std::size_t signal) override { return m_walk->GetPositions(signal); }
 
 private:
+    [[noreturn]] void Throw(const XFault &fault) const
+    {
+        throw std::runtime_error("Event stream " + m_name + " " + fault.what());
+    }
+
     std::string m_name;
     std::unique_ptr<tesk::IChangeWalk> m_walk;
 };

@@ -173,7 +173,7 @@ bool CStreamWalk::HasPositions(const SSignalEntry &element) const
 }
 
 // The time of the next events. A stretch is opened when its first time has come.
-bool CStreamWalk::Peek(long long &time)
+bool CStreamWalk::PeekTime(long long &time)
 {
     const std::vector<SStretchEntry> &stretches = m_file.index->Stretches();
     while (true) {
@@ -195,7 +195,7 @@ bool CStreamWalk::Next(long long &time, long long until)
 {
     m_changed.clear();
     long long next = 0;
-    if (!Peek(next) || next > until)
+    if (!PeekTime(next) || next > until)
         return false;
     for (const auto &stretch : m_open) {
         if (!stretch->IsAtEnd() && stretch->Time() == next)

@@ -34,6 +34,7 @@ public:
     CStreamWalk(SStreamFile file, std::span<const tesk::SElements> signals, EValues values = EValues::Kept);
     ~CStreamWalk() override;
 
+    bool PeekTime(long long &time) override;
     bool Next(long long &time, long long until) override;
     std::span<const std::uint32_t> GetChanged() const override { return m_changed; }
     const tesk::CElementValues &GetValues(std::size_t signal) override;
@@ -59,7 +60,6 @@ private:
     void AddSignal(const tesk::SElements &elements);
     void FindRuns();
     bool HasPositions(const SSignalEntry &element) const;
-    bool Peek(long long &time);
     void Take(const SChunk &chunk, const CGroupDecoder &event);
     bool TakeWord(const SChunk &chunk, const CGroupDecoder &event);
 

@@ -30,4 +30,17 @@ TEST(LogLines, TellInTheToolsFormWhatComesUpWhileValuesAreRead)
               "tesk: warning: Waveform file `" + shown + "' is damaged: value changes behind time 0 are left out.\n");
 }
 
+TEST(LogLines, TellAWarningOnceHoweverOftenAFileIsRead)
+{
+    const CTemporaryFolder folder;
+    const std::string name = (folder / "a.vcd").string();
+    std::ofstream(name) << "$timescale 1ns $end $var wire 1 ! clk $end $enddefinitions $end\n#0\n0!\n#5\n1!\n1\"\n#7\n";
+    const SToolRun run = RunShell("sed '/1!/d; /\"/d' " + name + " >" + name + ".other; tesk diff " + name + " " +
+                                  name + ".other --format wave");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.out, testing::HasSubstr("first at 5ns"));
+    EXPECT_EQ(run.err, "tesk: warning: " + name +
+                           ":6: no variable has the identifier code \"\"\"; values without one are left out\n");
+}
+
 }  // namespace

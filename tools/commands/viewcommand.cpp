@@ -41,13 +41,13 @@ const tesk::SOutputFormat &FormatOf(const SViewOptions &options)
     return tesk::FindOutputFormat(options.format.empty() && !isFile ? "wave" : options.format, options.output);
 }
 
-// The end of the file, and a little more where it is not told: a picture shows what the last change led to.
+// The end that is told, else that of the file, and a little more: a picture shows what the last change led to.
 long long EndOf(const SViewOptions &options, const tesk::SSelection &stretch, IWaveformFile &file)
 {
-    const long long end = file.GetEndTime();
-    const long long from = stretch.from.value_or(0);
     if (stretch.until)
         return *stretch.until;
+    const long long end = file.GetEndTime();
+    const long long from = stretch.from.value_or(0);
     if (from > end)
         RefuseOption("--from", options.from, "the file ends at " + TickText(end, file.GetResolution()));
     return end + std::max((end - from) / 40, 1LL);

@@ -203,6 +203,12 @@ void CValueForm::ReadLiterals(const KTypeInfo &scalar, CLiteralTexts &literals)
         m_numbers.push_back(literals.Number(text));
 }
 
+bool CValueForm::operator==(const CValueForm &other) const
+{
+    return m_kind == other.m_kind && m_isWide == other.m_isWide && m_levels == other.m_levels &&
+           m_numbers == other.m_numbers;
+}
+
 long long CValueForm::IntegerOf(std::uint64_t value) const
 {
     return m_isWide ? static_cast<long long>(value) : static_cast<std::int32_t>(static_cast<std::uint32_t>(value));

@@ -74,6 +74,8 @@ public:
     CValueForm(const Kestrin::KTypeInfo &scalar, const SComparePolicy &policy, CLiteralTexts &literals);
 
     EComparedKind Kind() const { return m_kind; }
+    /// Whether raw values that are the same are so in the form in which they are compared.
+    bool operator==(const CValueForm &other) const;
 
     /// Writes elements into a row.
     void Write(std::span<const std::optional<std::uint64_t>> values, char *row) const;

@@ -88,14 +88,23 @@ void CComparison::Note(SPair &pair, long long begin)
         m_sink(static_cast<std::size_t>(&pair - m_pairs.data()));
 }
 
-void CComparison::Finish(long long last)
+void CComparison::EndAt(long long last)
 {
     m_policy.until = std::min(last, m_policy.until.value_or(last));
+    for (SPair &pair : m_pairs) {
+        if (pair.window != nullptr)
+            pair.window->EndAt(*m_policy.until);
+    }
+}
+
+void CComparison::Finish(long long last)
+{
+    EndAt(last);
     Settle();
     if (!m_hasBegun && *m_policy.until >= m_policy.from)
         Begin();
     for (SPair &pair : m_pairs) {
-        if (pair.window != nullptr && pair.window->Finish(*m_policy.until, pair.verdict) && m_sink)
+        if (pair.window != nullptr && pair.window->Finish(pair.verdict) && m_sink)
             m_sink(static_cast<std::size_t>(&pair - m_pairs.data()));
     }
 }

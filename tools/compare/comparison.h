@@ -76,6 +76,8 @@ public:
 
     /// All changes before a time have been told.
     void MoveTo(long long time);
+    /// No later tick is compared. To be called before changes behind it are told.
+    void EndAt(long long last);
     /// No change follows. @param last  the last tick that is compared, if the policy names no earlier one
     void Finish(long long last);
 

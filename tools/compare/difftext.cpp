@@ -72,9 +72,9 @@ void WriteEnds(std::ostream &out, const SDiffReport &report)
         out << OneLine(endsExpected ? report.expectedPath : report.gotPath) << " ends at " << TimeOf(report, early->end)
             << "; in " << OneLine(endsExpected ? report.gotPath : report.expectedPath) << ' '
             << Printable(early->signal) << " changes at " << TimeOf(report, early->next) << '\n';
-    } else if (diff.expectedEnd != diff.gotEnd) {
-        out << OneLine(report.expectedPath) << " ends at " << TimeOf(report, diff.expectedEnd) << ", "
-            << OneLine(report.gotPath) << " at " << TimeOf(report, diff.gotEnd) << '\n';
+    } else if (diff.expectedEnd && diff.gotEnd && diff.expectedEnd != diff.gotEnd) {
+        out << OneLine(report.expectedPath) << " ends at " << TimeOf(report, *diff.expectedEnd) << ", "
+            << OneLine(report.gotPath) << " at " << TimeOf(report, *diff.gotEnd) << '\n';
     }
 }
 

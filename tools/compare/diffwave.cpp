@@ -38,19 +38,19 @@ public:
             for (const SPairPart &part : pair.got)
                 m_got.Feed(number, pair.form, part);
         }
-        m_hasExpected = m_expected.Next();
-        m_hasGot = m_got.Next();
     }
 
     // Goes to the next time at which there is a change. @return false at the end
     bool Next()
     {
-        if (!m_hasExpected && !m_hasGot)
+        const auto expected = m_expected.NextTime();
+        const auto got = m_got.NextTime();
+        if (!expected && !got)
             return false;
         constexpr long long Never = std::numeric_limits<long long>::max();
-        m_time = std::min(m_hasExpected ? m_expected.Time() : Never, m_hasGot ? m_got.Time() : Never);
-        Take(m_expected, m_hasExpected);
-        Take(m_got, m_hasGot);
+        m_time = std::min(expected.value_or(Never), got.value_or(Never));
+        Take(m_expected);
+        Take(m_got);
         return true;
     }
 
@@ -58,10 +58,12 @@ public:
     const CComparedRow &Row(ECompareSide side, std::size_t pair) const { return m_comparison.Row(side, pair); }
 
 private:
-    void Take(CSideWalk &walk, bool &hasNext)
+    void Take(CSideWalk &walk)
     {
-        for (; hasNext && walk.Time() == m_time; hasNext = walk.Next())
-            walk.Tell(m_comparison);
+        if (walk.NextTime() != m_time)
+            return;
+        walk.Step();
+        walk.Tell(m_comparison);
     }
 
     SComparePolicy m_policy;
@@ -70,8 +72,6 @@ private:
     CSideWalk m_expected;
     CSideWalk m_got;
     CComparison m_comparison;
-    bool m_hasExpected = false;
-    bool m_hasGot = false;
     long long m_time = -1;
 };
 

@@ -35,11 +35,12 @@ struct SFileDiff {
     std::shared_ptr<CLiteralTexts> literals;
     CComparison comparison;
     long long resolution = 1;  ///< femtoseconds per tick of all times here
-    long long expectedEnd = 0;
-    long long gotEnd = 0;
+    /// Ends of the files; not known of a VCD that was not read as far as that.
+    std::optional<long long> expectedEnd = {};
+    std::optional<long long> gotEnd = {};
     long long from = 0;   ///< the first tick that was compared
     long long until = 0;  ///< the last one
-    std::optional<SEarlyEnd> earlyEnd;
+    std::optional<SEarlyEnd> earlyEnd = {};
 
     const SPairVerdict &Verdict(std::size_t signal) const { return comparison.Verdict(pairOf[signal]); }
 };

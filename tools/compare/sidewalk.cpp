@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <span>
 
+#include "waveform/files/filewalk.h"
 #include "waveform/files/signalwalk.h"
 
 namespace tesk {
@@ -42,7 +43,7 @@ std::size_t CSideWalk::SourceOf(std::size_t signal)
         m_known.try_emplace({found.type.GetTypeInfoString(), IdentifyEvents(m_file, found)}, m_sources.size());
     if (isNew) {
         m_sources.push_back(found);
-        m_uses.emplace_back();
+        m_usesOf.emplace_back();
     }
     m_sourceOf[signal] = known->second;
     return known->second;
@@ -52,30 +53,51 @@ void CSideWalk::Feed(std::size_t pair, const SComparedForm &form, const SPairPar
 {
     const CValueForm &own = m_forms.Of(part.signal);
     const bool isInteger = own.Kind() == EComparedKind::Integer && form.kind == EComparedKind::Levels;
-    m_uses[SourceOf(part.signal)].push_back(
+    m_usesOf[SourceOf(part.signal)].push_back(
         {pair, part.element, part.count, part.slot * ElementSize(form.kind), isInteger ? form.width : 0, &own});
 }
 
-bool CSideWalk::Next()
+void CSideWalk::Begin()
 {
-    if (!m_walk) {
-        m_walk.emplace(m_file, m_sources);
-        m_known.clear();
+    for (const std::vector<SUse> &uses : m_usesOf) {
+        m_fedBegins.push_back(m_fed.size());
+        for (const SUse &use : uses) {
+            if (m_fed.size() == m_fedBegins.back() || m_fed.back().pair != use.pair)
+                m_fed.push_back({use.pair, m_uses.size(), m_uses.size()});
+            m_uses.push_back(use);
+            ++m_fed.back().end;
+        }
     }
-    if (!m_walk->Next())
-        return false;
-    m_time = m_ticks(m_walk->GetTime());
-    return true;
+    m_fedBegins.push_back(m_fed.size());
+    m_usesOf.clear();
+    m_known.clear();
+    m_walk = WalkInTime(m_file, m_sources);
+    m_hasNext = m_walk->PeekTime(m_nextFileTime);
 }
 
-void CSideWalk::Write(const SUse &use, char *row) const
+std::optional<long long> CSideWalk::NextTime()
+{
+    if (m_walk == nullptr)
+        Begin();
+    return m_hasNext ? std::optional(m_ticks(m_nextFileTime)) : std::nullopt;
+}
+
+void CSideWalk::Step()
+{
+    m_time = m_ticks(m_nextFileTime);
+    long long time = 0;
+    m_changed = m_walk->Next(time, m_nextFileTime) ? m_walk->GetChanged() : std::span<const std::uint32_t>();
+    m_hasNext = m_walk->PeekTime(m_nextFileTime);
+}
+
+void CSideWalk::Write(std::size_t source, const SUse &use, char *row) const
 {
     if (use.form->Kind() == EComparedKind::Levels) {
-        const std::span<const std::uint8_t> positions = m_walk->GetPositions();
+        const std::span<const std::uint8_t> positions = m_walk->GetPositions(source);
         if (!positions.empty())
             return use.form->Write(positions.subspan(use.element, use.count), row + use.offset);
     }
-    const CElementValues &values = m_walk->GetValues();
+    const CElementValues &values = m_walk->GetValues(source);
     if (use.levels != 0)
         use.form->WriteAsLevels(values.front(), {row, use.levels});
     else
@@ -84,17 +106,29 @@ void CSideWalk::Write(const SUse &use, char *row) const
 
 void CSideWalk::Tell(CComparison &comparison) const
 {
-    for (const SUse &use : m_uses[m_walk->GetSignal()])
-        Write(use, comparison.Change(m_side, use.pair, m_time));
+    for (const std::uint32_t source : m_changed) {
+        for (const SFed &fed : FedBy(source))
+            Tell(comparison, source, fed, m_time);
+    }
+}
+
+void CSideWalk::Tell(CComparison &comparison, std::size_t source, const SFed &fed, long long time) const
+{
+    char *const row = comparison.Change(m_side, fed.pair, time);
+    for (std::size_t i = fed.begin; i < fed.end; ++i)
+        Write(source, m_uses[i], row);
 }
 
 std::optional<std::size_t> CSideWalk::FindChange(const CComparison &comparison) const
 {
-    for (const SUse &use : m_uses[m_walk->GetSignal()]) {
-        CComparedRow row = comparison.Row(m_side, use.pair);
-        Write(use, row.data());
-        if (row != comparison.Row(m_side, use.pair))
-            return use.pair;
+    for (const std::uint32_t source : m_changed) {
+        for (const SFed &fed : FedBy(source)) {
+            CComparedRow row = comparison.Row(m_side, fed.pair);
+            for (std::size_t i = fed.begin; i < fed.end; ++i)
+                Write(source, m_uses[i], row.data());
+            if (row != comparison.Row(m_side, fed.pair))
+                return fed.pair;
+        }
     }
     return std::nullopt;
 }

@@ -2,10 +2,12 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <numeric>
 #include <optional>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,7 +15,7 @@
 #include "base/saturate.h"
 #include "tools/compare/comparison.h"
 #include "tools/compare/signalpairs.h"
-#include "waveform/files/filewalk.h"
+#include "waveform/files/waveformfile.h"
 
 namespace tesk {
 
@@ -53,22 +55,43 @@ private:
 
 class CSideWalk {
 public:
+    /// A pair that changes with a source, and where what stands for that is found.
+    struct SFed {
+        std::size_t pair;
+        std::size_t begin;
+        std::size_t end;
+    };
+
     /// @param file    must outlive the walk, as `forms` must
     CSideWalk(IWaveformFile &file, ECompareSide side, const CTickMap &ticks, const CSideForms &forms);
 
     /// Signals that share their events have one source.
     std::size_t SourceOf(std::size_t signal);
-    /// Has a part of a pair of the comparison changed with its source. To be called before the walk begins.
+    /// Has a part of a pair of the comparison changed with its source. To be called pair by pair, before the walk begins.
     void Feed(std::size_t pair, const SComparedForm &form, const SPairPart &part);
 
-    /// Goes to the next change. @return false at the end
-    bool Next();
-    /// Ticks of the comparison.
-    long long Time() const { return m_time; }
-    /// Tells the comparison of the change.
+    /// Where changes follow, and when the next ones do at the earliest, in ticks of the comparison. Begins the walk.
+    std::optional<long long> NextTime();
+    /// Goes to the changes at that time. To be called where there is one.
+    void Step();
+    /// The sources that have changed then, each once.
+    std::span<const std::uint32_t> Changed() const { return m_changed; }
+    /// What such a source feeds, by rising pairs.
+    std::span<const SFed> FedBy(std::size_t source) const
+    {
+        return std::span(m_fed).subspan(m_fedBegins[source], m_fedBegins[source + 1] - m_fedBegins[source]);
+    }
+
+    /// Tells the comparison of all changes.
     void Tell(CComparison &comparison) const;
-    /// Whether the change changes a value that the comparison has. @return the pair
+    /// The same of one pair. @param time  ticks of the comparison
+    void Tell(CComparison &comparison, std::size_t source, const SFed &fed, long long time) const;
+    /// Whether a change changes a value that the comparison has. @return the pair
     std::optional<std::size_t> FindChange(const CComparison &comparison) const;
+
+    /// What a source has now, as `IChangeWalk` gives it.
+    const CElementValues &GetValues(std::size_t source) const { return m_walk->GetValues(source); }
+    std::span<const std::uint8_t> GetPositions(std::size_t source) const { return m_walk->GetPositions(source); }
 
 private:
     // Elements of a source, and where they stand in a pair.
@@ -81,7 +104,8 @@ private:
         const CValueForm *form;
     };
 
-    void Write(const SUse &use, char *row) const;
+    void Begin();
+    void Write(std::size_t source, const SUse &use, char *row) const;
 
     IWaveformFile &m_file;
     ECompareSide m_side;
@@ -90,8 +114,14 @@ private:
     std::map<std::pair<std::string, std::vector<long long>>, std::size_t> m_known;  // sources by type and events
     std::vector<std::optional<std::size_t>> m_sourceOf;
     std::vector<SFileSignal> m_sources;
-    std::vector<std::vector<SUse>> m_uses;  // of each source
-    std::optional<CFileWalk> m_walk;        // made when the first change is asked for
+    std::vector<std::vector<SUse>> m_usesOf;  // of each source, until the walk begins
+    std::vector<SUse> m_uses;                 // the same, one source behind the other
+    std::vector<SFed> m_fed;
+    std::vector<std::size_t> m_fedBegins;  // of each source
+    std::unique_ptr<IChangeWalk> m_walk;   // made when the first change is asked for
+    std::span<const std::uint32_t> m_changed;
+    bool m_hasNext = false;
+    long long m_nextFileTime = 0;
     long long m_time = -1;
 };
 

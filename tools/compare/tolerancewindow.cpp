@@ -37,9 +37,8 @@ bool CToleranceWindow::Add(long long time, const CComparedRow &expected, const C
     return isFirst;
 }
 
-bool CToleranceWindow::Finish(long long last, SPairVerdict &verdict)
+bool CToleranceWindow::Finish(SPairVerdict &verdict)
 {
-    m_policy.until = last;
     bool isFirst = false;
     while (m_undecided < m_states.size())
         isFirst = Decide(m_undecided++, verdict) || isFirst;

@@ -22,8 +22,10 @@ public:
 
     /// Other values hold from a time on. @return whether the pair's first difference was found
     bool Add(long long time, const CComparedRow &expected, const CComparedRow &got, SPairVerdict &verdict);
-    /// The last values hold for ever. @param last  the last tick that is compared
-    bool Finish(long long last, SPairVerdict &verdict);
+    /// @param last  the last tick that is compared
+    void EndAt(long long last) { m_policy.until = last; }
+    /// The last values hold for ever.
+    bool Finish(SPairVerdict &verdict);
 
 private:
     using CStretch = std::pair<long long, long long>;  // first tick, and behind the last one

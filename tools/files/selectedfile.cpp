@@ -91,6 +91,14 @@ public:
           m_showsValueInForce(selection.showsValueInForce), m_marked(signals)
     {}
 
+    bool PeekTime(long long &time) override
+    {
+        if (!m_walk->PeekTime(time))
+            return false;
+        if (!m_hasBegun)
+            time = std::max(time, m_stretch.from.value_or(time));
+        return !m_stretch.until || time <= *m_stretch.until;
+    }
     bool Next(long long &time, long long until) override
     {
         until = std::min(until, m_stretch.until.value_or(until));
@@ -147,6 +155,11 @@ public:
     {
         const long long end = m_file->GetEndTime();
         return m_selection.until ? std::min(end, *m_selection.until) : end;
+    }
+    std::optional<long long> FindEndTime() override
+    {
+        const auto end = m_file->FindEndTime();
+        return end && m_selection.until ? std::min(*end, *m_selection.until) : end;
     }
     std::optional<int> FindSignal(const char *name) override { return m_file->FindSignal(name); }
     long MakeSignal(int handle, bool whole, ISignal **signal) override

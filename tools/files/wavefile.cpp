@@ -46,6 +46,7 @@ public:
 
     long long GetResolution() override { return m_file->GetResolution(); }
     long long GetEndTime() override { return m_file->GetEndTime(); }
+    std::optional<long long> FindEndTime() override { return m_file->FindEndTime(); }
     std::optional<int> FindSignal(const char *name) override { return m_file->FindSignal(name); }
     long MakeSignal(int handle, bool whole, ISignal **signal) override
     {

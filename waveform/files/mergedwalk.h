@@ -19,6 +19,11 @@ public:
     /// @param signals  of the file
     CMergedWalk(IWaveformFile &file, const std::vector<SFileSignal> &signals);
 
+    bool PeekTime(long long &time) override
+    {
+        time = m_next.empty() ? time : m_next.top().first;
+        return !m_next.empty();
+    }
     bool Next(long long &time, long long until) override;
     std::span<const std::uint32_t> GetChanged() const override { return m_changed; }
     const CElementValues &GetValues(std::size_t signal) override { return m_walks[signal].GetValues(); }

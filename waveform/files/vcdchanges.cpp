@@ -91,8 +91,8 @@ std::uint32_t CVcdTracks::Add(const STrack &track)
     return handles.front();
 }
 
-CVcdWalk::CVcdWalk(CVcdOpening &file, const std::vector<SFileSignal> &signals)
-    : m_file(file), m_tracks(file, signals), m_firstSignal(m_tracks.Count(), CVcdTracks::None),
+CVcdWalk::CVcdWalk(std::shared_ptr<CVcdOpening> file, const std::vector<SFileSignal> &signals)
+    : m_file(std::move(file)), m_tracks(*m_file, signals), m_firstSignal(m_tracks.Count(), CVcdTracks::None),
       m_nextSignal(signals.size()), m_marked(signals.size())
 {
     for (std::size_t track = 0; track < m_tracks.Count(); ++track) {
@@ -103,17 +103,23 @@ CVcdWalk::CVcdWalk(CVcdOpening &file, const std::vector<SFileSignal> &signals)
     }
     for (std::size_t i = signals.size(); i-- > 0;)
         m_nextSignal[i] = std::exchange(m_firstSignal[m_tracks.TrackOf(i)], static_cast<std::uint32_t>(i));
-    file.Begin(*this);
+    m_file->Begin(*this);
+}
+
+bool CVcdWalk::PeekTime(long long &time)
+{
+    time = m_file->Time();
+    return !m_isAtEnd;
 }
 
 // The values of a time are read when the walk goes there.
 bool CVcdWalk::Next(long long &time, long long until)
 {
     do {
-        if (m_isAtEnd || m_file.Time() > until)
+        if (m_isAtEnd || m_file->Time() > until)
             return false;
-        time = m_file.Time();
-        m_isAtEnd = !m_file.Step();
+        time = m_file->Time();
+        m_isAtEnd = !m_file->Step();
         m_marked.Take(m_changed);
     } while (m_changed.empty());
     return true;

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -57,12 +58,13 @@ private:
 /// Reads the values of a time when it goes there; what it keeps are those of now.
 class CVcdWalk final : public IChangeWalk, private IVcdEvents {
 public:
-    /// @param file     can be read; must outlive the walk
+    /// @param file     can be read
     /// @param signals  whole signals of the file
-    CVcdWalk(CVcdOpening &file, const std::vector<SFileSignal> &signals);
+    CVcdWalk(std::shared_ptr<CVcdOpening> file, const std::vector<SFileSignal> &signals);
     CVcdWalk(const CVcdWalk &) = delete;
-    ~CVcdWalk() override { m_file.End(); }
+    ~CVcdWalk() override { m_file->End(); }
 
+    bool PeekTime(long long &time) override;
     bool Next(long long &time, long long until) override;
     std::span<const std::uint32_t> GetChanged() const override { return m_changed; }
     const CElementValues &GetValues(std::size_t signal) override { return m_values.Values(m_tracks.TrackOf(signal)); }
@@ -76,7 +78,7 @@ private:
     void AddWord(std::size_t word, long long time, const WaveWord &before, const WaveWord &after) override;
     void Mark(std::uint32_t track);
 
-    CVcdOpening &m_file;
+    std::shared_ptr<CVcdOpening> m_file;
     CVcdTracks m_tracks;
     CPresentValues m_values;                   // by track
     std::vector<std::uint32_t> m_firstSignal;  // of each track

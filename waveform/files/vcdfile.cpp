@@ -162,32 +162,54 @@ try {
         return false;
     m_owned = std::move(store);
     m_store = m_owned.get();
-    m_left = std::move(m_opening);
+    m_opening.reset();
     return true;
 } catch (const std::runtime_error &error) {
     Q71log_PrintFormattedString(1, "VCD", "", error.what());
     return false;
 }
 
-long long CVcdFile::GetEndTime()
+// The values can be read once: a file of which they have been read is opened anew.
+std::shared_ptr<CVcdOpening> CVcdFile::OpenValues()
 {
-    if (m_opening == nullptr || !m_opening->IsRead())
-        HasAll();
+    m_reading = m_opening;
+    if (!m_opening->CanRead())
+        m_reading = std::make_shared<CVcdOpening>(m_path);
+    if (!m_reading->CanRead() || (m_reading != m_opening && !m_reading->IsLike(*m_opening)))
+        throw std::runtime_error(m_path + ": the file has changed since it was opened");
+    return m_reading;
+}
+
+long long CVcdFile::GetEndTime()
+try {
+    if (const auto known = FindEndTime())
+        return *known;
+    const std::shared_ptr<CVcdOpening> values = OpenValues();
+    values->SkipAll();
+    return values->Store().GetEndTime();
+} catch (const std::runtime_error &error) {
+    Q71log_PrintFormattedString(1, "VCD", "", error.what());
     return m_store->GetEndTime();
+}
+
+std::optional<long long> CVcdFile::FindEndTime()
+{
+    if (m_opening == nullptr || m_opening->IsRead())
+        return m_store->GetEndTime();
+    return m_reading != nullptr && m_reading->IsRead() ? std::optional(m_reading->Store().GetEndTime()) : std::nullopt;
 }
 
 // While it is not known, the last time stamp of the file.
 long long CVcdFile::EstimateEndTime()
 {
-    if (m_opening == nullptr || m_opening->IsRead())
-        return m_store->GetEndTime();
-    return LastTimeStamp(m_path);
+    const auto known = FindEndTime();
+    return known ? *known : LastTimeStamp(m_path);
 }
 
 // Whether the values can be read as they come, and the signals are whole ones.
 bool CVcdFile::CanReadOnly(const std::vector<SFileSignal> &signals)
 {
-    if (m_opening == nullptr || !m_opening->CanRead())
+    if (m_opening == nullptr || m_opening->IsStored())
         return false;
     const std::vector<SFileSignal> &all = GetSignals();
     return std::ranges::all_of(signals, [&all](const SFileSignal &signal) {
@@ -199,7 +221,7 @@ bool CVcdFile::CanReadOnly(const std::vector<SFileSignal> &signals)
 
 std::unique_ptr<IChangeWalk> CVcdFile::WalkChanges(const std::vector<SFileSignal> &signals)
 {
-    return CanReadOnly(signals) ? std::make_unique<CVcdWalk>(*m_opening, signals) : nullptr;
+    return CanReadOnly(signals) ? std::make_unique<CVcdWalk>(OpenValues(), signals) : nullptr;
 }
 
 std::optional<std::vector<SChangeCount>> CVcdFile::CountChanges(const std::vector<SFileSignal> &signals,
@@ -207,7 +229,7 @@ std::optional<std::vector<SChangeCount>> CVcdFile::CountChanges(const std::vecto
 {
     if (!CanReadOnly(signals))
         return std::nullopt;
-    return CountVcdChanges(*m_opening, signals, stretch, progress);
+    return CountVcdChanges(*OpenValues(), signals, stretch, progress);
 }
 
 std::optional<int> CVcdFile::FindSignal(const char *name)

@@ -18,7 +18,7 @@ public:
     using Reader = WaveStore;
     static Reader *OpenReader(const char *fileName) { return ImportVcdFile(fileName); }
     /// Opens a file of which the values are read when they are wanted: all of them into a store where the events of an
-    /// element are, else as they come. A pipe is read at once.
+    /// element are, else as they come, and for each walk anew. A pipe is read at once.
     /// @return null, with a line in the log, if it cannot be read
     static std::unique_ptr<CVcdFile> Open(const char *fileName);
 
@@ -29,6 +29,7 @@ public:
 
     long long GetResolution() override { return m_store->GetResolution(); }
     long long GetEndTime() override;
+    std::optional<long long> FindEndTime() override;
     std::optional<int> FindSignal(const char *name) override;
     long MakeSignal(int handle, bool whole, ISignal **signal) override;
     const std::vector<SFileSignal> &GetSignals() override;
@@ -42,12 +43,13 @@ public:
 
 private:
     bool CanReadOnly(const std::vector<SFileSignal> &signals);
+    std::shared_ptr<CVcdOpening> OpenValues();
     bool HasAll();
 
     std::unique_ptr<WaveStore> m_owned;
     std::string m_path;
-    std::unique_ptr<CVcdOpening> m_opening;  // until all events are in the store
-    std::unique_ptr<CVcdOpening> m_left;     // what was m_opening: a walk may still read from it
+    std::shared_ptr<CVcdOpening> m_opening;  // until all events are in the store
+    std::shared_ptr<CVcdOpening> m_reading;  // whose values were asked for last
     WaveStore *m_store;
     std::optional<std::vector<SFileSignal>> m_signals;
 };

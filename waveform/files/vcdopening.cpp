@@ -1,5 +1,9 @@
 #include "waveform/files/vcdopening.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
+
 #include "platform/log.h"
 
 namespace tesk {
@@ -10,6 +14,8 @@ CVcdOpening::CVcdOpening(const std::string &path) : m_path(path), m_store(std::m
     importer.connectTarnWriter(this);
     importer.setVcdFileName(path);
     importer.vcdImport();
+    m_declaredSignals = m_store->GetSignalCount();
+    m_declaredWords = m_words.size();
 }
 
 void CVcdOpening::Begin(IVcdEvents &events)
@@ -23,6 +29,35 @@ void CVcdOpening::ReadAll()
     m_isBegun = true;
     while (Step()) {
     }
+}
+
+void CVcdOpening::SkipAll()
+{
+    Begin(m_nobody);
+    while (Step()) {
+    }
+}
+
+bool CVcdOpening::IsLike(CVcdOpening &other)
+{
+    const auto isLike = [&](std::size_t i) {
+        const SStoredSignal one = m_store->GetSignal(i);
+        const SStoredSignal two = other.m_store->GetSignal(i);
+        return std::string_view(one.name) == two.name && one.firstHandle == two.firstHandle &&
+               one.lastHandle == two.lastHandle &&
+               m_store->GetOriginal(one.firstHandle) == other.m_store->GetOriginal(two.firstHandle) &&
+               std::string_view(one.type->GetTypeInfoString()) == two.type->GetTypeInfoString();
+    };
+    if (m_declaredSignals != other.m_declaredSignals || m_declaredWords != other.m_declaredWords ||
+        m_store->GetResolution() != other.m_store->GetResolution() ||
+        !std::equal(m_words.begin(), m_words.begin() + static_cast<std::ptrdiff_t>(m_declaredWords),
+                    other.m_words.begin()))
+        return false;
+    for (std::size_t i = 0; i < m_declaredSignals; ++i) {
+        if (!isLike(i))
+            return false;
+    }
+    return true;
 }
 
 // Who listens knows the signals already.

@@ -25,6 +25,8 @@ public:
 struct SVcdWord {
     long long last;  ///< handle of the last
     unsigned count;
+
+    bool operator==(const SVcdWord &) const = default;
 };
 
 class CVcdOpening final : public NTARN::IDatabaseStreamWriter, public NTARN::IWordEvents, public NTARN::ISteppedEvents {
@@ -42,6 +44,8 @@ public:
     bool CanRead() const { return m_steps != nullptr && !m_isBegun; }
     /// Whether they have been read to their end, so that the time of that is known.
     bool IsRead() const { return m_isRead; }
+    /// Whether another opening of the same file found the same declarations in front of the values.
+    bool IsLike(CVcdOpening &other);
 
     /// Begins to read the values. @param events  lives until their end
     void Begin(IVcdEvents &events);
@@ -55,6 +59,8 @@ public:
     long long FileSize() const { return m_steps->GetFileSize(); }
     /// Reads all values into the store.
     void ReadAll();
+    /// Reads them for nobody, so that their end is known.
+    void SkipAll();
 
     void open() override { m_store->open(); }
     void setOption(std::intptr_t option) override { m_store->setOption(option); }
@@ -104,6 +110,8 @@ private:
     std::string m_path;
     std::unique_ptr<WaveStore> m_store;
     std::vector<SVcdWord> m_words;
+    std::size_t m_declaredSignals = 0;  // in front of the values; so the next
+    std::size_t m_declaredWords = 0;
     std::unique_ptr<NTARN::IValueSteps> m_steps;  // null if the importer brought all events at once
     IVcdEvents *m_events = nullptr;               // null for the store
     bool m_isBegun = false;

@@ -60,8 +60,10 @@ public:
     virtual ~IWaveformFile() = default;
     /// Femtoseconds per file tick.
     virtual long long GetResolution() = 0;
-    /// File ticks.
+    /// File ticks. Where only the values tell, as in a VCD, they are read for it.
     virtual long long GetEndTime() = 0;
+    /// The same if it is known already; behind the last change of a walk it is.
+    virtual std::optional<long long> FindEndTime() { return GetEndTime(); }
 
     /// Finds what a formula names: a signal, or a part of one, in any letter case. @return its handle
     virtual std::optional<int> FindSignal(const char *name) = 0;

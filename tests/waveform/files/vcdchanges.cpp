@@ -2,10 +2,13 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <fstream>
+#include <iterator>
 #include <limits>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <utility>
@@ -20,7 +23,9 @@
 namespace {
 
 using fsttest::CTemporaryFolder;
+using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -37,7 +42,9 @@ std::vector<std::string> Texts(tesk::IChangeWalk &walk)
 {
     std::vector<std::string> texts;
     long long time = 0;
-    while (walk.Next(time, Never)) {
+    long long next = 0;
+    while (walk.PeekTime(next) && walk.Next(time, Never)) {
+        EXPECT_LE(next, time);
         texts.push_back(std::to_string(time) + ":");
         for (const std::uint32_t signal : walk.GetChanged()) {
             texts.back() += " " + std::to_string(signal) + "=";
@@ -45,6 +52,8 @@ std::vector<std::string> Texts(tesk::IChangeWalk &walk)
                 texts.back() += value ? std::to_string(*value) : "-";
         }
     }
+    EXPECT_FALSE(walk.Next(time, Never));
+    EXPECT_FALSE(walk.PeekTime(next));
     return texts;
 }
 
@@ -179,14 +188,15 @@ TEST(VcdChanges, OfWhatIsDeclaredAmongTheValuesAreLeftOutWithOneWarning)
     const auto walk = file->WalkChanges(file->GetSignals());
     EXPECT_EQ(Texts(*walk).back(), "50: 0=2 3=2");
     EXPECT_EQ(file->GetEndTime(), 60);
-    EXPECT_THAT(log.Messages(),
-                testing::Contains(testing::EndsWith("declared among the values are left out")).Times(1));
+    EXPECT_THAT(log.Messages(), Contains(testing::EndsWith("declared among the values are left out")).Times(1));
     const auto counted = tesk::CVcdFile::Open(path.c_str());
     EXPECT_THAT(tesk::CountChanges(*counted, counted->GetSignals(), Ignore), SizeIs(7));
     // Events are read as a whole, and there it is.
     const auto whole = tesk::CVcdFile::Open(path.c_str());
     EXPECT_EQ(whole->GetEndTime(), 60);
+    EXPECT_NE(whole->Walk(1), nullptr);
     EXPECT_NE(whole->FindSignal("late"), std::nullopt);
+    EXPECT_EQ(Texts(*counted->WalkChanges(counted->GetSignals())).back(), "50: 0=2 3=2");
 }
 
 TEST(VcdFile, ReadsNoValuesUntilTheyAreAskedFor)
@@ -213,14 +223,13 @@ TEST(VcdFile, IsReadOnceMoreForEventsBehindAWalk)
         long long time = 0;
         EXPECT_TRUE(walk->Next(time, Never));  // and no further
     }
-    EXPECT_EQ(file->WalkChanges(file->GetSignals()), nullptr);
-    EXPECT_EQ(file->CountChanges(file->GetSignals(), {}, Ignore), std::nullopt);
     EXPECT_EQ(file->GetEndTime(), 40);
     tesk::CMergedWalk again(*file, file->GetSignals());
     const std::unique_ptr<WaveStore> store(ImportVcdFile(path.c_str()));
     tesk::CVcdFile imported(*store);
     tesk::CMergedWalk expected(imported, imported.GetSignals());
     EXPECT_EQ(Texts(again), Texts(expected));
+    EXPECT_EQ(file->WalkChanges(file->GetSignals()), nullptr);  // what is stored is merged
 
     const auto gone = tesk::CVcdFile::Open(path.c_str());
     gone->WalkChanges(gone->GetSignals()).reset();
@@ -228,6 +237,59 @@ TEST(VcdFile, IsReadOnceMoreForEventsBehindAWalk)
     const CLogCatcher log;
     EXPECT_EQ(gone->Walk(1), nullptr);
     EXPECT_THAT(log.Messages(), SizeIs(1));
+}
+
+TEST(VcdFile, IsReadAnewForEachWalk)
+{
+    const CTemporaryFolder folder;
+    const std::string path = WriteVcd(folder, Head + Values);
+    const auto file = tesk::CVcdFile::Open(path.c_str());
+    const auto first = file->WalkChanges(file->GetSignals());
+    long long time = 0;
+    ASSERT_TRUE(first->Next(time, Never));
+    const auto second = file->WalkChanges(file->GetSignals());
+    ASSERT_TRUE(first->Next(time, Never));
+    const std::vector<std::string> all = Texts(*second);
+    const std::vector<std::string> left = Texts(*first);
+    EXPECT_THAT(all, SizeIs(left.size() + 2));
+    EXPECT_TRUE(std::equal(left.begin(), left.end(), all.end() - std::ssize(left)));
+    EXPECT_EQ(Counts(*file->CountChanges(file->GetSignals(), {}, Ignore)),
+              Counts(*file->CountChanges(file->GetSignals(), {}, Ignore)));
+    EXPECT_EQ(Texts(*file->WalkChanges(file->GetSignals())), all);
+}
+
+TEST(VcdFile, HasAnEndThatItsValuesTell)
+{
+    const CTemporaryFolder folder;
+    const std::string path = WriteVcd(folder, Head + Values);
+    const auto walked = tesk::CVcdFile::Open(path.c_str());
+    EXPECT_EQ(walked->FindEndTime(), std::nullopt);
+    const auto walk = walked->WalkChanges(walked->GetSignals());
+    EXPECT_EQ(Texts(*walk).size(), 5U);
+    EXPECT_EQ(walked->FindEndTime(), 40);
+    const auto asked = tesk::CVcdFile::Open(path.c_str());
+    EXPECT_EQ(asked->GetEndTime(), 40);
+    EXPECT_EQ(asked->FindEndTime(), 40);
+    EXPECT_EQ(Texts(*asked->WalkChanges(asked->GetSignals())).size(), 5U);
+}
+
+TEST(VcdFile, IsNotReadAnewWhereItHasChanged)
+{
+    const CTemporaryFolder folder;
+    for (const std::string &other : {"$timescale 1 ns $end" + std::string(Head).substr(21),
+                                     std::string(Head).replace(std::string(Head).find("[3:0]"), 5, "[4:1]"),
+                                     std::string(Head).replace(std::string(Head).find("1 ! alias"), 9, "1 % alias")}) {
+        const std::string path = WriteVcd(folder, Head + Values);
+        const auto file = tesk::CVcdFile::Open(path.c_str());
+        file->WalkChanges(file->GetSignals()).reset();
+        WriteVcd(folder, other + Values);
+        EXPECT_THROW(file->WalkChanges(file->GetSignals()), std::runtime_error) << other;
+        const CLogCatcher log;
+        EXPECT_EQ(file->GetEndTime(), 0);
+        EXPECT_THAT(log.Messages(), Contains(HasSubstr("the file has changed since it was opened")));
+        WriteVcd(folder, Head + Values);
+        EXPECT_EQ(file->GetEndTime(), 40);
+    }
 }
 
 TEST(VcdFile, IsReadOnceMoreForEventsBesideAWalkThatGoesOn)
