@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <cstdint>
+#include <fstream>
 #include <limits>
 #include <map>
 #include <optional>
@@ -13,6 +14,7 @@
 #include "logcatcher.h"
 #include "platform/changes/changewalk.h"
 #include "platform/fst/fstmaker.h"
+#include "platform/fstwriter/fstwriter.h"
 
 namespace {
 
@@ -203,6 +205,41 @@ TEST(FstWalk, GoesNoFurtherThanItIsAsked)
     EXPECT_EQ(Text(0, walk->GetValues(0)), "0=3");
     EXPECT_THAT(walk->GetPositions(5), ElementsAre(3, 3));
     EXPECT_THAT(walk->GetPositions(3), IsEmpty());  // a real
+}
+
+TEST(FstWalk, OfAFewSignalsAmongManyAgreesWithTheirEvents)
+{
+    constexpr int Many = 200;
+    const CTemporaryFolder folder;
+    std::ofstream out(folder / "walk.fst", std::ios::binary);
+    NTARN::CFstWriter writer(out, -9);
+    std::vector<std::uint32_t> wires;
+    for (int wire = 0; wire < Many; ++wire)
+        wires.push_back(
+            writer.AddVariable(NTARN::EFstVariable::Wire, NTARN::EFstDirection::None, "w" + std::to_string(wire), 1));
+    for (std::uint64_t time = 0; time < 20; ++time) {
+        writer.SetTime(time);
+        for (std::size_t wire = 0; wire < wires.size(); ++wire) {
+            if ((time + wire) % 3 == 0)
+                writer.Change(wires[wire], (time + wire) % 2 == 0 ? "1" : "0");
+        }
+    }
+    ASSERT_TRUE(writer.Finish()) << writer.Error();
+    out.close();
+
+    const ReaderPtr reader(NTARN::IDatabaseReader::create((folder / "walk.fst").c_str(), false));
+    const std::vector<tesk::SElements> all = Signals(*reader);
+    const std::vector<tesk::SElements> few = {all.at(5), all.at(100), all.at(Many - 1)};
+    std::vector<std::vector<SEvent>> walked(few.size());
+    const auto walk = Source(*reader).WalkChanges(few);
+    for (long long time = 0; walk->Next(time, Never);) {
+        for (const std::uint32_t signal : walk->GetChanged())
+            walked[signal].push_back({time, walk->GetValues(signal).front().value_or(99)});
+    }
+    for (std::size_t i = 0; i < few.size(); ++i) {
+        EXPECT_THAT(walked[i], SizeIs(testing::Gt(5u)));
+        EXPECT_EQ(walked[i], AllEvents(*reader, static_cast<int>(few[i].first))) << i;
+    }
 }
 
 TEST(FstWalk, CountsOnlyWhatLiesInTheStretch)

@@ -112,6 +112,30 @@ TEST(WaveformFile, WalksOverAnElementWithTheLastValueOfEachTime)
     }
 }
 
+TEST(WaveformFile, OfAnEventStreamIsWalkedAndCountedByTime)
+{
+    const CStreamFolder folder;
+    const auto file = MakeFile(EFileKind::Stream, folder / "a.zyn");
+    ASSERT_NE(file, nullptr);
+    const auto walk = file->WalkChanges(file->GetSignals());
+    ASSERT_NE(walk, nullptr);
+    std::vector<std::string> changes;
+    for (long long time = 0; walk->Next(time, 25);) {
+        for (const std::uint32_t signal : walk->GetChanged())
+            changes.push_back(std::to_string(time) + " signal " + std::to_string(signal) + ": " +
+                              std::to_string(walk->GetValues(signal).front().value_or(99)));
+    }
+    EXPECT_THAT(changes,
+                ElementsAre("0 signal 0: 2", "0 signal 1: 2", "10 signal 0: 2", "10 signal 1: 2", "20 signal 0: 2"));
+
+    tesk::SStretch stretch;
+    stretch.from = 10;
+    const auto counts = file->CountChanges(file->GetSignals(), stretch, [](long long, long long) {});
+    ASSERT_TRUE(counts.has_value());
+    EXPECT_EQ(counts->at(0).count, 3);
+    EXPECT_EQ(counts->at(1).count, 2);
+}
+
 TEST(WaveformFile, WhoseReaderGoesThroughOneSignalAfterTheOtherIsMergedAndNotCounted)
 {
     const auto file = MakeFile(EFileKind::Database, {});
