@@ -31,7 +31,7 @@ void Repair(std::string &bytes, std::uint32_t version)
     if (bytes.size() < HeaderSize)
         return;
     CByteReader header(std::string_view(bytes).substr(32));
-    const auto offset = std::clamp<std::uint64_t>(header.Take<std::uint64_t>(), HeaderSize, bytes.size());
+    const auto offset = std::clamp<std::uint64_t>(header.Little<std::uint64_t>(), HeaderSize, bytes.size());
     const std::string_view index = std::string_view(bytes).substr(static_cast<std::size_t>(offset));
     std::string rest;
     Append(rest, offset);

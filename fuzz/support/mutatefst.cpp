@@ -38,7 +38,7 @@ CBlocks TakeBlocks(SFstSpan file)
     CBlocks blocks;
     for (CFstBytes bytes(file); !bytes.AtEnd();) {
         const std::uint8_t kind = bytes.Byte();
-        const std::uint64_t length = bytes.Number();
+        const std::uint64_t length = bytes.Big<std::uint64_t>();
         if (length < 8)
             throw XFstDamage();
         blocks.push_back({kind, Copy(bytes.Take(length - 8))});
@@ -73,8 +73,8 @@ void MutateOrder(CBlocks &blocks, std::mt19937 &random)
 void MutateGeometry(CBytes &contents, std::mt19937 &random)
 {
     CFstBytes bytes(contents);
-    const std::uint64_t size = bytes.Number();
-    const std::uint64_t count = bytes.Number();
+    const std::uint64_t size = bytes.Big<std::uint64_t>();
+    const std::uint64_t count = bytes.Big<std::uint64_t>();
     CBytes widths = FstInflateIfPacked(bytes.Rest(), size);
     MutateBytes(widths, Most);
     contents.clear();
@@ -94,7 +94,7 @@ CBytes PackGzip(SFstSpan bytes)
 void MutateHierarchy(SBlock &block)
 {
     CFstBytes bytes(block.contents);
-    const std::uint64_t size = bytes.Number();
+    const std::uint64_t size = bytes.Big<std::uint64_t>();
     CBytes unpacked;
     switch (static_cast<EFstBlock>(block.kind)) {
     case EFstBlock::Hierarchy: unpacked = FstUnpack(EFstPacker::Gzip, bytes.Rest(), size); break;
@@ -131,11 +131,11 @@ struct SChanges {
         frame = FstInflateIfPacked(bytes.Take(framePacked), frameSize);
         SFstSpan rest = bytes.Rest();
         CFstBytes tail(TakeBack(rest, 24));
-        const std::uint64_t timesSize = tail.Number();
-        const std::uint64_t timesPacked = tail.Number();
-        timeCount = tail.Number();
+        const std::uint64_t timesSize = tail.Big<std::uint64_t>();
+        const std::uint64_t timesPacked = tail.Big<std::uint64_t>();
+        timeCount = tail.Big<std::uint64_t>();
         times = FstInflateIfPacked(TakeBack(rest, timesPacked), timesSize);
-        const std::uint64_t indexSize = CFstBytes(TakeBack(rest, 8)).Number();
+        const std::uint64_t indexSize = CFstBytes(TakeBack(rest, 8)).Big<std::uint64_t>();
         index = Copy(TakeBack(rest, indexSize));
         chains = Copy(rest);
     }

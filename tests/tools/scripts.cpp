@@ -112,3 +112,11 @@ TEST(Fuzz, HasARowAndSeedsForEachDoor)
     EXPECT_EQ(run.out, "");
     EXPECT_EQ(run.err, "");
 }
+
+TEST(Fuzz, HasADoorForEachDictionaryAndFolderOfSeeds)
+{
+    const SToolRun run = RunShell("cd fuzz; for d in dictionaries/* seeds/*; do d=$(basename $d .dict); "
+                                  "[ -f doors/$d.cpp ] || echo $d; done");
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "");
+}
