@@ -16,8 +16,8 @@ constexpr int Signals = 100000;
 constexpr int ScalarsPerSignal = 8;
 constexpr int Scalars = Signals * ScalarsPerSignal;
 
-using CSignalPtr = tesk::TDataReference<tesk::ISignalData>;
-using CTablePtr = tesk::TDataReference<tesk::IScalarDataContainer>;
+using CSignalPtr = tesk::TReference<tesk::ISignalData>;
+using CTablePtr = tesk::TReference<tesk::IScalarDataContainer>;
 
 const std::vector<CSignalPtr> &AllSignals()
 {

@@ -11,6 +11,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/types/dumptypes.h"
+
 namespace {
 
 constexpr long InvalidArgument = static_cast<std::int32_t>(0x80070057);
@@ -128,10 +130,10 @@ constexpr int CharacterType = 5;
 // Deliberate: the vectors name their elements in the short form.
 constexpr std::string_view StdTypes[] = {
     "e#3#bitc2 01",
-    "e#9#std_logicc9 UX01ZWLH-",
+    Kestrin::StdLogicTypeText,
     "e#10#std_ulogicc9 UX01ZWLH-",
     "i#7#integerrict-2147483648 2147483647",
-    "f#4#realrrct-1.79769e+308 1.79769e+308",
+    Kestrin::RealTypeText,
     {},  // character
     "a#10#bit_vector1 riut0 2147483647 eBIT c2 01",
     "a#16#std_logic_vector1 riut0 2147483647 estd_logic c9 UX01ZWLH-",

@@ -9,28 +9,20 @@
 
 namespace tesk {
 
-/// Gives an implementation of `Interface` the three operations of IUnknown. `Identifier` is the identifier of
-/// `Interface`. A new component has a count of 0; `HandOut` raises it to 1.
-template <typename Interface, const GUID &Identifier>
-class TComponent : public Interface {
+/// Gives an implementation of `Interface` its two counting operations.
+/// @tparam First  the count of a new object
+template <typename Interface, unsigned First>
+class TCounted : public Interface {
 public:
-    TComponent() = default;
-    TComponent(const TComponent &) = delete;
-    TComponent &operator=(const TComponent &) = delete;
-    virtual ~TComponent() = default;
+    TCounted() = default;
+    TCounted(const TCounted &) = delete;
+    TCounted &operator=(const TCounted &) = delete;
+    virtual ~TCounted() = default;
 
-    long QueryInterface(const GUID &identifier, void **out) override
+    decltype(std::declval<Interface &>().AddRef()) AddRef() override
     {
-        if (identifier != IID_IUnknown && identifier != Identifier)
-            return E_NOINTERFACE;
-        if (out == nullptr)
-            return E_INVALIDARG;
-        *out = static_cast<Interface *>(this);
-        AddRef();
-        return S_OK;
+        return static_cast<decltype(std::declval<Interface &>().AddRef())>(++m_refCount);
     }
-
-    unsigned AddRef() override { return ++m_refCount; }
 
     unsigned Release() override
     {
@@ -41,7 +33,24 @@ public:
     }
 
 private:
-    unsigned m_refCount = 0;
+    unsigned m_refCount = First;
+};
+
+/// Gives an implementation of `Interface` the three operations of IUnknown. `Identifier` is the identifier of
+/// `Interface`. A new component has a count of 0; `HandOut` raises it to 1.
+template <typename Interface, const GUID &Identifier>
+class TComponent : public TCounted<Interface, 0> {
+public:
+    long QueryInterface(const GUID &identifier, void **out) override
+    {
+        if (identifier != IID_IUnknown && identifier != Identifier)
+            return E_NOINTERFACE;
+        if (out == nullptr)
+            return E_INVALIDARG;
+        *out = static_cast<Interface *>(this);
+        this->AddRef();
+        return S_OK;
+    }
 };
 
 /// Gives a new component to its first owner. @return E_INVALIDARG for a null `out`; the component is then gone
@@ -66,7 +75,11 @@ try {
 
 /// Gives up one reference; the deleter of `TReference`.
 struct SReleaser {
-    void operator()(IUnknown *object) const { object->Release(); }
+    template <typename Object>
+    void operator()(Object *object) const
+    {
+        object->Release();
+    }
 };
 
 /// Owns one reference.

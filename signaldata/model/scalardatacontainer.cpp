@@ -59,7 +59,7 @@ try {
         return E_INVALIDARG;
     auto place = FirstNotBelow(scalarHandle);
     if (place == m_scalars.end() || place->handle != scalarHandle) {
-        TDataReference<CScalarDataImp> scalar(new CScalarDataImp(scalarHandle));
+        TReference<CScalarDataImp> scalar(new CScalarDataImp(scalarHandle));
         place = m_scalars.insert(place, {scalarHandle, std::move(scalar)});
     }
     return place->scalar->AddSignal(signalHandle);

@@ -7,7 +7,7 @@
 
 namespace tesk {
 
-class CScalarDataContainerImp final : public TCounted<IScalarDataContainer> {
+class CScalarDataContainerImp final : public TCountedData<IScalarDataContainer> {
 public:
     long LinkSignal(ISignalData *data) override;
     long UnlinkSignal(ISignalData *data) override;
@@ -23,7 +23,7 @@ private:
     // The handle stands beside the scalar so that the search need not go to each.
     struct SEntry {
         int handle;
-        TDataReference<CScalarDataImp> scalar;
+        TReference<CScalarDataImp> scalar;
     };
     using CEntries = std::vector<SEntry>;
 

@@ -9,7 +9,7 @@
 
 namespace tesk {
 
-class CScalarDataImp final : public TCounted<IScalarData> {
+class CScalarDataImp final : public TCountedData<IScalarData> {
 public:
     explicit CScalarDataImp(int handle) : m_handle(handle) {}
 

@@ -14,7 +14,7 @@ try {
     if (data == nullptr || data->GetHandle() < 0)
         return E_INVALIDARG;
     data->AddRef();
-    m_signals.insert(FirstNotBelow(data->GetHandle()), TDataReference<ISignalData>(data));
+    m_signals.insert(FirstNotBelow(data->GetHandle()), TReference<ISignalData>(data));
     return S_OK;
 } catch (const std::bad_alloc &) {
     return E_OUTOFMEMORY;

@@ -8,7 +8,7 @@
 
 namespace tesk {
 
-class CSignalDataContainerImp final : public TCounted<ISignalDataContainer> {
+class CSignalDataContainerImp final : public TCountedData<ISignalDataContainer> {
 public:
     long Add(ISignalData *data) override;
     long Remove(ISignalData *data) override;
@@ -18,7 +18,7 @@ public:
     unsigned GetCount() override { return static_cast<unsigned>(m_signals.size()); }
 
 private:
-    using CSignals = std::vector<TDataReference<ISignalData>>;
+    using CSignals = std::vector<TReference<ISignalData>>;
 
     CSignals::iterator FirstNotBelow(int handle);
 

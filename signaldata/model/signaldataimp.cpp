@@ -5,6 +5,7 @@
 
 #include "core/scalarinfo.h"
 #include "platform/felvarbase.h"
+#include "platform/types/dumptypes.h"
 #include "signal/signal.h"
 #include "signal/tree/loadlevel.h"
 #include "signal/tree/signalsprovider.h"
@@ -13,7 +14,7 @@ namespace tesk {
 
 namespace {
 
-constexpr const char *TypeByDefault = "e#9#std_logicc9 UX01ZWLH-";
+constexpr const char *TypeByDefault = Kestrin::StdLogicTypeText.data();
 
 bool IsSameName(const char *left, const char *right)
 {

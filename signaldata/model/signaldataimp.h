@@ -12,7 +12,7 @@
 
 namespace tesk {
 
-class CSignalDataImp final : public TCounted<ISignalData> {
+class CSignalDataImp final : public TCountedData<ISignalData> {
 public:
     long SetFullName(const char *name) override;
     long SetTypeInfo(const char *type) override;
@@ -52,7 +52,7 @@ private:
     long long m_maxTime = -1;
     CPropertyTable m_properties;
     std::optional<Kestrin::KTypeInfo> m_typeInfo;
-    std::vector<TDataReference<CSignalDataImp>> m_children;
+    std::vector<TReference<CSignalDataImp>> m_children;
     std::vector<int> m_scalars;  // ascending if they came so
 };
 

@@ -9,34 +9,34 @@
 #include "signaldata/scalardata.h"
 #include "signaldata/signaldata.h"
 
-inline tesk::TDataReference<tesk::ISignalData> MakeData()
+inline tesk::TReference<tesk::ISignalData> MakeData()
 {
     tesk::ISignalData *data = nullptr;
     tesk::CreateSignalData(&data);
-    return tesk::TDataReference<tesk::ISignalData>(data);
+    return tesk::TReference<tesk::ISignalData>(data);
 }
 
-inline tesk::TDataReference<tesk::ISignalData> MakeData(int handle, const std::vector<int> &scalars = {})
+inline tesk::TReference<tesk::ISignalData> MakeData(int handle, const std::vector<int> &scalars = {})
 {
-    tesk::TDataReference<tesk::ISignalData> data = MakeData();
+    tesk::TReference<tesk::ISignalData> data = MakeData();
     data->SetHandle(handle);
     for (const int scalar : scalars)
         data->AddScalar(scalar);
     return data;
 }
 
-inline tesk::TDataReference<tesk::ISignalDataContainer> MakeDataContainer()
+inline tesk::TReference<tesk::ISignalDataContainer> MakeDataContainer()
 {
     tesk::ISignalDataContainer *container = nullptr;
     tesk::CreateSignalDataContainer(&container);
-    return tesk::TDataReference<tesk::ISignalDataContainer>(container);
+    return tesk::TReference<tesk::ISignalDataContainer>(container);
 }
 
-inline tesk::TDataReference<tesk::IScalarDataContainer> MakeScalars()
+inline tesk::TReference<tesk::IScalarDataContainer> MakeScalars()
 {
     tesk::IScalarDataContainer *container = nullptr;
     tesk::CreateScalarDataContainer(&container);
-    return tesk::TDataReference<tesk::IScalarDataContainer>(container);
+    return tesk::TReference<tesk::IScalarDataContainer>(container);
 }
 
 /// The number of references to an object that is alive.

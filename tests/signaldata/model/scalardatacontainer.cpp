@@ -164,8 +164,8 @@ protected:
 
     std::vector<unsigned> Sizes() { return SizesOf(*scalars, *data); }
 
-    tesk::TDataReference<tesk::ISignalData> data = MakeData();
-    tesk::TDataReference<tesk::IScalarDataContainer> scalars = MakeScalars();
+    tesk::TReference<tesk::ISignalData> data = MakeData();
+    tesk::TReference<tesk::IScalarDataContainer> scalars = MakeScalars();
 };
 
 TEST_F(ValueSizes, OfAScalarIsThatOfItsType)

@@ -14,7 +14,7 @@ std::string ValueOf(tesk::IScalarData &scalar)
 
 class ScalarData : public testing::Test {
 protected:
-    tesk::TDataReference<CScalarDataImp> scalar{new CScalarDataImp(-1)};
+    tesk::TReference<CScalarDataImp> scalar{new CScalarDataImp(-1)};
 };
 
 TEST_F(ScalarData, BeginsEmpty)
