@@ -5,10 +5,12 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <limits>
 #include <map>
 #include <memory>
 #include <span>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -171,8 +173,8 @@ private:
 class CReplay : public IPart, public IWoken {
 public:
     CReplay(std::shared_ptr<IWaveformFile> file, const std::vector<SFileSignal> &signals,
-            std::vector<CFollower> followers)
-        : m_file(std::move(file)), m_isClock(FindClocks(*m_file, signals)), m_followers(std::move(followers)),
+            std::vector<CFollower> followers, std::string place)
+        : m_place(std::move(place)), m_file(std::move(file)), m_isClock(FindClocks(*m_file, signals)), m_followers(std::move(followers)),
           m_walk(*m_file, signals), m_resolution(m_file->GetResolution()), m_begin(Now())
     {
         m_hasClocks = std::ranges::find(m_isClock, true) != m_isClock.end();
@@ -214,10 +216,22 @@ private:
         m_late.clear();
     }
 
+    // The simulator knows no exceptions: a file that cannot be read any further is at its end.
+    bool HasNext()
+    {
+        try {
+            return m_walk.Next();
+        } catch (const std::exception &fault) {
+            Tell(ESeverity::Error, m_place, fault.what() + std::string("; nothing of it is replayed any more"));
+            FailAtExit();
+            return false;
+        }
+    }
+
     void GoOn()
     {
         const long long before = m_hasChange ? m_walk.GetTime() : -1;
-        m_hasChange = m_walk.Next();
+        m_hasChange = HasNext();
         if (!m_hasChange || m_walk.GetTime() == before)
             return;
         const long long ticks = TicksOf(m_walk.GetTime(), m_resolution);
@@ -225,6 +239,7 @@ private:
         m_next = ticks > Largest - m_begin ? Largest : m_begin + ticks;
     }
 
+    std::string m_place;  // in the bench
     std::shared_ptr<IWaveformFile> m_file;
     std::vector<bool> m_isClock;  // by the places of the signals in the walk; so the next
     std::vector<CFollower> m_followers;
@@ -327,7 +342,7 @@ void StartReplay(const SBenchReplay &replay, const SReplayTimes &times, const st
         throw CRefusal(replay.file + ": there is nothing to drive, and nothing to compare");
     if (signals.empty())
         return;
-    auto player = std::make_unique<CReplay>(file, signals, std::move(followers));
+    auto player = std::make_unique<CReplay>(file, signals, std::move(followers), place);
     CSession &session = CSession::Current();
     session.WakeUps().At(Now(), *player);
     session.Add(std::move(player));

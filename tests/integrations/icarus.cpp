@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "integrations/simulation.h"
 #include "testpaths.h"
 
@@ -365,6 +367,26 @@ TEST(ModuleInIcarus, ReplaysARecordedScopeWithWhatClocksLaunchedBehindThem)
              {"tb.dut.clk", "tb.dut.rst_n", "tb.dut.din", "tb.dut.valid", "tb.dut.sum", "tb.dut.count"})
             EXPECT_EQ(Told(replayed.at(signal)), Told(run.at(signal))) << dump << ' ' << signal;
     }
+}
+
+TEST(ModuleInIcarus, EndsAReplayWhereItsFileCannotBeRead)
+{
+    CSimulation simulation;
+    simulation.Write("design.v", "`timescale 1ns/1ps\nmodule tb; reg [1:0] a; wire b = a[0]; initial #100 $finish; endmodule\n");
+    simulation.Write("bench.toml", "[[replay]]\nfile = \"a.zyn\"\nscope = \"tb\"\ndrive = [\"a\"]\n");
+    const std::string record = "$timescale 1ns $end\n$scope module tb $end\n$var wire 2 ! a $end\n$upscope $end\n"
+                               "$enddefinitions $end\n#0\nb0 !\n#10\nb1 !\n#20\nb10 !\n";
+    simulation.Write("a.vcd", record);
+    ASSERT_EQ(simulation.Run("'" TESK_TOOL "' convert a.vcd a.zyn"), 0) << simulation.Output();
+    std::fstream stream(simulation.Path("a.zyn"), std::ios::binary | std::ios::in | std::ios::out);
+    constexpr std::streamoff FirstBlock = 56;
+    stream.seekp(FirstBlock);
+    stream << "damaged";
+    stream.close();
+    EXPECT_EQ(simulation.RunIcarus("+tesk=bench.toml"), 1);
+    EXPECT_THAT(simulation.Lines("error"),
+                ElementsAre(AllOf(HasSubstr("bench.toml:1:1: error: Event stream a.zyn is damaged: "),
+                                  HasSubstr("; nothing of it is replayed any more"))));
 }
 
 TEST(ModuleInIcarus, TellsWhatOfAReplayIsNotThere)
