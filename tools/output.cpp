@@ -54,16 +54,6 @@ void Replace(int signal, void (*handler)(int), int flags)
         sigaction(signal, &action, nullptr);
 }
 
-void WriteStream(std::ostream &stream, const std::string &name, const std::function<void(std::ostream &)> &write)
-{
-    errno = 0;
-    write(stream);
-    tesk::CReadWatch::Check();
-    stream.flush();
-    if (!stream)
-        RefuseFile(name, errno);
-}
-
 // Lets `write` fill a file. What it raises for want of a place to write to is told by what is wrong with that.
 template <class TFile>
 void WriteThrough(const std::string &path, std::ostream &stream, const TFile &file,
@@ -79,19 +69,18 @@ void WriteThrough(const std::string &path, std::ostream &stream, const TFile &fi
     tesk::CReadWatch::Check();
 }
 
-// What cannot be replaced: a device or a pipe.
-void WriteInPlace(const std::string &path, const std::function<void(std::ostream &)> &write)
+// Writes to what is there, such as a device or a pipe, which cannot be replaced.
+void WriteInPlace(const std::string &name, tesk::CFile file, const std::function<void(std::ostream &)> &write)
 {
-    tesk::CFile file = tesk::CFile::Open(path, O_WRONLY | O_CREAT | O_TRUNC);
     if (!file.IsOpen())
-        RefuseFile(path, errno);
+        RefuseFile(name, errno);
     tesk::CFileBuffer buffer(std::move(file));
     std::ostream stream(&buffer);
-    WriteThrough(path, stream, buffer, write);
+    WriteThrough(name, stream, buffer, write);
     stream.flush();
     buffer.Close();
     if (!stream || buffer.Error() != 0)
-        RefuseFile(path, buffer.Error());
+        RefuseFile(name, buffer.Error());
 }
 
 }  // namespace
@@ -106,12 +95,13 @@ void RemoveDraftsOnSignals()
 void WriteOutput(const std::string &path, const std::function<void(std::ostream &)> &write)
 {
     if (path.empty() || path == "-") {
-        WriteStream(std::cout, "standard output", write);
+        std::cout.flush();
+        WriteInPlace("standard output", tesk::CFile(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0)), write);
         return;
     }
     std::error_code ignored;
     if (fs::exists(path, ignored) && !fs::is_regular_file(path, ignored)) {
-        WriteInPlace(path, write);
+        WriteInPlace(path, tesk::CFile::Open(path, O_WRONLY | O_CREAT | O_TRUNC), write);
         return;
     }
     tesk::CDraft draft(path);

@@ -174,8 +174,9 @@ class CReplay : public IPart, public IWoken {
 public:
     CReplay(std::shared_ptr<IWaveformFile> file, const std::vector<SFileSignal> &signals,
             std::vector<CFollower> followers, std::string place)
-        : m_place(std::move(place)), m_file(std::move(file)), m_isClock(FindClocks(*m_file, signals)), m_followers(std::move(followers)),
-          m_walk(*m_file, signals), m_resolution(m_file->GetResolution()), m_begin(Now())
+        : m_place(std::move(place)), m_file(std::move(file)), m_isClock(FindClocks(*m_file, signals)),
+          m_followers(std::move(followers)), m_walk(*m_file, signals), m_resolution(m_file->GetResolution()),
+          m_begin(Now())
     {
         m_hasClocks = std::ranges::find(m_isClock, true) != m_isClock.end();
         GoOn();

@@ -372,7 +372,8 @@ TEST(ModuleInIcarus, ReplaysARecordedScopeWithWhatClocksLaunchedBehindThem)
 TEST(ModuleInIcarus, EndsAReplayWhereItsFileCannotBeRead)
 {
     CSimulation simulation;
-    simulation.Write("design.v", "`timescale 1ns/1ps\nmodule tb; reg [1:0] a; wire b = a[0]; initial #100 $finish; endmodule\n");
+    simulation.Write("design.v",
+                     "`timescale 1ns/1ps\nmodule tb; reg [1:0] a; wire b = a[0]; initial #100 $finish; endmodule\n");
     simulation.Write("bench.toml", "[[replay]]\nfile = \"a.zyn\"\nscope = \"tb\"\ndrive = [\"a\"]\n");
     const std::string record = "$timescale 1ns $end\n$scope module tb $end\n$var wire 2 ! a $end\n$upscope $end\n"
                                "$enddefinitions $end\n#0\nb0 !\n#10\nb1 !\n#20\nb10 !\n";

@@ -178,7 +178,8 @@ protected:
         const std::size_t descriptors = OpenDescriptors();
         ForEachCall(count, [&](std::size_t call) {
             Fail(tool, whole, {ReadingCalls | WritingCalls, EIO, call, call});
-            Fail(tool, whole, {ReadingCalls | WritingCalls, EIO, call, CFaultyFiles::Never});
+            if (call % 3 == 1)
+                Fail(tool, whole, {ReadingCalls | WritingCalls, EIO, call, CFaultyFiles::Never});
         });
         ForEachCall(writeCount, [&](std::size_t call) {
             Fail(tool, whole, {WriteCalls | CloseCalls | RenameCalls, ENOSPC, call, call});
