@@ -83,6 +83,21 @@ TEST(WriteFaults, OfADraftShowTheFirstError)
     EXPECT_EQ(folder.FileCount(), 0u);
 }
 
+// What a system holds back, as over a network, may be lost as late as that.
+TEST(WriteFaults, OfClosingADraftLeaveWhatWasThere)
+{
+    const CStreamFolder folder;
+    const std::string path = folder / "a";
+    std::ofstream(path) << "before";
+    tesk::CDraft draft(path);
+    draft.Stream() << "after";
+    const CFaultyFiles files(CloseCalls, EDQUOT, 1, 1);
+    EXPECT_FALSE(draft.Publish());
+    EXPECT_EQ(draft.Error(), EDQUOT);
+    EXPECT_EQ(ReadBytesOf(path), "before");
+    EXPECT_EQ(folder.FileCount(), 1u);
+}
+
 TEST(WriteFaults, OfAnEventStreamNameIt)
 {
     CEvents events;
