@@ -4,21 +4,11 @@
 #include <cerrno>
 
 #include "platform/files/filecalls.h"
+#include "platform/files/uninterrupted.h"
 
 namespace tesk {
 
 namespace {
-
-// Calls until no signal comes between.
-template <class TCall>
-auto Uninterrupted(TCall call)
-{
-    for (;;) {
-        const auto result = call();
-        if (result != -1 || errno != EINTR)
-            return result;
-    }
-}
 
 // Reads pieces until there is no more room, or no more to read.
 // @param read  reads behind so many bytes

@@ -5,14 +5,18 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <system_error>
+
+#include "platform/files/uninterrupted.h"
 
 namespace tesk {
 
 namespace {
 
-constexpr int PatienceMs = 500;  // who starts reader and writer together starts one of them first
+constexpr std::chrono::milliseconds Patience(500);  // who starts reader and writer together starts one of them first
 
 bool IsPipe(const CFile &file)
 {
@@ -23,8 +27,13 @@ bool IsPipe(const CFile &file)
 // Whether data, or the end of those that came, can be read from a pipe, now or later.
 bool HasWriter(const CFile &pipe)
 {
-    pollfd wanted{pipe.Descriptor(), POLLIN, 0};
-    if (::poll(&wanted, 1, PatienceMs) != 0)
+    const auto end = std::chrono::steady_clock::now() + Patience;
+    const int ready = Uninterrupted([&] {
+        pollfd wanted{pipe.Descriptor(), POLLIN, 0};
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+        return ::poll(&wanted, 1, std::max(static_cast<int>(left.count()), 0));
+    });
+    if (ready != 0)
         return true;
     // Nothing came. To copy a byte out of a pipe takes none away, and finds an end only where there is no writer.
     int copy[2];

@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "platform/files/temporaryfile.h"
+#include "platform/files/uninterrupted.h"
 #include "platform/input/foreignkinds.h"
 #include "platform/input/openinput.h"
 #include "platform/input/packedinput.h"
@@ -61,7 +62,7 @@ std::size_t CopyAhead(int pipe, std::vector<char> &bytes)
     if (pipe2(ends, O_CLOEXEC) != 0)
         return 0;
     const CFile readEnd(ends[0]), writeEnd(ends[1]);
-    const ssize_t copied = tee(pipe, writeEnd.Descriptor(), bytes.size(), 0);
+    const ssize_t copied = Uninterrupted([&] { return tee(pipe, writeEnd.Descriptor(), bytes.size(), 0); });
     const ssize_t count = copied > 0 ? readEnd.Read(bytes.data(), bytes.size()) : 0;
     return static_cast<std::size_t>(std::max<ssize_t>(count, 0));
 }

@@ -3,7 +3,9 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/stat.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -42,6 +44,24 @@ TEST(OpenInput, RefusesAPipeThatNothingWritesTo)
     EXPECT_FALSE(tesk::OpenInput(pipe.Name()).IsOpen());
     EXPECT_EQ(errno, ENXIO);
     EXPECT_EQ(tesk::InputErrorText(ENXIO), "it is a pipe that nothing writes to");
+}
+
+TEST(OpenInput, IsNotHeldUpByInterruptions)
+{
+    struct sigaction ignoring {};
+    struct sigaction before {};
+    ignoring.sa_handler = [](int) {};
+    sigaction(SIGALRM, &ignoring, &before);
+    const itimerval often{{0, 20'000}, {0, 20'000}};
+    setitimer(ITIMER_REAL, &often, nullptr);
+    const CPipe pipe;
+    const bool isOpen = tesk::OpenInput(pipe.Name()).IsOpen();
+    const int error = errno;
+    const itimerval never{};
+    setitimer(ITIMER_REAL, &never, nullptr);
+    sigaction(SIGALRM, &before, nullptr);
+    EXPECT_FALSE(isOpen);
+    EXPECT_EQ(error, ENXIO);
 }
 
 TEST(OpenInput, WaitsForAWriterThatIsOrComes)
