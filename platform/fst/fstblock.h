@@ -51,6 +51,9 @@ public:
     /// How many entries there are, and the store of each.
     std::size_t EntryCount() const { return m_entries.size(); }
     std::uint32_t StoreOf(std::size_t entry) const { return m_entries[entry].store; }
+    /// Entries that share their changes have one chain; the chains are counted from 0.
+    std::uint32_t ChainOf(std::size_t entry) const { return m_entries[entry].chain; }
+    std::size_t ChainCount() const { return m_begins.size(); }
     SFstStretch StretchOf(std::size_t entry) const
     {
         const std::uint32_t chain = m_entries[entry].chain;

@@ -31,21 +31,30 @@ std::uint64_t FirstTime(SFstSpan bytes, const SFstStore &store, const CFstTimes 
 
 CFstBlocks::CFstBlocks(CFstFile &file, const SFstLayout &layout)
     : m_file(file), m_layout(layout), m_limits(file.PackedSize()), m_blocks(layout.changes.size()),
-      m_isUnreadable(layout.changes.size()), m_isCounted(layout.changes.size()), m_timesLeft(m_limits.Times()),
-      m_bytesLeft(m_limits.ChangeBytes())
+      m_isUnreadable(layout.changes.size()), m_isCounted(layout.changes.size()), m_timesLeft(m_limits.Times())
 {}
 
 CFstBlocks::BlockPtr CFstBlocks::Block(std::size_t index)
 {
+    BlockPtr block = Pass(index);
+    if (block && !m_blocks[index] && block->Memory() <= MostMemory - m_memory) {
+        m_memory += block->Memory();
+        m_blocks[index] = block;
+    }
+    return block;
+}
+
+CFstBlocks::BlockPtr CFstBlocks::Pass(std::size_t index)
+{
     if (m_blocks[index] || m_isUnreadable[index])
         return m_blocks[index];
+    if (m_passed && m_passedIndex == index)
+        return m_passed;
     try {
-        BlockPtr block = ReadBlock(index);
-        if (block->Memory() <= MostMemory - m_memory) {
-            m_memory += block->Memory();
-            m_blocks[index] = block;
-        }
-        return block;
+        m_passed.reset();  // the next one may take its room
+        m_passed = ReadBlock(index);
+        m_passedIndex = index;
+        return m_passed;
     } catch (const XFstTooMuch &) {
         NoteTooMuch(index);
     } catch (const XFstDamage &) {
@@ -69,17 +78,18 @@ CFstBlocks::BlockPtr CFstBlocks::ReadBlock(std::size_t index)
     return block;
 }
 
-bool CFstBlocks::Unpack(std::size_t block, const SFstStretch &stretch, std::uint64_t &left, CFstBuffer &chain)
+bool CFstBlocks::Unpack(std::size_t block, const SFstStretch &stretch, std::uint64_t &left, std::uint64_t &allLeft,
+                        CFstBuffer &chain)
 {
     chain.clear();
-    const BlockPtr read = Block(block);
+    const BlockPtr read = Pass(block);
     if (!read)
         return true;
     try {
-        chain = read->Chain(m_file, stretch, std::min(left, m_bytesLeft));
+        chain = read->Chain(m_file, stretch, std::min(left, allLeft));
         const std::uint64_t size = std::max<std::uint64_t>(chain.size(), stretch.size);
         left -= size;
-        m_bytesLeft -= size;
+        allLeft -= size;
     } catch (const XFstTooMuch &) {
         NoteTooMuch(block);
         return false;

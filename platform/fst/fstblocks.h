@@ -32,10 +32,14 @@ public:
     const SFstLimits &Limits() const { return m_limits; }
     /// @return null if it cannot be read
     BlockPtr Block(std::size_t index);
+    /// The same for who goes from block to block: only the one that was passed last is kept for that.
+    BlockPtr Pass(std::size_t index);
     /// Unpacks the changes in a stretch of a block.
-    /// @param left  bytes that may be unpacked of the store; those that are come off
-    /// @return false behind the last one that may be unpacked of the store
-    bool Unpack(std::size_t block, const SFstStretch &stretch, std::uint64_t &left, CFstBuffer &chain);
+    /// @param left     bytes that may be unpacked of the store; those that are come off
+    /// @param allLeft  the same of all that are read together
+    /// @return false behind the last one that may be unpacked
+    bool Unpack(std::size_t block, const SFstStretch &stretch, std::uint64_t &left, std::uint64_t &allLeft,
+                CFstBuffer &chain);
 
     /// The letters of a store at the beginning of the first block; empty if it has none there.
     SFstSpan FrameLetters(const SFstStore &store);
@@ -61,11 +65,12 @@ private:
     const SFstLayout &m_layout;
     SFstLimits m_limits;
     std::vector<BlockPtr> m_blocks;    // those that are kept
+    BlockPtr m_passed;                 // the last one that was read
+    std::size_t m_passedIndex = 0;
     std::vector<bool> m_isUnreadable;  // of each block
     std::vector<bool> m_isCounted;     // of each block: its times are taken off those that there may be
     std::size_t m_memory = 0;          // of the blocks that are kept
     std::uint64_t m_timesLeft;
-    std::uint64_t m_bytesLeft;          // of changes
     std::optional<CFstBuffer> m_frame;  // the first block's
     std::optional<std::uint64_t> m_firstDamage;
     bool m_isTooMuch = false;

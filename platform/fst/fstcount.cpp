@@ -46,7 +46,7 @@ void CFstCounter::CountInitial(const std::vector<SFstTrackStretch> &stretches, c
 
 void CFstCounter::CountChain(std::size_t block, std::uint32_t track, SFstSpan bytes)
 try {
-    const CFstBlocks::BlockPtr read = m_blocks.Block(block);
+    const CFstBlocks::BlockPtr read = m_blocks.Pass(block);
     CFstChain chain(bytes, m_tracks.Store(track));
     while (read && !chain.AtEnd()) {
         std::uint64_t timeIndex = 0;

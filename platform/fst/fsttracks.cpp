@@ -14,7 +14,7 @@ using tesk::BitGroupPositions;
 
 CFstTracks::CFstTracks(CFstBlocks &blocks, const std::vector<SFstStore> &stores)
     : m_blocks(blocks), m_stores(stores), m_isBigEndian(blocks.Layout().header.isBigEndian),
-      m_trackOf(stores.size(), None)
+      m_bytesLeft(blocks.Limits().ChangeBytes()), m_trackOf(stores.size(), None)
 {}
 
 std::uint32_t CFstTracks::Add(std::uint32_t store)
@@ -34,7 +34,7 @@ std::vector<SFstTrackStretch> CFstTracks::StretchesIn(std::size_t block)
 {
     constexpr std::size_t CostOfLookUp = 16;
     std::vector<SFstTrackStretch> stretches;
-    const CFstBlocks::BlockPtr read = m_blocks.Block(block);
+    const CFstBlocks::BlockPtr read = m_blocks.Pass(block);
     if (!read)
         return stretches;
     const CFstPositions &positions = read->Positions();
@@ -59,7 +59,7 @@ void CFstTracks::Unpack(std::size_t block, const SFstTrackStretch &stretch, CFst
 {
     chain.clear();
     SFstTrack &track = m_tracks[stretch.track];
-    if (track.bytesLeft > 0 && !m_blocks.Unpack(block, stretch.stretch, track.bytesLeft, chain))
+    if (track.bytesLeft > 0 && !m_blocks.Unpack(block, stretch.stretch, track.bytesLeft, m_bytesLeft, chain))
         track.bytesLeft = 0;  // nor is what follows
 }
 

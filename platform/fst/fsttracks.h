@@ -63,6 +63,7 @@ private:
     CFstBlocks &m_blocks;
     const std::vector<SFstStore> &m_stores;
     bool m_isBigEndian;
+    std::uint64_t m_bytesLeft;  // of all changes, that may be unpacked
     std::vector<SFstTrack> m_tracks;
     std::vector<std::uint32_t> m_trackOf;  // by store
     tesk::CPresentValues m_values;         // by track

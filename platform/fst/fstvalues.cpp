@@ -1,31 +1,21 @@
 #include "platform/fst/fstvalues.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <new>
 #include <utility>
 
 namespace NTARN {
-namespace {
-
-template <class T>
-void AppendBytes(std::string &text, const T &value)
-{
-    text.append(reinterpret_cast<const char *>(&value), sizeof value);
-}
-
-}  // namespace
 
 CFstValues::CFstValues(CFstBlocks &blocks, const std::vector<SFstStore> &stores, const SFstClock &clock)
     : m_blocks(blocks), m_stores(stores), m_clock(clock), m_eventsLeft(blocks.Limits().Events()),
-      m_sharedOf(stores.size(), None)
+      m_bytesLeft(blocks.Limits().ChangeBytes())
 {}
 
 const SFstEvents &CFstValues::Events(std::uint32_t store)
 {
     static const SFstEvents none;
     try {
-        SShared &shared = m_shared[Identify(store)];
+        SShared &shared = m_shared[Share(store)];
         if (shared.isRead)
             return shared.events;
         shared.isRead = true;
@@ -39,17 +29,36 @@ const SFstEvents &CFstValues::Events(std::uint32_t store)
 
 std::uint32_t CFstValues::Identify(std::uint32_t store)
 {
-    std::uint32_t &shared = m_sharedOf[store];
-    if (shared != None)
-        return shared;
-    if (++m_askedFor == 2)
+    m_classes.Find(m_blocks, m_stores);
+    return m_classes.Of(store);
+}
+
+bool CFstValues::MayHaveEvents(std::uint32_t store)
+{
+    m_classes.Find(m_blocks, m_stores);
+    return m_classes.HasChanges(store) || !m_blocks.Initial(m_stores[store], {}).letters.empty();
+}
+
+// Who asks for one store only has no need to know which ones are like it.
+std::uint32_t CFstValues::Share(std::uint32_t store)
+{
+    if (m_firstStore == None) {
+        m_firstStore = store;
+        m_shared.emplace_back();
+    }
+    if (m_firstStore == store)
+        return 0;
+    if (m_sharedOf.empty()) {
+        m_classes.Find(m_blocks, m_stores);
         FindBlocks();
-    const auto next = static_cast<std::uint32_t>(m_shared.size());
-    const std::vector<SSource> sources = Sources(store);
-    const auto [place, isNew] = m_places.try_emplace(Identity(store, sources), next);
-    if (isNew)
-        m_shared.push_back({!sources.empty() || !m_blocks.Initial(m_stores[store], {}).letters.empty(), false, {}});
-    shared = place->second;
+        m_sharedOf.assign(m_classes.Count(), None);
+        m_sharedOf[m_classes.Of(m_firstStore)] = 0;
+    }
+    std::uint32_t &shared = m_sharedOf[m_classes.Of(store)];
+    if (shared == None) {
+        shared = static_cast<std::uint32_t>(m_shared.size());
+        m_shared.emplace_back();
+    }
     return shared;
 }
 
@@ -94,25 +103,13 @@ void CFstValues::AddSource(std::size_t block, std::uint32_t store, std::vector<S
 
 void CFstValues::FindBlocks()
 {
+    CFstStoreBlocks found;
     for (std::size_t i = 0; i < m_blocks.Count(); ++i) {
         if (const CFstBlocks::BlockPtr block = m_blocks.Block(i))
-            m_storeBlocks.Add(i, block->Positions(), m_stores.size());
+            found.Add(i, block->Positions(), m_stores.size());
     }
-    m_storeBlocks.End(m_stores.size());
-}
-
-// What the events are made of: stores of which it is the same have the same events.
-std::string CFstValues::Identity(std::uint32_t store, const std::vector<SSource> &sources)
-{
-    const SFstSpan letters = m_blocks.FrameLetters(m_stores[store]);
-    std::string identity(reinterpret_cast<const char *>(letters.data()), letters.size());
-    AppendBytes(identity, m_stores[store].kind);
-    AppendBytes(identity, m_stores[store].size);
-    for (const SSource &source : sources) {
-        AppendBytes(identity, source.block);
-        AppendBytes(identity, source.stretch.position);
-    }
-    return identity;
+    found.End(m_stores.size());
+    m_storeBlocks = std::move(found);
 }
 
 std::vector<CFstValues::SPiece> CFstValues::Pieces(const std::vector<SSource> &sources)
@@ -121,7 +118,7 @@ std::vector<CFstValues::SPiece> CFstValues::Pieces(const std::vector<SSource> &s
     std::uint64_t left = m_blocks.Limits().StoreBytes();
     for (const SSource &source : sources) {
         CFstBuffer chain;
-        if (!m_blocks.Unpack(source.block, source.stretch, left, chain))
+        if (!m_blocks.Unpack(source.block, source.stretch, left, m_bytesLeft, chain))
             break;
         if (!chain.empty())
             pieces.push_back({source.block, std::move(chain)});

@@ -3,11 +3,10 @@
 
 #include <cstdint>
 #include <deque>
-#include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "platform/fst/fstblocks.h"
+#include "platform/fst/fstclasses.h"
 #include "platform/fst/fstevents.h"
 #include "platform/fst/fststoreblocks.h"
 
@@ -24,7 +23,7 @@ public:
     /// A number that stores have in common if they share their events, which are not read for that.
     std::uint32_t Identify(std::uint32_t store);
     /// Whether a store has events, as far as can be told without reading them.
-    bool MayHaveEvents(std::uint32_t store) { return m_shared[Identify(store)].mayHaveEvents; }
+    bool MayHaveEvents(std::uint32_t store);
 
 private:
     // Where a block has changes of a store.
@@ -39,16 +38,15 @@ private:
     };
     // Events that stores share.
     struct SShared {
-        bool mayHaveEvents;
         bool isRead = false;
         SFstEvents events;
     };
     static constexpr std::uint32_t None = UINT32_MAX;
 
+    std::uint32_t Share(std::uint32_t store);
     SFstEvents Load(std::uint32_t store, const std::vector<SSource> &sources);
     std::vector<SSource> Sources(std::uint32_t store);
     void AddSource(std::size_t block, std::uint32_t store, std::vector<SSource> &sources);
-    std::string Identity(std::uint32_t store, const std::vector<SSource> &sources);
     std::vector<SPiece> Pieces(const std::vector<SSource> &sources);
     void AddPieces(CFstEventMaker &maker, const std::vector<SPiece> &pieces);
     void FindBlocks();
@@ -57,11 +55,12 @@ private:
     const std::vector<SFstStore> &m_stores;
     SFstClock m_clock;
     std::uint64_t m_eventsLeft;
-    std::vector<std::uint32_t> m_sharedOf;                    // each store's; None before it is asked for
-    std::deque<SShared> m_shared;                             // stay where they are
-    std::unordered_map<std::string, std::uint32_t> m_places;  // in m_shared, by identity
-    std::size_t m_askedFor = 0;                               // stores
-    CFstStoreBlocks m_storeBlocks;                            // from the second store on
+    std::uint64_t m_bytesLeft;              // of changes, that may be unpacked
+    CFstClasses m_classes;                  // from the second store on
+    std::uint32_t m_firstStore = None;      // whose events were asked for
+    std::vector<std::uint32_t> m_sharedOf;  // each class's; None before it is asked for
+    std::deque<SShared> m_shared;           // stay where they are
+    CFstStoreBlocks m_storeBlocks;          // from the second store on
 };
 
 }  // namespace NTARN

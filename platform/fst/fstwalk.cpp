@@ -73,7 +73,7 @@ bool CFstWalk::LoadBlock()
     if (index == m_blocks.Count())
         return false;
     ++m_nextBlock;
-    m_block = m_blocks.Block(index);
+    m_block = m_blocks.Pass(index);
     m_cursors.clear();
     m_bucket = 0;
     m_buckets.assign(m_block ? m_block->Times().Count() : 0, None);

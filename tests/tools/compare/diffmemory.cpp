@@ -1,6 +1,7 @@
 // What a comparison of long files needs.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
 
 #include "testpaths.h"
@@ -21,7 +22,7 @@ TEST(Diff, NeedsNoMoreMemoryForLongerFiles)
                        "tesk convert short.fst short.zyn && tesk convert long.fst long.zyn")
                   .status,
               0);
-    for (const char *kind : {".vcd", ".zyn"}) {
+    for (const char *kind : {".fst", ".vcd", ".zyn"}) {
         const auto peak = [&](const std::string &name) {
             const std::string path = (folder / (name + kind).c_str()).string();
             return PeakKilobytes("'" TESK_TOOL "' diff " + path + " " + path);

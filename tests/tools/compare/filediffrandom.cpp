@@ -378,6 +378,48 @@ TEST(FileDiff, AgreesWithALookAtEveryTickOnThousandsOfPairs)
     EXPECT_GT(different, 1000);
 }
 
+// Nothing is computed here: what is found is what was planted.
+TEST(FileDiff, FindsTheOneDifferenceThatIsPlantedAndNoOther)
+{
+    for (unsigned round = 0; round < 1000; ++round) {
+        CDice dice(round);
+        SRandomSide expected = RandomSide(dice);
+        CMemoryFile expectedFile = FileOf(dice, expected, 1, 1000);  // may fold letters
+        SRandomSide got = expected;
+        const auto place = static_cast<std::size_t>(dice.To(std::ssize(got.signals) - 1));
+        SRandomSignal &signal = got.signals[place];
+        const auto element = static_cast<std::size_t>(dice.To(std::ssize(signal.elements) - 1));
+        auto &events = signal.elements[element];
+        const long long time = dice.To(Times - 1);
+        const CShown before = ShownAt(events, time);
+        if (before.empty())
+            continue;
+        events.try_emplace(time + 1, before);  // one tick, if nothing changes then
+        if (signal.kind == SRandomSignal::Levels)
+            events[time] = InFourStates(before[0]) == '1' ? "0" : "1";
+        else
+            events[time] = std::to_string(std::stoi(before) + 100);
+        CMemoryFile gotFile = FileOf(dice, got, 1, 1000);
+        const tesk::SFileDiff diff = tesk::DiffFiles(expectedFile, gotFile, {});
+        std::size_t different = 0;
+        for (std::size_t pair = 0; pair < diff.signals.pairs.size(); ++pair) {
+            const tesk::SPairVerdict &verdict = diff.Verdict(pair);
+            if (!verdict.first)
+                continue;
+            ++different;
+            EXPECT_TRUE(diff.signals.pairs[pair].expectedName.starts_with(signal.name));
+            EXPECT_EQ(verdict.first->time, time);
+            EXPECT_EQ(verdict.stretches, 1);
+        }
+        const bool hasAlias = signal.kind != SRandomSignal::Levels;
+        EXPECT_EQ(different, hasAlias ? 2U : 1U);
+        EXPECT_FALSE(diff.earlyEnd);
+        ASSERT_FALSE(::testing::Test::HasFailure())
+            << "round " << round << ", planted at " << time << " in " << signal.name << '\n'
+            << Show(expected) << "got " << Show(got);
+    }
+}
+
 // The files count in units of which neither is a multiple of the other one's.
 TEST(FileDiff, ComparesFilesOfDifferentUnits)
 {
