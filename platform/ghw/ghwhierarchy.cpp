@@ -20,8 +20,12 @@ enum class EGhwScope : std::uint8_t {
     Package = 7,
     Process = 13,
     ScopeEnd = 15,
-    Signal = 16,  // and ports: in, out, inout, buffer, linkage
-    LastPort = 21
+    Signal = 16,
+    PortIn = 17,
+    PortOut = 18,
+    PortInOut = 19,
+    PortBuffer = 20,
+    PortLinkage = 21
 };
 
 // Longer paths are no names any more; together they could fill the memory.
@@ -32,6 +36,18 @@ constexpr std::uint64_t PathsPerByte = 16;
 // What the descriptions of all signals' types may cost together: as much for every file, and something for each byte.
 constexpr std::uint64_t BaseTypeCost = 64 << 20;
 constexpr std::uint64_t TypeCostPerByte = 16;
+
+// Where a linkage leads nobody can tell.
+tesk::ESignalDirection DirectionOf(EGhwScope kind)
+{
+    switch (kind) {
+    case EGhwScope::PortIn: return tesk::ESignalDirection::In;
+    case EGhwScope::PortOut:
+    case EGhwScope::PortBuffer: return tesk::ESignalDirection::Out;
+    case EGhwScope::PortInOut: return tesk::ESignalDirection::InOut;
+    default: return tesk::ESignalDirection::Unknown;
+    }
+}
 
 EGhwValue ValueOf(EGhwKind kind)
 {
@@ -81,9 +97,9 @@ private:
         case EGhwScope::ScopeEnd: CloseScope(); return true;
         default: break;
         }
-        if (kind < EGhwScope::Signal || kind > EGhwScope::LastPort)
+        if (kind < EGhwScope::Signal || kind > EGhwScope::PortLinkage)
             throw XGhwDamage();
-        ReadSignal();
+        ReadSignal(DirectionOf(kind));
         return true;
     }
 
@@ -134,7 +150,7 @@ private:
         return m_scope < 0 ? 0 : m_hierarchy.m_scopes[static_cast<std::size_t>(m_scope)].pathSize;
     }
 
-    void ReadSignal()
+    void ReadSignal(tesk::ESignalDirection direction)
     {
         const std::uint32_t name = m_bytes.Number();
         const std::uint32_t type = m_types.PlaceOf(m_bytes.Number());
@@ -143,7 +159,7 @@ private:
             throw XGhwDamage();
         ReadElements(m_types.At(type));
         if (IsNamed(name, m_types.At(type)) && IsTold(type)) {
-            m_hierarchy.m_signals.push_back({name, m_scope, type, first});
+            m_hierarchy.m_signals.push_back({name, m_scope, type, first, direction});
             return;
         }
         ++m_hierarchy.m_leftOutCount;

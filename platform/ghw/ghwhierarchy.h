@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/ghw/ghwtypes.h"
+#include "platform/types/direction.h"
 
 namespace NTARN {
 
@@ -25,6 +26,7 @@ struct SGhwSignal {
     int scope;                 ///< place among the scopes; -1 for none
     std::uint32_t type;        ///< place among the types
     std::size_t firstElement;  ///< place in `ElementOf`
+    tesk::ESignalDirection direction;
 };
 
 class CGhwHierarchy {

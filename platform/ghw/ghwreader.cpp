@@ -131,6 +131,16 @@ std::string CGhwReader::GetName(int handle)
                                         : SpellSignalName(m_head.strings.Text(type.fields[part].name));
 }
 
+// That of the whole.
+tesk::ESignalDirection CGhwReader::GetDirection(int handle)
+{
+    const SGhwNode *node = m_nodes.Find(handle);
+    for (; node != nullptr && node->parent != 0; node = m_nodes.Find(handle))
+        handle = node->parent;
+    return node != nullptr ? m_head.hierarchy.Signals()[static_cast<std::size_t>(handle - 1)].direction
+                           : tesk::ESignalDirection::Unknown;
+}
+
 // The type of a part is told inside that of the whole.
 const KTypeInfo &CGhwReader::GetType(int handle)
 {

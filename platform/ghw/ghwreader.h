@@ -10,6 +10,7 @@
 #include "platform/ghw/ghwnodes.h"
 #include "platform/kestrin.h"
 #include "platform/tarn.h"
+#include "platform/types/direction.h"
 
 namespace NTARN {
 
@@ -19,7 +20,7 @@ bool IsGhwFile(const std::string &path);
 
 /// Times are femtoseconds. A record has its fields as children, under their names, and an array its elements, `[i]` or
 /// `[i][j]`, left bounds first. Scalars have the events, all others none of their own.
-class CGhwReader final : public IDatabaseReader {
+class CGhwReader final : public IDatabaseReader, public tesk::IDirectionSource {
 public:
     /// @throw XFileDoesNotExist, XFileCorrupted, XGhwDamage, tesk::XByteFault
     explicit CGhwReader(const std::string &path);
@@ -37,6 +38,8 @@ public:
     int GetMode(int) override { return 0; }
     std::string GetFullName(int handle, bool flag) override;
     long long GetSignalEndTime(int) override { return GetEndTime(); }
+
+    tesk::ESignalDirection GetDirection(int handle) override;
 
 private:
     // What stands in front of the changes, in the order in which it is read.
