@@ -1,18 +1,6 @@
 -- The same design in VHDL.
 library ieee;
 use ieee.std_logic_1164.all;
-
-entity parity is
-  port (bits : in std_logic_vector(9 downto 0); odd : out std_logic);
-end entity;
-
-architecture rtl of parity is
-begin
-  odd <= xor bits;
-end architecture;
-
-library ieee;
-use ieee.std_logic_1164.all;
 use ieee.numeric_std.all;
 
 entity accumulator is

@@ -70,7 +70,8 @@ void ReplayAll(const SBench &bench)
 {
     for (const SBenchReplay &replay : bench.replays) {
         const std::string place = PlaceText(bench.path, replay.place);
-        SReplayTimes times{TicksOf(replay.tolerance, bench.resolution), std::nullopt};
+        SReplayTimes times{TicksOf(replay.tolerance, bench.resolution), TicksOf(replay.from, bench.resolution),
+                           std::nullopt};
         if (bench.until)
             times.until = TicksOf(*bench.until, bench.resolution);
         try {

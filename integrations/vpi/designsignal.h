@@ -30,6 +30,10 @@ public:
     EContents Contents() const { return m_contents; }
     /// Bits; 1 for what has none.
     int Width() const { return m_width; }
+    /// Whether its bits have indices, and those of the outermost ones.
+    bool HasIndices() const { return m_isVector && m_contents == EContents::Letters; }
+    int Left() const { return m_left; }
+    int Right() const { return m_right; }
     /// Type description, as that of a signal in a waveform file.
     std::string Description() const;
 

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <limits>
 #include <map>
 #include <memory>
@@ -18,6 +19,7 @@
 #include "integrations/vpi/hierarchicalname.h"
 #include "integrations/vpi/recordedclocks.h"
 #include "integrations/vpi/recordedports.h"
+#include "integrations/vpi/recordmatch.h"
 #include "integrations/vpi/runcomparison.h"
 #include "integrations/vpi/session.h"
 #include "integrations/vpi/simulator.h"
@@ -74,8 +76,9 @@ const SBitLiterals &LiteralsOf(const Kestrin::KTypeInfo &type)
 // A signal of the design that follows one of the file.
 class CFollower {
 public:
+    // @param isWhole  whether the one is the other; else bits of it are, each by itself
     // @throw CRefusal if it cannot
-    CFollower(const SFileSignal &recorded, vpiHandle object)
+    CFollower(const SFileSignal &recorded, vpiHandle object, bool isWhole)
         : m_signal(object), m_kind(KindOf(recorded.type)),
           m_strength(Simulator().hasForce ? EStrength::Override : EStrength::Deposit)
     {
@@ -84,12 +87,13 @@ public:
         const Kestrin::KTypeInfo &scalar = element != nullptr ? *element : recorded.type;
         m_kind = KindOf(scalar);
         m_literals = &LiteralsOf(scalar);
-        m_takesNumber = recorded.elementCount <= MostBits && Simulator().takesNumbers;
+        m_takesNumber = isWhole && recorded.elementCount <= MostBits && Simulator().takesNumbers;
         const bool isReal = m_signal.Contents() == EContents::Real;
         const bool hasBits = m_kind == ETypeKind::Enumeration && m_literals->isWhole;
-        m_value.resize(static_cast<std::size_t>(recorded.elementCount));
+        const long long bits = isWhole ? recorded.elementCount : BitsOf(m_signal);
+        m_value.resize(static_cast<std::size_t>(bits));
         const bool fits =
-            hasBits ? !isReal && recorded.elementCount == BitsOf(m_signal)
+            hasBits ? !isReal && bits == BitsOf(m_signal)
                     : element == nullptr && m_kind != ETypeKind::Enumeration && isReal == (m_kind == ETypeKind::Real);
         if (!fits)
             throw CRefusal(m_signal.Name() + " is of the type " + Quote(recorded.type.GetTypeIdentifier()) +
@@ -110,6 +114,15 @@ public:
                                    [this](std::uint8_t position) { return m_literals->letters[position]; });
         else
             TakeValues(walk.GetValues());
+    }
+
+    // The same of one bit. @return whether it is another one than before
+    bool TakeBit(const CFileWalk &walk, std::size_t element, std::size_t bit)
+    {
+        const std::uint64_t position = walk.GetValues()[element].value_or(m_literals->letters.size());
+        const char letter =
+            position < m_literals->letters.size() ? m_literals->letters[static_cast<std::size_t>(position)] : '\0';
+        return std::exchange(m_value[bit], letter) != letter;
     }
 
     void Put()
@@ -169,13 +182,28 @@ private:
     bool m_isNumber = false;
 };
 
+// What changes in the design with a signal of the walk.
+struct SFollowing {
+    std::size_t follower;
+    bool isWhole;
+    std::size_t element = 0;  // of the recorded signal, if it is not followed as a whole
+    std::size_t bit = 0;      // of the design's
+};
+
+// What is played: recorded signals, what follows each of them, and those signals of the design.
+struct SPlayed {
+    std::vector<SFileSignal> signals;
+    std::vector<std::vector<SFollowing>> followings;
+    std::vector<CFollower> followers;
+};
+
 // Walks the file along with the simulation.
 class CReplay : public IPart, public IWoken {
 public:
-    CReplay(std::shared_ptr<IWaveformFile> file, const std::vector<SFileSignal> &signals,
-            std::vector<CFollower> followers, std::string place)
-        : m_place(std::move(place)), m_file(std::move(file)), m_isClock(FindClocks(*m_file, signals)),
-          m_followers(std::move(followers)), m_walk(*m_file, signals), m_resolution(m_file->GetResolution()),
+    CReplay(std::shared_ptr<IWaveformFile> file, SPlayed played, std::string place)
+        : m_place(std::move(place)), m_file(std::move(file)), m_isClock(FindClocks(*m_file, played.signals)),
+          m_followings(std::move(played.followings)), m_followers(std::move(played.followers)),
+          m_isLate(m_followers.size()), m_walk(*m_file, played.signals), m_resolution(m_file->GetResolution()),
           m_begin(Now())
     {
         m_hasClocks = std::ranges::find(m_isClock, true) != m_isClock.end();
@@ -190,11 +218,8 @@ public:
         bool hasClock = false;
         while (m_hasChange && m_next <= now) {
             const std::size_t signal = m_walk.GetSignal();
-            m_followers[signal].Take(m_walk);
-            if (m_isClock[signal] || !m_hasClocks)
-                m_followers[signal].Put();
-            else
-                m_late.push_back(signal);
+            for (const SFollowing &following : m_followings[signal])
+                Follow(following, m_isClock[signal] || !m_hasClocks);
             hasClock = hasClock || m_isClock[signal];
             GoOn();
         }
@@ -210,10 +235,28 @@ private:
         return 0;
     }
 
+    // A vector whose bits are recorded one by one is put when all that change now are known.
+    void Follow(const SFollowing &following, bool isAtOnce)
+    {
+        CFollower &follower = m_followers[following.follower];
+        if (following.isWhole)
+            follower.Take(m_walk);
+        else if (!follower.TakeBit(m_walk, following.element, following.bit))
+            return;
+        if (isAtOnce && following.isWhole) {
+            follower.Put();
+        } else if (!m_isLate[following.follower]) {
+            m_isLate[following.follower] = true;
+            m_late.push_back(following.follower);
+        }
+    }
+
     void PutLate()
     {
-        for (const std::size_t signal : m_late)
-            m_followers[signal].Put();
+        for (const std::size_t follower : m_late) {
+            m_isLate[follower] = false;
+            m_followers[follower].Put();
+        }
         m_late.clear();
     }
 
@@ -242,15 +285,17 @@ private:
 
     std::string m_place;  // in the bench
     std::shared_ptr<IWaveformFile> m_file;
-    std::vector<bool> m_isClock;  // by the places of the signals in the walk; so the next
+    std::vector<bool> m_isClock;                        // of each signal of the walk
+    std::vector<std::vector<SFollowing>> m_followings;  // the same
     std::vector<CFollower> m_followers;
+    std::vector<bool> m_isLate;  // of each follower
     CFileWalk m_walk;
     bool m_hasClocks = false;
     long long m_resolution;           // femtoseconds per tick of the file
     long long m_begin;                // ticks; where the file begins
     long long m_next = -1;            // ticks; of the change at which the walk stands
     bool m_hasChange = false;         // the walk stands at one that is not put
-    std::vector<std::size_t> m_late;  // signals whose values are still to be put
+    std::vector<std::size_t> m_late;  // followers whose values are still to be put
 };
 
 // The names below the scope that are to be driven: of patterns, else of the inputs of the scope.
@@ -272,9 +317,9 @@ public:
     bool Has(const std::string &name)
     {
         if (m_globs.empty())
-            return std::ranges::any_of(m_inputs, [&](const std::string &input) { return IsSameName(input, name); });
+            return std::ranges::any_of(m_inputs, [&](const std::string &input) { return IsOfPort(name, input); });
         const auto glob =
-            std::ranges::find_if(m_globs, [&](const std::string &each) { return IsLikeGlob(name, each); });
+            std::ranges::find_if(m_globs, [&](const std::string &each) { return IsLikePattern(name, each); });
         if (glob == m_globs.end())
             return false;
         return true;
@@ -285,7 +330,7 @@ public:
     {
         for (const std::string &glob : m_globs) {
             const bool isUsed =
-                std::ranges::any_of(names, [&](const std::string &name) { return IsLikeGlob(name, glob); });
+                std::ranges::any_of(names, [&](const std::string &name) { return IsLikePattern(name, glob); });
             if (!isUsed)
                 Tell(ESeverity::Error, place,
                      "the file has no signal " + Quote(glob) + " to drive" + DidYouMean(glob, names));
@@ -306,44 +351,69 @@ void TellRounding(IWaveformFile &file, const SBenchReplay &replay, const std::st
                  TickText(1, Resolution()) + ": its times are rounded down");
 }
 
+// The followers of matches, but of signals for which a formula of the bench stands in.
+SPlayed FollowersOf(IWaveformFile &file, const std::vector<SMatch> &matches,
+                    const std::function<void(const CRefusal &)> &refuse)
+{
+    SPlayed played;
+    std::map<std::size_t, std::size_t> places;  // of recorded signals, in the walk
+    const auto follow = [&](std::size_t signal, const SFollowing &following) {
+        const auto [place, isNew] = places.try_emplace(signal, played.signals.size());
+        if (isNew) {
+            played.signals.push_back(file.GetSignals()[signal]);
+            played.followings.emplace_back();
+        }
+        played.followings[place->second].push_back(following);
+    };
+    for (const SMatch &match : matches) {
+        try {
+            if (CSession::Current().IsStimulated(FullName(match.object)))
+                continue;
+            const std::size_t follower = played.followers.size();
+            played.followers.emplace_back(file.GetSignals()[match.signal], match.object, match.bits.empty());
+            if (match.bits.empty())
+                follow(match.signal, {follower, true});
+            for (const SMatchedBit &bit : match.bits)
+                follow(bit.signal, {follower, false, bit.element, bit.bit});
+        } catch (const CRefusal &refusal) {
+            refuse(refusal);
+        }
+    }
+    return played;
+}
+
 }  // namespace
 
 void StartReplay(const SBenchReplay &replay, const SReplayTimes &times, const std::string &place)
 {
     const std::shared_ptr<IWaveformFile> file = OpenWaveFile(replay.file);
     CChoice choice(*file, replay);
-    std::vector<SFileSignal> signals;
-    std::vector<CFollower> followers;
+    std::vector<SRecorded> recorded;
     std::vector<std::string> names, driven;
-    for (const SFileSignal &recorded : file->GetSignals()) {
-        const auto below = NameBelow(recorded.path, replay.scope);
+    const std::vector<SFileSignal> &all = file->GetSignals();
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        const auto below = NameBelow(all[i].path, replay.scope);
         if (!below || below->empty())
             continue;
         names.emplace_back(*below);
-        if (!choice.Has(names.back()))
-            continue;
-        try {
-            const vpiHandle object = FindObject(JoinName(replay.to, *below));
-            if (CSession::Current().IsStimulated(FullName(object)))
-                continue;  // a formula of the bench stands in for the record
-            followers.emplace_back(recorded, object);
-            signals.push_back(recorded);
-            driven.push_back(names.back());
-        } catch (const CRefusal &refusal) {
-            Tell(ESeverity::Error, place, refusal.what());
-        }
+        if (choice.Has(names.back()))
+            recorded.push_back({i, JoinName(replay.to, *below)});
     }
     if (names.empty())
         throw CRefusal(replay.file + ": there is nothing below " + Quote(replay.scope) +
                        " in the file; \"tesk signals " + replay.file + "\" lists its signals");
+    const auto refuse = [&](const CRefusal &refusal) { Tell(ESeverity::Error, place, refusal.what()); };
+    SPlayed played = FollowersOf(*file, MatchRecord(*file, recorded, refuse), refuse);
+    for (const SFileSignal &signal : played.signals)
+        driven.emplace_back(*NameBelow(signal.path, replay.scope));
     choice.TellUnused(names, place);
     TellRounding(*file, replay, place);
-    const bool isCompared = StartRunComparison(file, {replay, place, times.tolerance, times.until, driven});
-    if (signals.empty() && !isCompared)
+    const bool isCompared = StartRunComparison(file, {replay, place, times.tolerance, times.from, times.until, driven});
+    if (played.signals.empty() && !isCompared)
         throw CRefusal(replay.file + ": there is nothing to drive, and nothing to compare");
-    if (signals.empty())
+    if (played.signals.empty())
         return;
-    auto player = std::make_unique<CReplay>(file, signals, std::move(followers), place);
+    auto player = std::make_unique<CReplay>(file, std::move(played), place);
     CSession &session = CSession::Current();
     session.WakeUps().At(Now(), *player);
     session.Add(std::move(player));

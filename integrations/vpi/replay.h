@@ -11,6 +11,7 @@ namespace tesk::vpi {
 /// Times of a replay, in ticks of the simulation.
 struct SReplayTimes {
     long long tolerance = 0;         ///< a recorded change may come so much earlier or later
+    long long from = 0;              ///< what happens before is not compared
     std::optional<long long> until;  ///< when the simulation is meant to end
 };
 

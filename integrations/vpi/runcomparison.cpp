@@ -12,6 +12,7 @@
 #include "integrations/vpi/designsignal.h"
 #include "integrations/vpi/hierarchicalname.h"
 #include "integrations/vpi/recordedports.h"
+#include "integrations/vpi/recordmatch.h"
 #include "integrations/vpi/session.h"
 #include "integrations/vpi/simulator.h"
 #include "tools/commandline.h"
@@ -39,25 +40,16 @@ class CRunComparison;
 // A signal of the design, in the form that its like in the file has.
 class CObserved {
 public:
+    // @param bits  that are recorded each by itself, by their places from the left; empty if all are, together
     // @throw CRefusal if it has no such form
-    CObserved(CRunComparison &owner, std::size_t pair, vpiHandle object, const SComparedForm &recorded)
-        : m_owner(owner), m_pair(pair), m_object(object), m_signal(object), m_form(recorded)
+    CObserved(CRunComparison &owner, std::size_t pair, vpiHandle object, const SComparedForm &recorded,
+              std::vector<std::size_t> bits)
+        : m_owner(owner), m_pair(pair), m_object(object), m_signal(object), m_form(recorded), m_bits(std::move(bits))
     {
-        const EContents contents = m_signal.Contents();
-        const std::size_t bits =
-            contents == EContents::Integer ? IntegerBits : static_cast<std::size_t>(m_signal.Width());
-        const bool isInteger = recorded == SComparedForm{EComparedKind::Integer, 1};
-        bool fits = recorded == SComparedForm{EComparedKind::Levels, bits};
-        if (contents == EContents::Real) {
-            fits = recorded == SComparedForm{EComparedKind::Real, 1};
-        } else if (contents == EContents::Letters && isInteger && bits > 1 && bits <= WidestInteger) {
-            m_form = {EComparedKind::Levels, bits};
-            fits = true;
-        } else if (contents == EContents::Integer && isInteger) {
-            fits = true;
-        }
-        if (!fits)
-            throw CRefusal(m_signal.Name() + ": its values cannot be compared with those in the file");
+        if (m_bits.empty())
+            FindForm(recorded);
+        else if (m_signal.Contents() != EContents::Letters || recorded.kind != EComparedKind::Levels)
+            Refuse();
     }
 
     const std::string &Name() const { return m_signal.Name(); }
@@ -75,9 +67,9 @@ public:
         default: break;
         }
         std::string letters = m_signal.Read();
-        letters.resize(m_form.width, 'x');
-        for (const char letter : letters) {
-            const char level = ComparedLevel(letter, policy);
+        letters.resize(std::max<std::size_t>(m_form.width, static_cast<std::size_t>(m_signal.Width())), 'x');
+        for (std::size_t i = 0; i < m_form.width; ++i) {
+            const char level = ComparedLevel(letters[m_bits.empty() ? i : m_bits[i]], policy);
             *row++ = level != '\0' ? level : ComparedLevel('X', policy);
         }
     }
@@ -86,11 +78,36 @@ private:
     static constexpr std::size_t IntegerBits = 32;
     static constexpr std::size_t WidestInteger = 64;
 
+    void FindForm(const SComparedForm &recorded)
+    {
+        const EContents contents = m_signal.Contents();
+        const std::size_t bits =
+            contents == EContents::Integer ? IntegerBits : static_cast<std::size_t>(m_signal.Width());
+        const bool isInteger = recorded == SComparedForm{EComparedKind::Integer, 1};
+        bool fits = recorded == SComparedForm{EComparedKind::Levels, bits};
+        if (contents == EContents::Real) {
+            fits = recorded == SComparedForm{EComparedKind::Real, 1};
+        } else if (contents == EContents::Letters && isInteger && bits > 1 && bits <= WidestInteger) {
+            m_form = {EComparedKind::Levels, bits};
+            fits = true;
+        } else if (contents == EContents::Integer && isInteger) {
+            fits = true;
+        }
+        if (!fits)
+            Refuse();
+    }
+
+    [[noreturn]] void Refuse() const
+    {
+        throw CRefusal(m_signal.Name() + ": its values cannot be compared with those in the file");
+    }
+
     CRunComparison &m_owner;
     std::size_t m_pair;
     vpiHandle m_object;
     CDesignSignal m_signal;
     SComparedForm m_form;
+    std::vector<std::size_t> m_bits;
 };
 
 // The record is walked along with the simulation; what the design shows is told where it changes.
@@ -107,15 +124,21 @@ public:
     CRunComparison(const CRunComparison &) = delete;
 
     // @throw CRefusal if the two have no values in common
-    void Add(std::size_t recorded, vpiHandle object)
+    void Add(const SMatch &match)
     {
-        const SFileSignal &signal = m_file->GetSignals()[recorded];
-        const auto width = static_cast<std::size_t>(signal.elementCount);
-        m_observed.emplace_back(*this, m_comparison.PairCount(), object,
-                                SComparedForm{m_forms.Of(recorded).Kind(), width});
+        const auto all = static_cast<std::size_t>(m_file->GetSignals()[match.signal].elementCount);
+        const std::size_t width = match.bits.empty() ? all : match.bits.size();
+        std::vector<std::size_t> bits;
+        for (const SMatchedBit &bit : match.bits)
+            bits.push_back(bit.bit);
+        m_observed.emplace_back(*this, m_comparison.PairCount(), match.object,
+                                SComparedForm{m_forms.Of(match.signal).Kind(), width}, std::move(bits));
         const SComparedForm &form = m_observed.back().Form();
         const std::size_t pair = m_comparison.AddPair(form);
-        m_expected.Feed(pair, form, {recorded, 0, 0, width});
+        if (match.bits.empty())
+            m_expected.Feed(pair, form, {match.signal, 0, 0, all});
+        for (std::size_t slot = 0; slot < match.bits.size(); ++slot)
+            m_expected.Feed(pair, form, {match.bits[slot].signal, match.bits[slot].element, slot, 1});
     }
 
     std::size_t CountSignals() const { return m_observed.size(); }
@@ -153,7 +176,8 @@ private:
         SComparePolicy policy;
         policy.ignoresUnknown = !m_asked.replay.matchesUnknown;
         policy.tolerance = m_asked.tolerance;
-        policy.from = m_begin;
+        policy.realTolerance = m_asked.replay.realTolerance;
+        policy.from = std::max(m_begin, m_asked.from);
         policy.until = m_asked.until;
         return policy;
     }
@@ -270,7 +294,7 @@ private:
     void Sum(long long last)
     {
         const std::string all = std::to_string(m_observed.size()) + (m_observed.size() == 1 ? " signal" : " signals");
-        const std::string stretch = " from " + TimeOf(m_begin) + " to " + TimeOf(last);
+        const std::string stretch = " from " + TimeOf(m_comparison.Policy().from) + " to " + TimeOf(last);
         if (m_found.empty() && !m_endsEarly)
             return Say(m_asked.place, all + " as in " + m_asked.replay.file + stretch);
         std::string text =
@@ -320,20 +344,19 @@ public:
 
     bool Has(const std::string &name) const
     {
-        const auto isName = [&](const std::string &other) { return IsSameName(other, name); };
-        if (std::ranges::any_of(m_asked.driven, isName))
+        if (std::ranges::any_of(m_asked.driven, [&](const std::string &other) { return IsSameName(other, name); }))
             return false;
         if (m_asked.replay.compare.empty())
-            return std::ranges::any_of(m_outputs, isName);
+            return std::ranges::any_of(m_outputs, [&](const std::string &output) { return IsOfPort(name, output); });
         return std::ranges::any_of(m_asked.replay.compare,
-                                   [&](const std::string &glob) { return IsLikeGlob(name, glob); });
+                                   [&](const std::string &glob) { return IsLikePattern(name, glob); });
     }
 
     // Tells the patterns of no signal of the file.
     void TellUnused(const std::vector<std::string> &names) const
     {
         for (const std::string &glob : m_asked.replay.compare) {
-            if (std::ranges::none_of(names, [&](const std::string &name) { return IsLikeGlob(name, glob); }))
+            if (std::ranges::none_of(names, [&](const std::string &name) { return IsLikePattern(name, glob); }))
                 Tell(ESeverity::Error, m_asked.place,
                      "the file has no signal " + Quote(glob) + " to compare" + DidYouMean(glob, names));
         }
@@ -353,17 +376,21 @@ bool StartRunComparison(std::shared_ptr<IWaveformFile> file, SRunComparison aske
     const std::string place = asked.place;
     auto comparison = std::make_unique<CRunComparison>(file, asked);
     std::vector<std::string> names;
+    std::vector<SRecorded> recorded;
     for (std::size_t i = 0; i < signals.size(); ++i) {
         const auto name = NameBelow(signals[i].path, asked.replay.scope);
         if (!name)
             continue;
         names.emplace_back(*name);
-        if (!compared.Has(names.back()))
-            continue;
+        if (compared.Has(names.back()))
+            recorded.push_back({i, JoinName(asked.replay.to, *name)});
+    }
+    const auto refuse = [&](const CRefusal &refusal) { Tell(ESeverity::Error, place, refusal.what()); };
+    for (const SMatch &match : MatchRecord(*file, recorded, refuse)) {
         try {
-            comparison->Add(i, FindObject(JoinName(asked.replay.to, *name)));
+            comparison->Add(match);
         } catch (const CRefusal &refusal) {
-            Tell(ESeverity::Error, place, refusal.what());
+            refuse(refusal);
         }
     }
     compared.TellUnused(names);

@@ -16,6 +16,7 @@ struct SRunComparison {
     SBenchReplay replay;
     std::string place;                ///< for messages
     long long tolerance = 0;          ///< ticks
+    long long from = 0;               ///< ticks; what happens before is not compared
     std::optional<long long> until;   ///< ticks; the simulation is meant to end there
     std::vector<std::string> driven;  ///< names below the scope that the replay drives; they are not compared
 };

@@ -64,8 +64,8 @@ private:
     CFstFile &m_file;
     const SFstLayout &m_layout;
     SFstLimits m_limits;
-    std::vector<BlockPtr> m_blocks;    // those that are kept
-    BlockPtr m_passed;                 // the last one that was read
+    std::vector<BlockPtr> m_blocks;  // those that are kept
+    BlockPtr m_passed;               // the last one that was read
     std::size_t m_passedIndex = 0;
     std::vector<bool> m_isUnreadable;  // of each block
     std::vector<bool> m_isCounted;     // of each block: its times are taken off those that there may be

@@ -41,7 +41,7 @@ void CFstClasses::Begin(CFstBlocks &blocks, const std::vector<SFstStore> &stores
 void CFstClasses::Split(const CFstPositions &positions)
 {
     std::vector<std::pair<std::uint32_t, std::uint32_t>> first(positions.ChainCount(), {None, None});  // class, new one
-    std::map<std::pair<std::uint32_t, std::uint32_t>, std::uint32_t> others;                          // by chain and class
+    std::map<std::pair<std::uint32_t, std::uint32_t>, std::uint32_t> others;  // by chain and class
     for (std::size_t i = 0; i < positions.EntryCount(); ++i) {
         const std::uint32_t store = positions.StoreOf(i);
         if (store >= m_classOf.size() || positions.StretchOf(i).size == 0)

@@ -3,12 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "integrations/simulation.h"
 #include "testpaths.h"
+#include "tools/compare/longrecord.h"
 
 namespace {
 
@@ -47,6 +49,13 @@ long long FirstOne(const CChanges &changes, std::size_t place)
     return change != changes.end() ? change->first : -1;
 }
 
+// The last of the lines that hold a word.
+std::string LastLine(const CSimulation &simulation, const std::string &word)
+{
+    const std::vector<std::string> lines = simulation.Lines(word);
+    return lines.empty() ? "" : lines.back();
+}
+
 constexpr const char *Scope = "[[replay]]\nfile = \"run.fst\"\nscope = \"tb.dut\"\n";
 
 }  // namespace
@@ -71,6 +80,22 @@ TEST(ReplayCompared, FindsAMissingGateAtItsFirstTime)
         regression.Lines("replay.toml:"),
         ElementsAre(ContainsRegex("replay.toml:2:1: error: tb.dut.odd differs at " + first + ": got ., expected ."),
                     "replay.toml:2:1: error: 1 of 2 signals not as in run.fst from 0ps to 500ns, first tb.dut.odd at " +
+                        first));
+}
+
+TEST(ReplayCompared, FindsAMissingGateAtItsFirstTimeInGhdlToo)
+{
+    CRegression regression;
+    EXPECT_EQ(regression.Make("ghdl"), 0) << regression.Output();
+    EXPECT_NE(regression.Make("ghdl-broken"), 0);
+    const CChanges sum = regression.Dump("run.fst")["tb.dut.sum"];
+    const std::string first = std::to_string(FirstOne(sum, 0) / 1'000'000) + "ns";
+    ASSERT_NE(first, "0ns");
+    EXPECT_THAT(
+        regression.Lines("replay.toml:"),
+        ElementsAre("replay.toml:2:1: 2 signals as in run.fst from 0fs to 500ns",
+                    ContainsRegex("replay.toml:2:1: error: tb.dut.odd differs at " + first + ": got ., expected ."),
+                    "replay.toml:2:1: error: 1 of 2 signals not as in run.fst from 0fs to 500ns, first tb.dut.odd at " +
                         first));
 }
 
@@ -128,6 +153,99 @@ TEST(ReplayCompared, TakesRecordsOfAnotherUnitTolerancesAndUnknowns)
     EXPECT_THAT(regression.Lines("differs").back(), HasSubstr(" differs at 5ns: got 0"));
     EXPECT_EQ(regression.Replay(late + bench.substr(0, bench.find("x =")) + "tolerance = \"1ns\"\n"), 0)
         << regression.Output();
+}
+
+TEST(ReplayCompared, TakesAWindowAndADistanceOfReals)
+{
+    CSimulation simulation;
+    simulation.Write("run.vcd",
+                     "$timescale 1ns $end\n$scope module tb $end\n$var wire 1 ! go $end\n$var real 64 r level $end\n"
+                     "$upscope $end\n$enddefinitions $end\n#0\n0!\nr9 r\n#10\n1!\nr1.25 r\n#20\n0!\n#30\n");
+    simulation.Write("design.v", "`timescale 1ns / 1ps\nmodule tb;\n  reg go = 0;\n  real level = 1;\n"
+                                 "  always @(posedge go) level = 1.5;\n  initial #30 $finish;\nendmodule\n");
+    const auto replay = [&](const std::string &more) {
+        simulation.Write("bench.toml", "[[replay]]\nfile = \"run.vcd\"\nscope = \"tb\"\ndrive = [\"go\"]\n"
+                                       "compare = [\"level\"]\n" +
+                                           more);
+        return simulation.RunIcarus("+tesk=bench.toml");
+    };
+    EXPECT_EQ(replay(""), 1);
+    EXPECT_THAT(LastLine(simulation, "differs"), HasSubstr("tb.level differs at 0ps: got 1, expected 9"));
+    EXPECT_EQ(replay("real_tolerance = 0.25\n"), 1);
+    EXPECT_EQ(replay("from = \"10ns\"\n"), 1);
+    EXPECT_THAT(LastLine(simulation, "differs"), HasSubstr("tb.level differs at 10ns: got 1.5, expected 1.25"));
+    EXPECT_EQ(replay("from = \"10ns\"\nreal_tolerance = 0.25\n"), 0) << simulation.Output();
+    EXPECT_THAT(LastLine(simulation, "bench.toml"), HasSubstr(": 1 signal as in run.vcd from 10ns to 30ns"));
+}
+
+// A netlist has a bus of its source as single bits, and what simulates it dumps it so.
+TEST(ReplayCompared, TakesTheBitsOfARecordForABusAndABusForBits)
+{
+    CSimulation simulation;
+    const std::string head = "`timescale 1ns / 1ps\nmodule ";
+    const std::string vectors = head + "half(input clk, input [2:0] in, output reg [1:0] out);\n"
+                                       "  always @(posedge clk) out <= in[2:1];\nendmodule\n";
+    const std::string bits =
+        head + "half(input clk, input \\in[2] , input \\in[1] , input \\in[0] ,\n"
+               "  output reg \\out[1] , output reg \\out[0] );\n"
+               "  always @(posedge clk) begin \\out[1] <= \\in[2] ; \\out[0] <= \\in[1] ; end\nendmodule\n";
+    const std::string test = head + "tb;\n  reg clk = 0;\n  reg [2:0] in = 0;\n  wire [1:0] out;\n"
+                                    "  half dut(clk, in[2:0], out);\n"
+                                    "  always #5 clk = !clk;\n  always @(negedge clk) in <= 5 * in + 3;\n"
+                                    "  initial begin $dumpfile(\"run.vcd\"); $dumpvars(0, tb); end\n"
+                                    "  initial #200 $finish;\nendmodule\n";
+    const std::string bitTest =
+        std::string(test).replace(test.find("in[2:0], out"), 12, "in[2], in[1], in[0], out[1], out[0]");
+    const std::string idle = head + "tb;\n  reg clk = 0;\n  reg [2:0] in = 0;\n  wire [1:0] out;\n";
+    const std::string idleEnd = "  initial #200 $finish;\nendmodule\n";
+    simulation.Write("vectors.v", vectors + test);
+    simulation.Write("bits.v", bits + bitTest);
+    simulation.Write("idlevectors.v", vectors + idle + "  half dut(clk, in, out);\n" + idleEnd);
+    simulation.Write("idlebits.v", bits + idle + "  half dut(clk, in[2], in[1], in[0], out[1], out[0]);\n" + idleEnd);
+    simulation.Write("broken.v", std::string(vectors).replace(vectors.find("in[2:1]"), 7, "{in[2], in[0]}") + idle +
+                                     "  half dut(clk, in, out);\n" + idleEnd);
+    simulation.Write("bench.toml", "[[replay]]\nfile = \"run.vcd\"\nscope = \"tb.dut\"\n");
+    const auto replay = [&](const std::string &recorded, const std::string &design) {
+        EXPECT_EQ(simulation.Run("iverilog -o r.vvp " + recorded + " && vvp -n r.vvp && iverilog -o d.vvp " + design),
+                  0);
+        return simulation.Run("vvp -n -M '" TESK_MODULE_FOLDER "' -m tesk d.vvp +tesk=bench.toml");
+    };
+    EXPECT_EQ(replay("bits.v", "idlevectors.v"), 0) << simulation.Output();
+    EXPECT_THAT(LastLine(simulation, "bench.toml"), HasSubstr(": 1 signal as in run.vcd from 0ps to 200ns"));
+    EXPECT_EQ(replay("vectors.v", "idlebits.v"), 0) << simulation.Output();
+    EXPECT_THAT(LastLine(simulation, "bench.toml"), HasSubstr(": 2 signals as in run.vcd from 0ps to 200ns"));
+    EXPECT_EQ(replay("bits.v", "broken.v"), 1) << simulation.Output();
+    EXPECT_THAT(LastLine(simulation, "differs"), ContainsRegex("tb.dut.out differs at [0-9]+ns: got .., expected .."));
+}
+
+// Whatever of it is still to come, and whoever reads it: the player, the comparison, and who looks for clocks.
+TEST(ReplayCompared, NeedsNoMoreMemoryForALongerRecord)
+{
+    if (HasSanitizer)
+        GTEST_SKIP() << "freed memory is kept";
+    CSimulation simulation;
+    constexpr std::uint64_t Times = 100'000;
+    constexpr long Most = 12 << 10;  // kilobytes: a block, and less than half of what all changes take
+    WriteLongRecord(simulation.Path("short.fst"), Times);
+    WriteLongRecord(simulation.Path("long.fst"), 8 * Times);
+    simulation.Write("design.v", "`timescale 1ns / 1ps\nmodule tb;\n  reg clk = 0;\n  reg [7:0] bus = 0;\n"
+                                 "  always @(posedge clk) bus <= bus + 1;\n  initial #`LENGTH $finish;\nendmodule\n");
+    ASSERT_EQ(simulation.Run(
+                  "tesk convert short.fst short.vcd && tesk convert long.fst long.vcd && "
+                  "tesk convert short.fst short.zyn && tesk convert long.fst long.zyn && "
+                  "iverilog -DLENGTH=1000000 -o short.vvp design.v && iverilog -DLENGTH=8000000 -o long.vvp design.v"),
+              0)
+        << simulation.Output();
+    for (const std::string kind : {".fst", ".vcd", ".zyn"}) {
+        const auto peak = [&](const std::string &length) {
+            simulation.Write("bench.toml", "[[replay]]\nfile = \"" + simulation.Path((length + kind).c_str()) +
+                                               "\"\nscope = \"tb\"\ndrive = [\"clk\"]\ncompare = [\"bus\"]\n");
+            return PeakKilobytes("vvp -n -M '" TESK_MODULE_FOLDER "' -m tesk " +
+                                 simulation.Path((length + ".vvp").c_str()) +
+                                 " +tesk=" + simulation.Path("bench.toml"));
+        };
+        EXPECT_LT(peak("long"), peak("short") + Most) << kind;
+    }
 }
 
 TEST(ReplayCompared, StandsInTheGuide)

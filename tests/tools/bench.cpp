@@ -74,9 +74,10 @@ TEST_F(BenchFile, TakesScopesInsideTheSignals)
 
 TEST_F(BenchFile, HoldsReplays)
 {
-    const tesk::SBench bench = Read("[[replay]]\nfile = \"run1.fst\"\nscope = \"tb.dut\"\ndrive = [\"clk\", \"din*\"]\n"
-                                    "compare = \"dout*\"\nx = \"match\"\ntolerance = \"2ns\"\n"
-                                    "[[replay]]\nfile = \"run2.fst\"\nscope = \"a\"\nto = \"b\"\n");
+    const tesk::SBench bench =
+        Read("[[replay]]\nfile = \"run1.fst\"\nscope = \"tb.dut\"\ndrive = [\"clk\", \"din*\"]\n"
+             "compare = \"dout*\"\nx = \"match\"\ntolerance = \"2ns\"\nfrom = \"5ns\"\nreal_tolerance = 0.5\n"
+             "[[replay]]\nfile = \"run2.fst\"\nscope = \"a\"\nto = \"b\"\n");
     EXPECT_THAT(m_lines, IsEmpty());
     ASSERT_EQ(bench.replays.size(), 2U);
     EXPECT_EQ(bench.replays[0].file, "run1.fst");
@@ -85,8 +86,25 @@ TEST_F(BenchFile, HoldsReplays)
     EXPECT_THAT(bench.replays[0].compare, ElementsAre("dout*"));
     EXPECT_TRUE(bench.replays[0].matchesUnknown);
     EXPECT_EQ(bench.replays[0].tolerance, 2000);
+    EXPECT_EQ(bench.replays[0].from, 5000);
+    EXPECT_EQ(bench.replays[0].realTolerance, 0.5);
+    EXPECT_EQ(bench.replays[1].realTolerance, std::nullopt);
     EXPECT_EQ(bench.replays[1].to, "b");
     EXPECT_FALSE(bench.replays[1].matchesUnknown);
+}
+
+TEST_F(BenchFile, TakesNumbersOfZeroOrAboveForADistance)
+{
+    for (const char *text : {"0", "2", "1e-9"})
+        EXPECT_TRUE(
+            Read(std::string("[[replay]]\nfile = \"a.fst\"\nreal_tolerance = ") + text + "\n").replays[0].realTolerance)
+            << text;
+    EXPECT_THAT(m_lines, IsEmpty());
+    for (const char *text : {"-1", "nan", "inf", "\"1\""}) {
+        Read(std::string("[[replay]]\nfile = \"a.fst\"\nreal_tolerance = ") + text + "\n");
+        EXPECT_THAT(m_lines, ElementsAre(HasSubstr("bench.toml:3:18: error: real_tolerance is a number of 0 or above")))
+            << text;
+    }
 }
 
 TEST_F(BenchFile, TellsEveryFaultWithItsPlace)

@@ -1,6 +1,7 @@
 #include "tools/bench/bench.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <filesystem>
 #include <iterator>
@@ -23,7 +24,8 @@ namespace {
 
 const std::vector<std::string> BenchKeys = {"resolution", "until", "scope", "signals", "replay"};
 const std::vector<std::string> SignalKeys = {"formula", "type", "strength", "start"};
-const std::vector<std::string> ReplayKeys = {"file", "scope", "to", "drive", "compare", "x", "tolerance"};
+const std::vector<std::string> ReplayKeys = {"file", "scope",     "to",   "drive",         "compare",
+                                             "x",    "tolerance", "from", "real_tolerance"};
 
 struct SStrengthName {
     const char *name;
@@ -124,6 +126,17 @@ private:
     {
         return TakeTime(table, key, absent,
                         [&](const std::string &text) { return ReadTimeOption(key, text, m_bench.resolution); });
+    }
+
+    // A number of 0 or above. @return nothing where it is not there, or a fault
+    std::optional<double> TakeDistance(const toml::table &table, const char *key)
+    {
+        const toml::node *node = table.get(key);
+        const auto number = node != nullptr ? node->value<double>() : std::nullopt;
+        if (node == nullptr || (node->is_number() && *number >= 0 && std::isfinite(*number)))
+            return number;
+        Add(PlaceOf(*node), std::string(key) + " is a number of 0 or above; write one such as 1e-9");
+        return std::nullopt;
     }
 
     std::vector<std::string> TakeTexts(const toml::table &table, const char *key)
@@ -264,6 +277,8 @@ private:
             Add(PlaceOf(*table.get("x")), "x is \"ignore\" or \"match\", not " + Quote(unknown));
         replay.matchesUnknown = unknown == "match";
         replay.tolerance = TakeTicks(table, "tolerance", 0);
+        replay.from = TakeTicks(table, "from", 0);
+        replay.realTolerance = TakeDistance(table, "real_tolerance");
         m_bench.replays.push_back(std::move(replay));
     }
 

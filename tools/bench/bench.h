@@ -47,6 +47,8 @@ struct SBenchReplay {
     std::vector<std::string> compare;  ///< globs of names below the scope
     bool matchesUnknown = false;       ///< an x in the record is compared, too
     long long tolerance = 0;           ///< ticks
+    long long from = 0;                ///< ticks; what happens before is not compared
+    std::optional<double> realTolerance = {};
     SBenchPlace place;
 };
 

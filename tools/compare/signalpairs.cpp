@@ -41,27 +41,6 @@ struct SElementGroup {
     std::optional<bool> isAscending;
 };
 
-struct SIndexedName {
-    std::string_view base;
-    std::optional<long long> index;
-};
-
-// Takes "v[3]" apart.
-SIndexedName TakeIndex(std::string_view name)
-{
-    if (name.empty() || (name.back() != ']' && name.back() != ')'))
-        return {name, std::nullopt};
-    const std::size_t bracket = name.find_last_of("[(");
-    if (bracket == name.npos || bracket == 0)
-        return {name, std::nullopt};
-    long long index = 0;
-    const char *const end = name.data() + name.size() - 1;
-    const auto read = std::from_chars(name.data() + bracket + 1, end, index);
-    if (read.ec != std::errc() || read.ptr != end)
-        return {name, std::nullopt};
-    return {name.substr(0, bracket), index};
-}
-
 std::size_t WidthOf(const SFileSignal &signal)
 {
     return static_cast<std::size_t>(signal.elementCount);
@@ -93,7 +72,7 @@ private:
         std::vector<SCandidate> candidates;
         for (std::size_t i = 0; i < side.signals.size(); ++i) {
             if (const auto name = NameBelow(side.signals[i].path, scope))
-                candidates.push_back({i, std::string(*name), FoldName(*name)});
+                candidates.push_back({i, std::string(*name), FoldName(PlainName(*name))});
         }
         return candidates;
     }
@@ -112,7 +91,8 @@ private:
         if (m_globs.empty())
             return true;
         const std::string name = JoinName(m_scope.expected, below);
-        const std::string_view base = TakeIndex(name).base;
+        const std::string plain = PlainName(name);
+        const std::string_view base = TakeIndex(plain).base;
         bool isWanted = false;
         for (std::size_t i = 0; i < m_globs.size(); ++i) {
             if (!IsLikeGlob(name, m_globs[i]) && !IsLikeGlob(base, m_globs[i]))
@@ -235,7 +215,7 @@ private:
             if (group == groups.end() || group->second.got.empty())
                 continue;
             if (group->second.expected.empty()) {
-                group->second.name = m_expected[i].name.substr(0, base->size());
+                group->second.name = PlainName(m_expected[i].name).substr(0, base->size());
                 if (!ExpectedSignal(m_expected[i]).type.IsScalar())
                     group->second.isAscending.reset();
             }
@@ -352,6 +332,34 @@ private:
 };
 
 }  // namespace
+
+SIndexedName TakeIndex(std::string_view name)
+{
+    if (name.empty() || (name.back() != ']' && name.back() != ')'))
+        return {name, std::nullopt};
+    const std::size_t bracket = name.find_last_of("[(");
+    if (bracket == name.npos || bracket == 0)
+        return {name, std::nullopt};
+    long long index = 0;
+    const char *const end = name.data() + name.size() - 1;
+    const auto read = std::from_chars(name.data() + bracket + 1, end, index);
+    if (read.ec != std::errc() || read.ptr != end)
+        return {name, std::nullopt};
+    return {name.substr(0, bracket), index};
+}
+
+std::string PlainName(std::string_view name)
+{
+    const std::size_t open = name.size() > 2 && name.back() == '\\' ? name.rfind('\\', name.size() - 2) : name.npos;
+    if (open == name.npos || (open > 0 && name[open - 1] != '.'))
+        return std::string(name);
+    const std::string_view inner = name.substr(open + 1, name.size() - open - 2);
+    const SIndexedName indexed = TakeIndex(inner);
+    constexpr std::string_view Letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_$";
+    if (!indexed.index || indexed.base.find_first_not_of(Letters) != indexed.base.npos)
+        return std::string(name);
+    return std::string(name.substr(0, open)) + std::string(inner);
+}
 
 SSignalPairs PairSignals(const SPairedSide &expected, const SPairedSide &got, const std::vector<SScopeMap> &scopes,
                          const std::vector<std::string> &globs)

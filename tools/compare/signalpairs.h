@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tools/compare/comparedvalue.h"
@@ -46,6 +48,17 @@ struct SSignalPairs {
     std::vector<SUnlikePair> unlike;
     std::vector<std::string> unmatchedGlobs;  ///< patterns that no name of either side has
 };
+
+/// "v[3]" and "v(3)" taken apart.
+struct SIndexedName {
+    std::string_view base;  ///< the whole name if it has no index
+    std::optional<long long> index;
+};
+SIndexedName TakeIndex(std::string_view name);
+
+/// A name whose last part is an extended identifier only for its index, as the bits of a netlist have: "tb.\\v[3]\\" without the
+/// backslashes. Any other name as it is.
+std::string PlainName(std::string_view name);
 
 /// The signals of a side, and what `CValueForm::Kind` says of the elements of each.
 struct SPairedSide {

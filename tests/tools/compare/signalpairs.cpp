@@ -112,6 +112,20 @@ TEST(SignalPairs, PutABusTogetherFromItsBits)
     EXPECT_THAT(found.additional, IsEmpty());
 }
 
+// As a netlist has them, in a dump of Verilog.
+TEST(SignalPairs, PutABusTogetherFromBitsThatAreExtendedIdentifiers)
+{
+    const auto found = Pair({{"tb.v", VectorType(1, 0, NineStates)}}, {{"tb.\\v[0]\\"}, {"tb.\\v[1]\\"}});
+    ASSERT_THAT(Names(found), ElementsAre("tb.v=tb.v"));
+    EXPECT_EQ(Parts(found.pairs[0].got), "1.0@0x1 0.0@1x1 ");
+    const auto other = Pair({{"tb.\\V[0]\\"}, {"tb.\\v[1]\\"}}, {{"tb.v", VectorType(1, 0, NineStates)}}, {}, {"tb.v"});
+    EXPECT_THAT(Names(other), ElementsAre("tb.V=tb.V"));
+    EXPECT_EQ(tesk::PlainName("tb.\\a.b\\"), "tb.\\a.b\\");
+    EXPECT_EQ(tesk::PlainName("tb.\\a+b[1]\\"), "tb.\\a+b[1]\\");
+    EXPECT_EQ(tesk::PlainName("\\v[1]\\"), "v[1]");
+    EXPECT_EQ(tesk::PlainName("\\"), "\\");
+}
+
 TEST(SignalPairs, PutABusTogetherFromItsParts)
 {
     const auto found = Pair({{"v", VectorType(3, 2, NineStates)}, {"v", VectorType(1, 0, NineStates)}}, {{"v", Four}});

@@ -50,5 +50,10 @@ TEST(PortDirections, AreThoseThatAGhwFileTells)
     EXPECT_EQ(types.at("ghw_types.dut.o"), ESignalDirection::Out);
     EXPECT_EQ(types.at("ghw_types.dut.s"), ESignalDirection::InOut);
     EXPECT_EQ(types.at("ghw_types.dut.inner"), ESignalDirection::Unknown);
-    EXPECT_EQ(std::count_if(types.begin(), types.end(), [](const auto &entry) { return entry.first.starts_with("ghw_types.dut.v") && entry.second == ESignalDirection::In; }), 4);
+    EXPECT_EQ(std::count_if(types.begin(), types.end(),
+                            [](const auto &entry) {
+                                return entry.first.starts_with("ghw_types.dut.v") &&
+                                       entry.second == ESignalDirection::In;
+                            }),
+              4);
 }
