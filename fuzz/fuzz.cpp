@@ -48,7 +48,7 @@ constexpr SDoor Doors[] = {
     {"notation", Notation, EInput::Text},
     {"numbers", Numbers, EInput::Text},
     {"signallist", SignalList, EInput::Bytes},
-    {"signaltree", SignalTree, EInput::Bytes},
+    {"signaltree", SignalTree, EInput::Bytes, MutateTree},
     {"states", States, EInput::Text},
     {"stream", Stream, EInput::Bytes},
     {"switches", Switches, EInput::Text},

@@ -19,6 +19,9 @@ using CMutator = bool (*)(CBytes &file, std::mt19937 &random);
 /// What is inside the blocks of an FST file, unpacked and packed again, or whole blocks.
 bool MutateFst(CBytes &file, std::mt19937 &random);
 
+/// A property or a signal of a saved tree.
+bool MutateTree(CBytes &file, std::mt19937 &random);
+
 /// A section of a GHW file with the counts in front of it, or whole sections.
 bool MutateGhw(CBytes &file, std::mt19937 &random);
 

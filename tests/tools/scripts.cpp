@@ -97,10 +97,12 @@ TEST(MakeRelease, RefusesWhatIsNoRelease)
 
 TEST(Fuzz, RefusesWhatIsNoTimeAndWhatIsNoDoor)
 {
-    SToolRun run = RunShell("scripts/fuzz 15");
-    EXPECT_THAT(run.err, HasSubstr("scripts/fuzz TIME [DOOR...]"));
-    EXPECT_EQ(run.status, 1);
-    run = RunShell("scripts/fuzz 15m vcd window");
+    for (const char *time : {"", "15", "0s", "vcd"}) {
+        const SToolRun run = RunShell(std::string("scripts/fuzz ") + time);
+        EXPECT_THAT(run.err, HasSubstr("scripts/fuzz TIME [DOOR...]")) << time;
+        EXPECT_EQ(run.status, 1) << time;
+    }
+    const SToolRun run = RunShell("scripts/fuzz 15m vcd window");
     EXPECT_THAT(run.err, HasSubstr("no door window; doors: bench "));
     EXPECT_EQ(run.status, 1);
 }
