@@ -188,3 +188,10 @@ TEST_F(View, KeepsNoMoreThanAPictureShows)
         EXPECT_EQ(Extremes(kept[2]), Extremes(all[2]));
     }
 }
+
+TEST_F(View, ReadsNoFurtherThanItShows)
+{
+    const std::string path = Write("#0\n0!\n#5\n1!\n#50\n1unknown\n");
+    EXPECT_EQ(RunShell("tesk view " + path + " --until 10ns").err, "");
+    EXPECT_THAT(RunShell("tesk view " + path).err, HasSubstr("no variable has the identifier code \"unknown\""));
+}

@@ -1,6 +1,7 @@
 #include "tools/compare/tolerancewindow.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <limits>
 
 #include "base/saturate.h"
@@ -15,23 +16,39 @@ constexpr long long BeforeAll = -1;  // no change has a time below 0
 
 }  // namespace
 
-CToleranceWindow::CToleranceWindow(const SComparePolicy &policy, EComparedKind kind, CComparedRow expected,
-                                   CComparedRow got)
+CToleranceWindow::CToleranceWindow(const SComparePolicy &policy, EComparedKind kind, const CComparedRow &expected,
+                                   const CComparedRow &got)
     : m_policy(policy), m_kind(kind)
 {
-    m_states.push_back({BeforeAll, std::move(expected), std::move(got)});
+    Append(BeforeAll, expected, got);
+}
+
+void CToleranceWindow::Append(long long begin, const CComparedRow &expected, const CComparedRow &got)
+{
+    if (m_end == m_states.size() && m_first > m_end / 2) {
+        std::rotate(m_states.begin(), m_states.begin() + static_cast<std::ptrdiff_t>(m_first), m_states.end());
+        m_end -= m_first;
+        m_undecided -= m_first;
+        m_first = 0;
+    }
+    if (m_end == m_states.size())
+        m_states.emplace_back();
+    SState &state = m_states[m_end++];
+    state.begin = begin;
+    state.expected.assign(expected);
+    state.got.assign(got);
 }
 
 long long CToleranceWindow::EndOf(std::size_t state) const
 {
-    return state + 1 < m_states.size() ? m_states[state + 1].begin : Never;
+    return state + 1 < m_end ? m_states[state + 1].begin : Never;
 }
 
 bool CToleranceWindow::Add(long long time, const CComparedRow &expected, const CComparedRow &got, SPairVerdict &verdict)
 {
-    m_states.push_back({time, expected, got});
+    Append(time, expected, got);
     bool isFirst = false;
-    while (m_undecided + 1 < m_states.size() && AddSaturating(EndOf(m_undecided), m_policy.tolerance - 1) <= time)
+    while (m_undecided + 1 < m_end && AddSaturating(EndOf(m_undecided), m_policy.tolerance - 1) <= time)
         isFirst = Decide(m_undecided++, verdict) || isFirst;
     Forget();
     return isFirst;
@@ -40,7 +57,7 @@ bool CToleranceWindow::Add(long long time, const CComparedRow &expected, const C
 bool CToleranceWindow::Finish(SPairVerdict &verdict)
 {
     bool isFirst = false;
-    while (m_undecided < m_states.size())
+    while (m_undecided < m_end)
         isFirst = Decide(m_undecided++, verdict) || isFirst;
     return isFirst;
 }
@@ -50,7 +67,7 @@ template <class IsMatch>
 void CToleranceWindow::FindGaps(const CStretch &stretch, const IsMatch &isMatch)
 {
     long long covered = stretch.first;
-    for (std::size_t i = 0; i < m_states.size() && covered < stretch.second; ++i) {
+    for (std::size_t i = m_first; i < m_end && covered < stretch.second; ++i) {
         const long long begin = m_states[i].begin - m_policy.tolerance;
         const long long end = AddSaturating(EndOf(i), m_policy.tolerance);
         if (begin >= stretch.second)
@@ -101,10 +118,8 @@ bool CToleranceWindow::Decide(std::size_t state, SPairVerdict &verdict)
 // A state is needed while it ends within the tolerance in front of one that is not decided on.
 void CToleranceWindow::Forget()
 {
-    while (m_undecided > 0 && m_states[1].begin <= m_states[m_undecided].begin - m_policy.tolerance) {
-        m_states.pop_front();
-        --m_undecided;
-    }
+    while (m_undecided > m_first && m_states[m_first + 1].begin <= m_states[m_undecided].begin - m_policy.tolerance)
+        ++m_first;
 }
 
 }  // namespace tesk

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <deque>
 #include <utility>
 #include <vector>
 
@@ -18,7 +17,8 @@ struct SPairVerdict;
 class CToleranceWindow {
 public:
     /// @param expected, got  hold from the beginning of time
-    CToleranceWindow(const SComparePolicy &policy, EComparedKind kind, CComparedRow expected, CComparedRow got);
+    CToleranceWindow(const SComparePolicy &policy, EComparedKind kind, const CComparedRow &expected,
+                     const CComparedRow &got);
 
     /// Other values hold from a time on. @return whether the pair's first difference was found
     bool Add(long long time, const CComparedRow &expected, const CComparedRow &got, SPairVerdict &verdict);
@@ -37,6 +37,7 @@ private:
         CComparedRow got;
     };
 
+    void Append(long long begin, const CComparedRow &expected, const CComparedRow &got);
     long long EndOf(std::size_t state) const;
     bool Decide(std::size_t state, SPairVerdict &verdict);
     template <class IsMatch>
@@ -45,7 +46,9 @@ private:
 
     SComparePolicy m_policy;
     EComparedKind m_kind;
-    std::deque<SState> m_states;
+    std::vector<SState> m_states;  // those outside of the next two are forgotten: their room is used again
+    std::size_t m_first = 0;
+    std::size_t m_end = 0;
     std::size_t m_undecided = 0;   // the first state that has not been decided on
     std::vector<CStretch> m_gaps;  // of the state that is decided on
 };

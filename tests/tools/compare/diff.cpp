@@ -134,6 +134,15 @@ TEST(Diff, TellsAFileThatEndsEarly)
                 StartsWith("0 a.vcd ends at 20ns, b.vcd at 12ns\na.vcd and b.vcd are equal"));
 }
 
+TEST(Diff, ReadsNoFurtherThanItCompares)
+{
+    const CDiffFolder folder;
+    folder.Write("b.vcd", CDiffFolder::Dump() + "#50\n1unknown\n");
+    EXPECT_EQ(folder.Diff("a.vcd b.vcd --until 10ns").err, "");
+    EXPECT_EQ(folder.Diff("a.vcd b.vcd --until 10ns").status, 0);
+    EXPECT_THAT(folder.Diff("a.vcd b.vcd").err, HasSubstr("no variable has the identifier code \"unknown\""));
+}
+
 TEST(Diff, MapsScopesAndTakesTimesTolerancesAndUnknowns)
 {
     const CDiffFolder folder;
