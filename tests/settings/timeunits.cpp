@@ -244,6 +244,20 @@ TEST(ScaleNumberMaxFloat, ToleratesAFixedNumberOfDecimals)
     EXPECT_EQ(unit, 2);
 }
 
+TEST(ScaleNumberMaxFloat, LeavesAloneWhatIsNoTime)
+{
+    double value = 1000.0;
+    int unit = 8;
+    tesk::ScaleNumberMaxFloat(&value, &unit, 1);
+    EXPECT_EQ(value, 1000.0);
+    EXPECT_EQ(unit, 8);
+    unit = 2;
+    tesk::ScaleNumberMaxFloat(nullptr, &unit, 1);
+    EXPECT_EQ(unit, 2);
+    tesk::ScaleNumberMaxFloat(&value, nullptr, 1);
+    EXPECT_EQ(value, 1000.0);
+}
+
 TEST(TimeValue, StartsAtMinusOne)
 {
     const STimeValue time;
