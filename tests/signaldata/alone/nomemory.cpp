@@ -1,0 +1,145 @@
+// The data models without memory: each allocation of an operation fails in turn. This replaces the process's operator new.
+
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <new>
+#include <string>
+
+#include "platform/kestrin.h"
+#include "signal/unknown.h"
+#include "signaldata/scalardata.h"
+#include "signaldata/signaldata.h"
+
+namespace {
+
+constexpr long Never = -1;
+long g_allocationsLeft = Never;
+
+}  // namespace
+
+// Not inlined, or the compiler takes malloc and operator delete for a mismatched pair.
+[[gnu::noinline]] void *operator new(std::size_t size)
+{
+    if (g_allocationsLeft == 0)
+        throw std::bad_alloc();
+    if (g_allocationsLeft > 0)
+        --g_allocationsLeft;
+    if (void *memory = std::malloc(size))
+        return memory;
+    throw std::bad_alloc();
+}
+
+[[gnu::noinline]] void *operator new(std::size_t size, const std::nothrow_t &) noexcept
+{
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc &) {
+        return nullptr;
+    }
+}
+
+[[gnu::noinline]] void operator delete(void *memory) noexcept
+{
+    std::free(memory);
+}
+
+[[gnu::noinline]] void operator delete(void *memory, std::size_t /*size*/) noexcept
+{
+    std::free(memory);
+}
+
+namespace {
+
+struct SRelease {
+    template <typename T>
+    void operator()(T *object) const
+    {
+        object->Release();
+    }
+};
+template <typename T>
+using Ptr = std::unique_ptr<T, SRelease>;
+
+using DataPtr = Ptr<tesk::ISignalData>;
+using DatasPtr = Ptr<tesk::ISignalDataContainer>;
+using ScalarsPtr = Ptr<tesk::IScalarDataContainer>;
+
+constexpr const char *Letter = "e#9#std_logicc9 UX01ZWLH-";
+
+DataPtr NewData(int handle)
+{
+    tesk::ISignalData *data = nullptr;
+    EXPECT_EQ(tesk::CreateSignalData(&data), S_OK);
+    data->SetHandle(handle);
+    data->SetTypeInfo(Letter);
+    return DataPtr(data);
+}
+
+/// Calls an operation without memory, then with room for one allocation, for two and so on, until it succeeds.
+/// @return how often it failed, each time with E_OUTOFMEMORY
+int Starve(const std::function<long()> &operation)
+{
+    for (int failures = 0;; ++failures) {
+        g_allocationsLeft = failures;
+        const long result = operation();
+        g_allocationsLeft = Never;
+        if (result == S_OK)
+            return failures;
+        EXPECT_EQ(result, E_OUTOFMEMORY) << "with room for " << failures << " allocations";
+        if (failures > 100)
+            return failures;
+    }
+}
+
+}  // namespace
+
+TEST(WithoutMemory, NoObjectIsMade)
+{
+    tesk::ISignalData *data = nullptr;
+    tesk::ISignalDataContainer *datas = nullptr;
+    tesk::IScalarDataContainer *scalars = nullptr;
+    EXPECT_GT(Starve([&data] { return tesk::CreateSignalData(&data); }), 0);
+    EXPECT_GT(Starve([&datas] { return tesk::CreateSignalDataContainer(&datas); }), 0);
+    EXPECT_GT(Starve([&scalars] { return tesk::CreateScalarDataContainer(&scalars); }), 0);
+    data->Release();
+    datas->Release();
+    scalars->Release();
+}
+
+TEST(WithoutMemory, ATypeStaysAsItWas)
+{
+    const DataPtr data = NewData(1);
+    const std::string bus = "a#28#std_logic_vector(7 downto 0)1 ricd7 0 " + std::string(Letter);
+    EXPECT_GT(Starve([&] {
+                  const long result = data->SetTypeInfo(bus.c_str());
+                  EXPECT_STREQ(data->GetTypeInfo()->GetTypeInfoString(), result == S_OK ? bus.c_str() : Letter);
+                  return result;
+              }),
+              0);
+}
+
+TEST(WithoutMemory, NothingIsAddedToAContainer)
+{
+    tesk::ISignalDataContainer *made = nullptr;
+    ASSERT_EQ(tesk::CreateSignalDataContainer(&made), S_OK);
+    const DatasPtr datas(made);
+    const DataPtr data = NewData(7);
+    EXPECT_GT(Starve([&] {
+                  const long result = datas->Add(data.get());
+                  EXPECT_EQ(datas->GetCount(), result == S_OK ? 1u : 0u);
+                  return result;
+              }),
+              0);
+    EXPECT_EQ(datas->FindByHandle(7), data.get());
+}
+
+TEST(WithoutMemory, NothingIsLinked)
+{
+    tesk::IScalarDataContainer *made = nullptr;
+    ASSERT_EQ(tesk::CreateScalarDataContainer(&made), S_OK);
+    const ScalarsPtr scalars(made);
+    EXPECT_GT(Starve([&] { return scalars->Link(3, 4); }), 0);
+    ASSERT_NE(scalars->Find(3), nullptr);
+    EXPECT_EQ(scalars->Find(3)->GetSignalCount(), 1u);
+}
