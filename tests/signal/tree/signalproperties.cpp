@@ -159,13 +159,13 @@ TEST(Stimulator, KeepsTheParsersTextOfAFormula)
     }
 }
 
-TEST(Stimulator, WithoutAFormulaHasNone)
+TEST(Stimulator, IsAbsentAgainWithoutAFormula)
 {
     const TReference<ISignal> signal = MakeEmpty();
     signal->SetStimulator(0, 2, "1 0ns");
     ASSERT_NE(StimulatorOf(*signal).formula, "");
     signal->SetStimulator(1, 2, "");
-    EXPECT_EQ(StimulatorOf(*signal), (SStimulator{1, 2, ""}));
+    EXPECT_EQ(StimulatorOf(*signal), (SStimulator{-1, -1, ""}));
     EXPECT_EQ(signal->GetProperty("Stimulator Formula"), nullptr);
 }
 

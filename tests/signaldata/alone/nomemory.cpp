@@ -1,53 +1,13 @@
-// The data models without memory: each allocation of an operation fails in turn. This replaces the process's operator new.
+// The data models without memory.
+#include "nomemory.h"
 
-#include <cstdlib>
-#include <functional>
 #include <memory>
-#include <new>
 #include <string>
 
 #include "platform/kestrin.h"
 #include "signal/unknown.h"
 #include "signaldata/scalardata.h"
 #include "signaldata/signaldata.h"
-
-namespace {
-
-constexpr long Never = -1;
-long g_allocationsLeft = Never;
-
-}  // namespace
-
-// Not inlined, or the compiler takes malloc and operator delete for a mismatched pair.
-[[gnu::noinline]] void *operator new(std::size_t size)
-{
-    if (g_allocationsLeft == 0)
-        throw std::bad_alloc();
-    if (g_allocationsLeft > 0)
-        --g_allocationsLeft;
-    if (void *memory = std::malloc(size))
-        return memory;
-    throw std::bad_alloc();
-}
-
-[[gnu::noinline]] void *operator new(std::size_t size, const std::nothrow_t &) noexcept
-{
-    try {
-        return operator new(size);
-    } catch (const std::bad_alloc &) {
-        return nullptr;
-    }
-}
-
-[[gnu::noinline]] void operator delete(void *memory) noexcept
-{
-    std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete(void *memory, std::size_t /*size*/) noexcept
-{
-    std::free(memory);
-}
 
 namespace {
 
@@ -74,22 +34,6 @@ DataPtr NewData(int handle)
     data->SetHandle(handle);
     data->SetTypeInfo(Letter);
     return DataPtr(data);
-}
-
-/// Calls an operation without memory, then with room for one allocation, for two and so on, until it succeeds.
-/// @return how often it failed, each time with E_OUTOFMEMORY
-int Starve(const std::function<long()> &operation)
-{
-    for (int failures = 0;; ++failures) {
-        g_allocationsLeft = failures;
-        const long result = operation();
-        g_allocationsLeft = Never;
-        if (result == S_OK)
-            return failures;
-        EXPECT_EQ(result, E_OUTOFMEMORY) << "with room for " << failures << " allocations";
-        if (failures > 100)
-            return failures;
-    }
 }
 
 }  // namespace
