@@ -221,8 +221,6 @@ TEST(ReplayCompared, TakesTheBitsOfARecordForABusAndABusForBits)
 // Whatever of it is still to come, and whoever reads it: the player, the comparison, and who looks for clocks.
 TEST(ReplayCompared, NeedsNoMoreMemoryForALongerRecord)
 {
-    if (HasSanitizer)
-        GTEST_SKIP() << "freed memory is kept";
     CSimulation simulation;
     constexpr std::uint64_t Times = 100'000;
     constexpr long Most = 12 << 10;  // kilobytes: a block, and less than half of what all changes take

@@ -55,12 +55,3 @@ inline long PeakKilobytes(const std::string &command, int status = 0)
     EXPECT_TRUE(WIFEXITED(ended) && WEXITSTATUS(ended) == status) << command << " ended with " << ended;
     return usage.ru_maxrss;
 }
-
-/// Whether memory cannot be measured: what AddressSanitizer frees it keeps for a while.
-#if defined(__SANITIZE_ADDRESS__)
-inline constexpr bool HasSanitizer = true;
-#elif defined(__has_feature)
-inline constexpr bool HasSanitizer = __has_feature(address_sanitizer);
-#else
-inline constexpr bool HasSanitizer = false;
-#endif
