@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr int Seconds = tesk::TimeUnit::Seconds;
+constexpr int SecondsUnit = tesk::TimeUnit::Seconds;
 
 std::string Digits(Int128 number)
 {
@@ -50,7 +50,7 @@ Int128 UnitLength(int unit)
 int CoarsestWholeUnit(Int128 femtoseconds)
 {
     int unit = 0;
-    while (unit < Seconds && femtoseconds % UnitLength(unit + 1) == 0)
+    while (unit < SecondsUnit && femtoseconds % UnitLength(unit + 1) == 0)
         ++unit;
     return unit;
 }

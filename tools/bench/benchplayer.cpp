@@ -24,7 +24,7 @@ bool IsKnownToBeWrong(const SBenchSignal &signal, const std::vector<SBenchFault>
 }
 
 // Whether something that a replay names is wrong.
-bool HasError(const std::vector<SBenchFault> &faults, const std::vector<SBenchReplay> &replays)
+bool HasAnyError(const std::vector<SBenchFault> &faults, const std::vector<SBenchReplay> &replays)
 {
     return std::ranges::any_of(replays, [&](const SBenchReplay &replay) {
         return std::ranges::any_of(faults, [&](const SBenchFault &fault) {
@@ -38,7 +38,7 @@ bool HasError(const std::vector<SBenchFault> &faults, const std::vector<SBenchRe
 CBenchPlayer::CBenchPlayer(const SBench &bench, const SBenchStretch &stretch, std::vector<SBenchFault> &faults)
     : m_bench(bench), m_stretch(stretch), m_replays(bench, faults)
 {
-    m_canPlay = !HasError(faults, bench.replays);
+    m_canPlay = !HasAnyError(faults, bench.replays);
     if (!m_stretch.until)
         m_stretch.until = bench.until;
     for (const SBenchSignal &signal : bench.signals)

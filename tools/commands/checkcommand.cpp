@@ -107,7 +107,7 @@ void WriteLine(const nlohmann::json &data)
     std::cout << data.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
 }
 
-void WriteJson(const std::string &formula, const SVerdict &verdict)
+void WriteCheckJson(const std::string &formula, const SVerdict &verdict)
 {
     const nlohmann::json data = {{"formula", formula},
                                  {"canonical", verdict.canonical},
@@ -132,7 +132,7 @@ int CheckOne(const SCheckOptions &options, const std::string &formula)
 try {
     const SVerdict verdict = Judge(options, formula);
     if (options.format == "json")
-        WriteJson(formula, verdict);
+        WriteCheckJson(formula, verdict);
     else
         WriteText(verdict, formula);
     return verdict.Status();

@@ -57,7 +57,7 @@ std::string ReadText(const std::string &path)
     return text;
 }
 
-std::string FaultLine(const std::string &path, const tesk::SImportFault &fault)
+std::string ImportFaultLine(const std::string &path, const tesk::SImportFault &fault)
 {
     return path + (fault.line > 0 ? ":" + std::to_string(fault.line) : "") +
            (fault.severity == tesk::ESeverity::Error ? ": error: " : ": warning: ") + fault.text;
@@ -66,7 +66,7 @@ std::string FaultLine(const std::string &path, const tesk::SImportFault &fault)
 void Tell(const std::string &path, const tesk::CImported &imported)
 {
     for (const tesk::SImportFault &fault : imported.Faults())
-        std::fprintf(stderr, "tesk: %s\n", MessageLine(FaultLine(path, fault)).c_str());
+        std::fprintf(stderr, "tesk: %s\n", MessageLine(ImportFaultLine(path, fault)).c_str());
     if (imported.MoreFaults() > 0)
         std::fprintf(stderr, "tesk: and %zu more\n", imported.MoreFaults());
 }

@@ -69,7 +69,7 @@ std::string SizeText(const SListedName &name)
     return text;
 }
 
-void WriteJson(std::ostream &out, const SNameList &list, const std::string &path)
+void WriteNamesJson(std::ostream &out, const SNameList &list, const std::string &path)
 {
     nlohmann::ordered_json names = nlohmann::ordered_json::array();
     for (const SListedName &name : list.names) {
@@ -122,7 +122,7 @@ SNameList Select(const SNameList &list, const std::string &path, const std::vect
 void WriteNames(std::ostream &out, const SNameList &list, const std::string &path, const std::string &format)
 {
     if (format == "json") {
-        WriteJson(out, list, path);
+        WriteNamesJson(out, list, path);
         return;
     }
     const bool isCsv = format == "csv";

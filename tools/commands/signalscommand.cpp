@@ -71,7 +71,7 @@ std::string LastTime(const SListing &listing, const SSignalRow &row)
     return row.count > 0 ? FileTimeText(row.last, listing.resolution) : "";
 }
 
-void WriteTable(std::ostream &out, const SListing &listing)
+void WriteSignalsTable(std::ostream &out, const SListing &listing)
 {
     std::vector<std::vector<std::string>> lines = {{"signal", "type", "changes", "first", "last"}};
     if (listing.isNamesOnly)
@@ -84,7 +84,7 @@ void WriteTable(std::ostream &out, const SListing &listing)
     WriteColumns(out, lines, 2);
 }
 
-void WriteCsv(std::ostream &out, const SListing &listing)
+void WriteSignalsCsv(std::ostream &out, const SListing &listing)
 {
     out << (listing.isNamesOnly ? "signal,type\n" : "signal,type,changes,first,last\n");
     for (const SSignalRow &row : listing.rows) {
@@ -95,7 +95,7 @@ void WriteCsv(std::ostream &out, const SListing &listing)
     }
 }
 
-void WriteJson(std::ostream &out, const SListing &listing)
+void WriteSignalsJson(std::ostream &out, const SListing &listing)
 {
     nlohmann::ordered_json document = {{"file", listing.name},
                                        {"resolution_fs", listing.resolution},
@@ -118,7 +118,7 @@ void WriteJson(std::ostream &out, const SListing &listing)
 }
 
 const std::map<std::string, void (*)(std::ostream &out, const SListing &listing)> Writers = {
-    {"table", WriteTable}, {"csv", WriteCsv}, {"json", WriteJson}};
+    {"table", WriteSignalsTable}, {"csv", WriteSignalsCsv}, {"json", WriteSignalsJson}};
 
 // Columns and variables have no times.
 void RefuseStretch(const SSignalsOptions &options, const tesk::SNameList &list)

@@ -235,14 +235,14 @@ SFinding Unreadable(const SFormulaTime &time, const std::string &role)
 }
 
 // Femtoseconds; exact for what a formula can write sensibly.
-double Femtoseconds(const SFormulaTime &time)
+double NearFemtoseconds(const SFormulaTime &time)
 {
     return ChangeTime(time.number, static_cast<unsigned>(time.unit), 0);
 }
 
 std::optional<SFinding> FindLostPart(const SFormulaTime &time, long long resolution)
 {
-    const double wanted = Femtoseconds(time);
+    const double wanted = NearFemtoseconds(time);
     const double counted = static_cast<double>(time.value.m_ticks) * static_cast<double>(resolution);
     const double lost = std::fabs(wanted - counted);
     const std::string tick = TickText(1, resolution);

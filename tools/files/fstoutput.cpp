@@ -16,7 +16,7 @@ using NTARN::EFstVariable;
 
 namespace {
 
-EFstVariable KindOf(EDumpKind kind)
+EFstVariable VariableKind(EDumpKind kind)
 {
     switch (kind) {
     case EDumpKind::Integer: return EFstVariable::Integer;
@@ -81,7 +81,7 @@ private:
     void Declare(const SDumpVariable &variable)
     {
         const SDumpEvents &events = m_dump.events[variable.events];
-        const EFstVariable kind = KindOf(events.form.kind);
+        const EFstVariable kind = VariableKind(events.form.kind);
         const std::string range = events.form.kind == EDumpKind::Bits ? variable.Range() : "";
         const std::string name = variable.name.variable + (range.empty() ? "" : " " + range);
         std::uint32_t &handle = m_handles[variable.events];

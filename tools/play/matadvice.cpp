@@ -20,7 +20,7 @@ using tesk::MatFilePtr;
 using tesk::OpenMatFile;
 
 // As the importer does, but for what it could not do anyway.
-MatFilePtr OpenFile(const CFileFormulaArgs &args)
+MatFilePtr OpenFileOf(const CFileFormulaArgs &args)
 {
     const std::string path(args.m_file);
     MatFilePtr file = OpenMatFile(path);
@@ -103,7 +103,7 @@ std::string ExplainMatFormula(const CFileFormulaArgs &args)
 {
     if (!LoadMatLibraries())
         return tesk::NoMatLibraries;
-    const MatFilePtr file = OpenFile(args);
+    const MatFilePtr file = OpenFileOf(args);
     if (file != nullptr)
         return FirstOfVariables(args, file.get(), ExplainVariable);
     return tesk::MatFileFault();
@@ -111,6 +111,6 @@ std::string ExplainMatFormula(const CFileFormulaArgs &args)
 
 std::string FindMatLoss(const CFileFormulaArgs &args)
 {
-    const MatFilePtr file = LoadMatLibraries() ? OpenFile(args) : nullptr;
+    const MatFilePtr file = LoadMatLibraries() ? OpenFileOf(args) : nullptr;
     return file != nullptr ? FirstOfVariables(args, file.get(), LossOf) : "";
 }

@@ -96,7 +96,7 @@ void DrawEdge(CCells &cells, std::size_t column, int from, int to)
     cells.Set(to, column, rises ? "┌" : "└");
 }
 
-std::string Printable(char c)
+std::string LetterCell(char c)
 {
     return c >= ' ' && c < 0x7F ? std::string(1, c) : "?";
 }
@@ -111,7 +111,7 @@ void DrawBand(CCells &cells, std::size_t begin, std::size_t end, const SStretch 
         return;
     const std::size_t first = begin + (end - begin - stretch.text.size() + 1) / 2;
     for (std::size_t i = 0; i < stretch.text.size(); ++i)
-        cells.Set(Middle, first + i, Printable(stretch.text[i]));
+        cells.Set(Middle, first + i, LetterCell(stretch.text[i]));
 }
 
 void DrawStretch(CCells &cells, const SStretch &stretch, int previousRow)

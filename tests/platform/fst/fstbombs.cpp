@@ -1,6 +1,8 @@
 // Small files that stand for much: each must be answered soon and in little memory.
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <cstring>
 #include <ctime>
 #include <optional>
 
@@ -40,10 +42,10 @@ private:
 
 CBytes Repeated(const CBytes &bytes, std::size_t count)
 {
-    CBytes repeated;
-    repeated.reserve(bytes.size() * count);
-    for (std::size_t i = 0; i < count; ++i)
-        repeated.insert(repeated.end(), bytes.begin(), bytes.end());
+    CBytes repeated(bytes.size() * count);
+    std::memcpy(repeated.data(), bytes.data(), bytes.size());
+    for (std::size_t done = bytes.size(); done < repeated.size(); done *= 2)
+        std::memcpy(repeated.data() + done, repeated.data(), std::min(done, repeated.size() - done));
     return repeated;
 }
 

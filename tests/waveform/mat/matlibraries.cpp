@@ -1,5 +1,4 @@
 #include "waveform/mat/matlibraries.h"
-#include "testpaths.h"
 
 #include <gmock/gmock.h>
 #include <sys/wait.h>
@@ -7,6 +6,7 @@
 #include <cerrno>
 
 #include "platform/loader.h"
+#include "testpaths.h"
 #include "waveform/fakematlab/installed.h"
 #include "waveform/mat/matfiles.h"
 

@@ -1,8 +1,8 @@
 #include "waveform/mat/matvariable.h"
-#include "testpaths.h"
 
 #include <gmock/gmock.h>
 
+#include "testpaths.h"
 #include "waveform/mat/matfiles.h"
 
 using testing::ElementsAre;
