@@ -18,8 +18,7 @@ CDiffWalk::SSide::SSide(IWaveformFile &of, ECompareSide side, const SComparePoli
 
 CDiffWalk::CDiffWalk(IWaveformFile &expected, IWaveformFile &got, const SComparePolicy &policy, CLiteralTexts &literals,
                      long long resolution)
-    : m_resolution(resolution), m_tolerance(policy.tolerance),
-      m_expected(expected, ECompareSide::Expected, policy, literals, resolution),
+    : m_tolerance(policy.tolerance), m_expected(expected, ECompareSide::Expected, policy, literals, resolution),
       m_got(got, ECompareSide::Got, policy, literals, resolution)
 {}
 

@@ -76,7 +76,6 @@ private:
     void Compare(std::size_t number, long long time, CComparison &comparison);
     void TellPair(std::size_t number, long long time, CComparison &comparison);
 
-    long long m_resolution;
     long long m_tolerance;
     SSide m_expected;
     SSide m_got;
