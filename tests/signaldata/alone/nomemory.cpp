@@ -1,29 +1,19 @@
 // The data models without memory.
 #include "nomemory.h"
 
-#include <memory>
 #include <string>
 
 #include "platform/kestrin.h"
+#include "signal/tree/component.h"
 #include "signal/unknown.h"
 #include "signaldata/scalardata.h"
 #include "signaldata/signaldata.h"
 
 namespace {
 
-struct SRelease {
-    template <typename T>
-    void operator()(T *object) const
-    {
-        object->Release();
-    }
-};
-template <typename T>
-using Ptr = std::unique_ptr<T, SRelease>;
-
-using DataPtr = Ptr<tesk::ISignalData>;
-using DatasPtr = Ptr<tesk::ISignalDataContainer>;
-using ScalarsPtr = Ptr<tesk::IScalarDataContainer>;
+using DataPtr = tesk::TReference<tesk::ISignalData>;
+using DatasPtr = tesk::TReference<tesk::ISignalDataContainer>;
+using ScalarsPtr = tesk::TReference<tesk::IScalarDataContainer>;
 
 constexpr const char *Letter = "e#9#std_logicc9 UX01ZWLH-";
 
