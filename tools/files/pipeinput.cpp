@@ -174,7 +174,7 @@ void CPipeCopy::Fill(const CFile &pipe, std::uintmax_t most)
 
 std::string ReadablePath(const std::string &path)
 {
-    const std::string opened = path == "-" ? StandardInput : path;
+    std::string opened = path == "-" ? StandardInput : path;
     struct stat status {};
     if (stat(opened.c_str(), &status) != 0)
         return opened;

@@ -90,7 +90,7 @@ std::string FirstOfVariables(const CFileFormulaArgs &args, MATFile *file,
     for (const std::string &name : {std::string(target.name), hasTimes ? std::string(args.m_timeSource) : ""}) {
         const mxArray *array = name.empty() ? nullptr : tesk::FindMatVariable(name.c_str(), file);
         const std::string fault = array == nullptr ? tesk::MatReaderFault() : "";
-        const std::string words = fault.empty() && !name.empty() ? say(name, array, file) : fault;
+        std::string words = fault.empty() && !name.empty() ? say(name, array, file) : fault;
         if (!words.empty())
             return words;
     }
