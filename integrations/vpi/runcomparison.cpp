@@ -369,11 +369,10 @@ private:
 
 }  // namespace
 
-bool StartRunComparison(std::shared_ptr<IWaveformFile> file, SRunComparison asked)
+bool StartRunComparison(const std::shared_ptr<IWaveformFile> &file, const SRunComparison &asked)
 {
     const CComparedNames compared(*file, asked);
     const std::vector<SFileSignal> &signals = file->GetSignals();
-    const std::string place = asked.place;
     auto comparison = std::make_unique<CRunComparison>(file, asked);
     std::vector<std::string> names;
     std::vector<SRecorded> recorded;
@@ -385,7 +384,7 @@ bool StartRunComparison(std::shared_ptr<IWaveformFile> file, SRunComparison aske
         if (compared.Has(names.back()))
             recorded.push_back({i, JoinName(asked.replay.to, *name)});
     }
-    const auto refuse = [&](const CRefusal &refusal) { Tell(ESeverity::Error, place, refusal.what()); };
+    const auto refuse = [&](const CRefusal &refusal) { Tell(ESeverity::Error, asked.place, refusal.what()); };
     for (const SMatch &match : MatchRecord(*file, recorded, refuse)) {
         try {
             comparison->Add(match);

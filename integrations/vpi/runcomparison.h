@@ -26,6 +26,6 @@ struct SRunComparison {
 ///
 /// Signals are those of the patterns; without patterns the outputs that the file tells of, else those that the design has.
 /// @return false if there is nothing to compare
-bool StartRunComparison(std::shared_ptr<IWaveformFile> file, SRunComparison asked);
+bool StartRunComparison(const std::shared_ptr<IWaveformFile> &file, const SRunComparison &asked);
 
 }  // namespace tesk::vpi

@@ -16,8 +16,9 @@ void CFstCounter::CountBlock(std::size_t block, const tesk::FProgress &progress)
     const std::vector<CFstBuffer> chains = block == 0 ? UnpackAll(stretches) : std::vector<CFstBuffer>();
     if (block == 0)
         CountInitial(stretches, chains);
-    const auto done = static_cast<long long>(block * stretches.size());
-    const auto all = static_cast<long long>(m_blocks.Count() * stretches.size());
+    const auto stretchCount = static_cast<long long>(stretches.size());
+    const auto done = static_cast<long long>(block) * stretchCount;
+    const auto all = static_cast<long long>(m_blocks.Count()) * stretchCount;
     CFstBuffer chain;
     for (std::size_t i = 0; i < stretches.size(); ++i) {
         progress(done + static_cast<long long>(i), all);

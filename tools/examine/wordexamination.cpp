@@ -18,7 +18,7 @@ namespace tesk {
 
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 const std::array<std::string, 10> UnitNames = {"fs", "ps", "ns", "us", "ms", "sec", "s", "min", "hr", "n"};
 constexpr const char *UnitList = "fs, ps, ns, us, ms, sec, min or hr";

@@ -219,6 +219,7 @@ private:
 [[noreturn]] void RefuseGlob(const std::string &glob, const std::string &path, const std::vector<SFileSignal> &signals)
 {
     std::vector<std::string> names;
+    names.reserve(signals.size());
     for (const SFileSignal &signal : signals)
         names.push_back(signal.path);
     throw CRefusal(OneLine(path) + ": no signal is named " + Quote(glob) + DidYouMean(glob, names) +
