@@ -11,6 +11,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "platform/matlab/matstream.h"
+
 namespace {
 
 constexpr std::size_t BufferSize = 65536;
@@ -182,6 +184,8 @@ std::string CHelperProcess::FaultOfEnd()
     if (ended <= 0)
         return {};
     m_process = -1;
+    if (WIFEXITED(status) && WEXITSTATUS(status) > ReadFailed)
+        return std::string("could not read the file: ") + std::strerror(WEXITSTATUS(status) - ReadFailed);
     if (!WIFSIGNALED(status))
         return {};
     const int number = WTERMSIG(status);

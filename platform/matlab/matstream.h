@@ -25,6 +25,9 @@ enum class EDetail { Values, Headers };
 inline constexpr char StreamBegin[8] = {'T', 'E', 'S', 'K', 'M', 'A', 'T', '1'};
 inline constexpr char StreamEnd[8] = {'T', 'E', 'S', 'K', 'E', 'N', 'D', '1'};
 
+/// What the helper ends with where the system could not read the file: this and the `errno`.
+inline constexpr int ReadFailed = 100;
+
 inline constexpr std::uint32_t MaximumRank = 64;
 inline constexpr std::uint32_t MaximumFields = 65536;
 inline constexpr std::uint32_t MaximumNameLength = 4096;
