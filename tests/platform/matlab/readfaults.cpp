@@ -14,7 +14,7 @@ protected:
     ~MatReadFaults() override { unsetenv("TESK_TEST_FAILING_READ"); }
 };
 
-// What is made of a file by a reader whose Nth read and all that follow fail.
+// What is made of a file by a reader whose Nth read fails.
 using FAnswer = std::function<std::string(CMatFile &file)>;
 
 std::string AnswerAt(int failing, const std::string &name, const FAnswer &answer)

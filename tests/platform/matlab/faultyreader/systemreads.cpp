@@ -1,4 +1,4 @@
-// The reads of a reader whose Nth fails, with all that follow; TESK_TEST_FAILING_READ tells which.
+// The reads of a reader whose Nth fails; TESK_TEST_FAILING_READ tells which.
 #include "platform/matlab/systemreads.h"
 
 #include <sys/syscall.h>
@@ -11,10 +11,10 @@ namespace {
 
 bool Fails()
 {
-    static const int first = std::atoi(std::getenv("TESK_TEST_FAILING_READ"));
+    static const int failing = std::atoi(std::getenv("TESK_TEST_FAILING_READ"));
     static int number = 0;
     errno = EIO;
-    return ++number >= first;
+    return ++number == failing;
 }
 
 }  // namespace
