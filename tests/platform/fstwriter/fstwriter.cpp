@@ -99,6 +99,18 @@ TEST(FstWriter, WritesScopesVariablesAndChanges)
     EXPECT_STREQ(file->GetType(5).GetTypeIdentifier(), "std_logic_vector(0 to 1)");
 }
 
+TEST(FstWriter, WritesAnXForALetterThatNoTypeHas)
+{
+    const CLogCatcher log;
+    const CWritten file([](CFstWriter &writer) {
+        const auto bus = writer.AddVariable(EFstVariable::Wire, None, "bus", 4);
+        writer.SetTime(1);
+        writer.Change(bus, "1q\xFF!");
+        return 2U;
+    });
+    EXPECT_THAT(file.Dump(), HasSubstr("b1xxx !"));
+}
+
 TEST(FstWriter, WritesWhatFst2VcdReads)
 {
     const CLogCatcher log;

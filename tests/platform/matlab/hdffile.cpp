@@ -115,6 +115,7 @@ TEST_F(HdfMatFile, KnowsTheOtherClasses)
         file.AddGroup("sparse", "double");
         file.AddNumber("sparse", "MATLAB_sparse", 5);
         file.Add("sparse/jc", {4}, std::vector<int>{0, 0, 0, 0}, H5T_NATIVE_INT, H5T_STD_U64LE, "");
+        file.AddGroup("object", "containers.Map");
     }
     for (const char *row : {"logical 3", "char 4", "single 7", "int8 8", "uint8 9", "int32 12", "table 18", "cell 1"}) {
         const std::string text = row, name = text.substr(0, text.find(' '));
@@ -125,6 +126,7 @@ TEST_F(HdfMatFile, KnowsTheOtherClasses)
     EXPECT_EQ(KindOf("complex"), "class 6 complex");
     EXPECT_EQ(VariableOf("sparse"), "5x3 class 0");
     EXPECT_EQ(KindOf("sparse"), "class 0 sparse");
+    EXPECT_EQ(VariableOf("object"), "1x1 class 18");
 }
 
 TEST_F(HdfMatFile, HoldsArraysWithoutElements)
