@@ -94,10 +94,10 @@ std::string ReadText(hid_t object, const char *name)
     return text;
 }
 
-std::uint64_t ReadNumber(hid_t object, const char *name, std::uint64_t otherwise)
+std::uint64_t ReadNumber(hid_t object, const char *name)
 {
     if (H5Aexists(object, name) <= 0)
-        return otherwise;
+        return 0;
     const CId attribute(H5Aopen(object, name, H5P_DEFAULT), H5Aclose);
     const CId space(H5Aget_space(attribute), H5Sclose);
     std::uint64_t number = 0;

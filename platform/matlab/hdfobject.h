@@ -42,8 +42,8 @@ std::size_t CountOf(hid_t space);
 /// of its own. @return empty if there is none
 std::string ReadText(hid_t object, const char *name);
 
-/// An attribute of one number. @return `otherwise` if there is none
-std::uint64_t ReadNumber(hid_t object, const char *name, std::uint64_t otherwise);
+/// An attribute of one number. @return 0 if there is none
+std::uint64_t ReadNumber(hid_t object, const char *name);
 
 /// The names of the fields of a structure in their order, where the file tells it.
 std::vector<std::string> ReadFieldOrder(hid_t object);

@@ -245,7 +245,7 @@ void PutSparse(hid_t group, int classId)
         columns = std::max<std::uint64_t>(CountOfDataset(begins), 1) - 1;
     }
     PutBegin((classId == MatClassLogical ? MatClassLogical : MatClassUnknown) | MarkSparse,
-             {ReadNumber(group, "MATLAB_sparse", 0), columns});
+             {ReadNumber(group, "MATLAB_sparse"), columns});
 }
 
 void PutGroup(hid_t group, EDetail detail, int depth)
@@ -262,7 +262,7 @@ void PutGroup(hid_t group, EDetail detail, int depth)
 void PutDataset(hid_t dataset, EDetail detail)
 {
     const CId type(H5Dget_type(dataset), H5Tclose);
-    const bool isEmpty = ReadNumber(dataset, "MATLAB_empty", 0) != 0;
+    const bool isEmpty = ReadNumber(dataset, "MATLAB_empty") != 0;
     const int classId = ClassOf(ReadText(dataset, "MATLAB_class"), ClassOfType(type));
     const std::size_t elements =
         PutBegin(IsComplex(type) ? classId | MarkComplex : classId, isEmpty ? SizesOfEmpty(dataset) : SizesOf(dataset));

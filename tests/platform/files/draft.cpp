@@ -13,6 +13,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -186,6 +187,20 @@ TEST_F(Draft, IsRemovedWithAllOthersButNotByAnotherProcess)
     EXPECT_EQ(Names().size(), 2U);
     tesk::RemoveDrafts();
     EXPECT_EQ(Names().size(), 0U);
+}
+
+TEST_F(Draft, BeyondTheSixtyFourthTakesNothingFromTheOthers)
+{
+    std::vector<std::unique_ptr<CDraft>> known;
+    for (int i = 0; i < 64; ++i)
+        known.push_back(std::make_unique<CDraft>(Path(std::to_string(i))));
+    {
+        CDraft other(Path("other"));
+        EXPECT_TRUE(other.Publish());
+    }
+    EXPECT_EQ(Names().size(), 65U);
+    tesk::RemoveDrafts();
+    EXPECT_EQ(Names(), std::set<std::string>{"other"});
 }
 
 TEST_F(Draft, GoesAtTheEndOfTheProgram)
