@@ -63,6 +63,17 @@ std::string ShowCounts(tesk::IWaveformFile &file)
     return text.str();
 }
 
+// As a comparison goes through a file: it asks for each time before it goes there.
+std::string ShowTimes(tesk::IWaveformFile &file)
+{
+    std::ostringstream text;
+    const auto walk = tesk::WalkInTime(file, file.GetSignals());
+    long long next = 0, time = 0;
+    while (walk->PeekTime(next) && walk->Next(time, next))
+        text << time << ':' << walk->GetChanged().size() << ' ';
+    return text.str();
+}
+
 struct SAnswer {
     std::string text;
     std::vector<std::string> faults;  // of level 1, and what was thrown
@@ -141,7 +152,7 @@ protected:
     static void ExpectFaultsTold(tesk::EFileKind kind, const std::string &path)
     {
         using FShow = std::string (*)(tesk::IWaveformFile &);
-        for (const FShow show : {FShow(ShowChanges), FShow(ShowElements), FShow(ShowCounts)}) {
+        for (const FShow show : {FShow(ShowChanges), FShow(ShowElements), FShow(ShowCounts), FShow(ShowTimes)}) {
             ExpectNoFaultGoesUnsaid(path, [&] {
                 const auto file = tesk::FileKind(kind).open(path.c_str());
                 return file != nullptr ? show(*file) : std::string();
