@@ -2,6 +2,7 @@
 // the stream of matstream.h. It is a process of its own because the libraries below it crash on some damaged files.
 #include <matio.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdint>
@@ -76,6 +77,18 @@ void PutDoubles(const matvar_t &variable, std::size_t elements)
     Put(real, elements * sizeof(double));
 }
 
+// The most fields of elements that the file can hold: each has a tag of 8 bytes, and zlib packs 1032 bytes into one at best.
+std::size_t g_mostNodes = 0;
+
+void LimitNodes(const char *path)
+{
+    constexpr std::size_t BytesOfTag = 8, MostPacking = 1032;
+    struct stat status = {};
+    if (stat(path, &status) != 0)
+        GiveUp();
+    g_mostNodes = static_cast<std::size_t>(status.st_size) / BytesOfTag * MostPacking;
+}
+
 void PutNode(const matvar_t *variable, EDetail detail, int depth);
 
 void PutStructure(const matvar_t &variable, std::size_t elements, EDetail detail, int depth)
@@ -91,7 +104,7 @@ void PutStructure(const matvar_t &variable, std::size_t elements, EDetail detail
     }
     elements = detail == EDetail::Values ? elements : std::min<std::size_t>(elements, 1);
     std::size_t nodes = 0;
-    if (__builtin_mul_overflow(elements, std::size_t(fields), &nodes))
+    if (__builtin_mul_overflow(elements, std::size_t(fields), &nodes) || nodes > g_mostNodes)
         GiveUp();
     const auto *values = static_cast<matvar_t *const *>(variable.data);
     const std::size_t stored = values != nullptr ? variable.nbytes / sizeof(matvar_t *) : 0;
@@ -185,6 +198,7 @@ void PutOfHdfFile(const SRequest &request)
 void PutOfOlderFile(const SRequest &request)
 {
     const auto [path, name, isList] = request;
+    LimitNodes(path);
     mat_t *file = Mat_Open(path, MAT_ACC_RDONLY);
     if (file == nullptr)
         GiveUp();

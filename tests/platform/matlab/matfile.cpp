@@ -167,6 +167,14 @@ TEST_F(MatFile, IsAFileOfThatKind)
         EXPECT_FALSE(CMatFile(TESK_MATREAD, path).Check()) << path;
 }
 
+TEST_F(MatFile, HasNoMoreElementsThanItsBytesCanHold)
+{
+    CMatFile file(TESK_MATREAD,
+                  TESK_SOURCE_DIR "/fuzz/seeds/matfile/manyelements");  // 21 million structures in 579 bytes
+    EXPECT_TRUE(file.Check());
+    EXPECT_EQ(file.ReadVariable("v"), nullptr);
+}
+
 TEST_F(MatFile, NeedsItsReader)
 {
     CMatFile file("/no/such/program", SamplePath("octave7.mat"));
