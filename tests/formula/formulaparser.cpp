@@ -78,7 +78,9 @@ TEST(FormulaParser, NamesTheWiresOfARandomVector)
     EXPECT_EQ(split.result, 1);
     ASSERT_THAT(split.elements, SizeIs(2));
     EXPECT_THAT(split.elements[0], testing::MatchesRegex("\\\\random\\\\wire\\\\0\\\\[0-9]+"));
-    EXPECT_THAT(Split("\\random\\1\\5\\0\\10\\20ns", 2).elements, IsEmpty());  // the settings' keyword has a case
+    const SSplit refused = Split("\\random\\1\\5\\0\\10\\20ns", 2);  // the settings' keyword has a case
+    EXPECT_EQ(refused.result, 0);
+    EXPECT_THAT(refused.elements, IsEmpty());
 }
 
 TEST(FormulaParser, SplitsTheLegacyNotation)

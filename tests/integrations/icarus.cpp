@@ -288,6 +288,27 @@ endmodule
     EXPECT_THAT(simulation.Lines("on and on"), SizeIs(1));
 }
 
+TEST(ModuleInIcarus, RefusesValuesOfATypeThatTheSignalDoesNotHave)
+{
+    const struct {
+        const char *signal, *type, *text;
+    } rows[] = {
+        {"tb.r", "integer", "tb.r: values are of the type \"integer\", which do not fit a signal of the type \"real\""},
+        {"tb.v", "real", "tb.v: values are of the type \"real\", which do not fit a signal of the type "},
+        {"tb.v", "bit", "tb.v: values are of the type \"bit\", which do not fit a signal of the type "},
+    };
+    for (const auto &row : rows) {
+        CSimulation simulation;
+        simulation.Write("types.toml", std::string("[signals]\n\"") + row.signal +
+                                           "\" = { formula = \"1 0ns\", type = \"" + row.type + "\" }\n");
+        simulation.Write("design.v", "module tb; real r = 0; reg [7:0] v = 0; always @(v or r) ;\n"
+                                     "initial begin $tesk_bench(\"types.toml\"); #1 $display(r, v); end endmodule\n");
+        simulation.RunIcarus();
+        EXPECT_THAT(simulation.Output(), HasSubstr(row.text));
+        EXPECT_THAT(simulation.Output(), testing::ContainsRegex("0 +0\n")) << "nothing is put";
+    }
+}
+
 TEST(ModuleInIcarus, EndsForABenchFromTheCommandLineThatHasFaults)
 {
     CSimulation simulation;

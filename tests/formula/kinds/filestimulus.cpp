@@ -41,6 +41,12 @@ TEST_F(FileStimulus, IsOfTheKindThatTheFileNameTells)
     }
 }
 
+TEST_F(FileStimulus, IsOfTheKindThatTheFileNameTellsWithoutTheBlanksBehindIt)
+{
+    EnterVcd("a.vcd.db");
+    EXPECT_TRUE(IsA<CVcdStimulus>(Create("/custom a.vcd.db \t,s")));
+}
+
 TEST_F(FileStimulus, OfAnEventStreamIsNeverLookedForInTheTable)
 {
     for (const char *name : {"nowhere/a.zyn", "nowhere/a.tmp", "nowhere/a.vcd.zyn", "nowhere/a.tmp.vcd"}) {
