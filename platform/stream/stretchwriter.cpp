@@ -229,7 +229,7 @@ void CStretchWriter::EncodeAtOnce(CGroupEncoder &encoder, const SGroup &group, c
     }
     const std::uint32_t time = m_events[*begin].time & ~WordFlag;
     if (areBits)
-        encoder.AddWord(time, changed, bits & changed);
+        encoder.AddWord(time, changed, bits);
     else
         encoder.AddValues(time, changed, values);
 }

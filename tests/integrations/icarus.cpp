@@ -288,6 +288,25 @@ endmodule
     EXPECT_THAT(simulation.Lines("on and on"), SizeIs(1));
 }
 
+TEST(ModuleInIcarus, ReleasesWhatTheStimulatorBeforeHasForced)
+{
+    CSimulation simulation;
+    simulation.Write("design.v", R"(`timescale 1ns/1ns
+module tb;
+  reg w = 0, v = 0;
+  initial begin
+    $tesk_stimulate(w, "1 0ns"); $tesk_stimulate(v, "1 0ns");
+    #5 $tesk_stimulate(w, "1 100ns", "deposit"); $tesk_stimulate(v, "Z 0ns", "drive");
+    #1 w = 0; v = 0;
+    #1 $display("%b%b at 7", w, v);
+    $finish;
+  end
+endmodule
+)");
+    simulation.RunIcarus();
+    EXPECT_THAT(simulation.Lines("at 7"), ElementsAre("00 at 7")) << simulation.Output();
+}
+
 TEST(ModuleInIcarus, RefusesValuesOfATypeThatTheSignalDoesNotHave)
 {
     const struct {
