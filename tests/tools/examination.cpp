@@ -131,7 +131,8 @@ TEST(Examination, WarnsOfEventsThatAreNeverPlayed)
     EXPECT_THAT(Examine("1 20ns, 0 10ns"), ElementsAre(HasSubstr("\"0\" at 10ns lies before the first event")));
     EXPECT_THAT(Examine("1 0ns, 0 20ns -r 10ns"), ElementsAre(HasSubstr("\"0\" at 20ns lies behind the period")));
     EXPECT_THAT(Examine("1 0ns, 0 20ns -cancel 15ns"), ElementsAre(HasSubstr("is not before the cancel time")));
-    EXPECT_THAT(Examine("1 5ns, 0 5ns"), ElementsAre(HasSubstr("has the time of \"1\", which is not played")));
+    for (const char *formula : {"1 5ns, 0 5ns", "1 0ns, 0 0ns"})
+        EXPECT_THAT(Examine(formula), ElementsAre(HasSubstr("has the time of \"1\", which is not played")));
     EXPECT_THAT(Lines({"1 @5ns, 0 @20ns", "", 1000, 10000}),
                 ElementsAre(HasSubstr("\"1\" at 5ns lies before the start")));
 }
@@ -195,6 +196,8 @@ TEST(Examination, NamesTheSettingOfACounterThatCannotBeRead)
     EXPECT_THAT(Examine("\\counter\\TYP\\2\\DIR\\1"), ElementsAre(HasSubstr("\"TYP\" stands where TYPE is expected")));
     EXPECT_THAT(Examine("\\counter\\TYPE\\9\\DIR\\1\\RADIX\\10\\START\\0\\INC\\1\\PERIOD\\10nz\\REV\\0"),
                 ElementsAre(HasSubstr("\"9\" is no TYPE of a counter"), HasSubstr("unknown time unit \"nz\"")));
+    EXPECT_THAT(Examine("\\counter\\TYPE\\1\\DIR\\1\\RADIX\\10\\START\\0\\INC\\1\\PERIOD\\10  nz\\REV\\0"),
+                ElementsAre(HasSubstr("unknown time unit \"nz\"")));
 }
 
 TEST(Examination, NamesWhatARandomFormulaLacks)
