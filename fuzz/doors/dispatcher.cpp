@@ -42,6 +42,7 @@ void Dispatcher(std::string_view input)
     }
     IStimulus::OnEndsim();
     tesk::ExamineFormula({formula, type.description});
+    IStimulus::OnEndsim();  // which closes what was examined
 }
 
 }  // namespace fuzz

@@ -60,6 +60,7 @@ void FileFormula(std::string_view input)
     }
     IStimulus::OnEndsim();
     tesk::ExamineFormula({formula, type.description});
+    IStimulus::OnEndsim();  // which closes what was examined
 }
 
 }  // namespace fuzz
