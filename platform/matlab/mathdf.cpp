@@ -278,10 +278,8 @@ void PutDataset(hid_t dataset, EDetail detail)
 
 void PutObject(hid_t object, EDetail detail, int depth)
 {
-    const H5I_type_t kind = H5Iget_type(object);
-    if (depth > MaximumDepth)
-        PutNothing();
-    else if (kind == H5I_GROUP)
+    const H5I_type_t kind = depth <= MaximumDepth ? H5Iget_type(object) : H5I_BADID;
+    if (kind == H5I_GROUP)
         PutGroup(object, detail, depth);
     else if (kind == H5I_DATASET)
         PutDataset(object, detail);
