@@ -171,6 +171,15 @@ TEST_F(Drawn, TellsEachLaneWithoutAnEquivalent)
         EXPECT_THAT(Import(fault.text, "--from wavejson").err, HasSubstr(fault.error)) << fault.text;
 }
 
+TEST_F(Drawn, IsReadToADepthOf64Literals)
+{
+    const auto nested = [](std::size_t depth) {
+        return "{x: " + std::string(depth, '[') + std::string(depth, ']') + ", signal: [{name: 'a', wave: '01'}]}";
+    };
+    EXPECT_THAT(Import(nested(64), "--from wavejson").out, HasSubstr("a = "));
+    EXPECT_THAT(Import(nested(65), "--from wavejson").err, HasSubstr("literals lie too deep inside one another"));
+}
+
 TEST_F(Drawn, IsReadWithoutHarmHoweverItIsDamaged)
 {
     const std::string drawing =
