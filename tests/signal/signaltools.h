@@ -22,6 +22,13 @@ inline std::string ArrayType(const std::string &name, int dimensions, const std:
     return "a#" + std::to_string(name.size()) + "#" + name + std::to_string(dimensions) + " " + ranges + " " + element;
 }
 
+/// An array type with one dimension, left bound to right bound.
+inline std::string ArrayType(const std::string &name, int left, int right, const std::string &element = StdLogicType)
+{
+    const std::string way = left > right ? "d" : "t";
+    return ArrayType(name, 1, "ric" + way + std::to_string(left) + " " + std::to_string(right), element);
+}
+
 /// A vector of std_logic, `length` long.
 inline std::string VectorType(int length)
 {

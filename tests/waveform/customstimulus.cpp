@@ -10,8 +10,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr long long Latest = 0x7FFFFFFFFFFFFFFF;
-
 class StreamStimulus : public ReplayedFiles {
 protected:
     static StimulusPtr Create(SReplay replay)

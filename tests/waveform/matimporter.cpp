@@ -13,7 +13,6 @@ namespace {
 
 class MatImport : public CMatTest {};
 
-const std::string Byte = VectorType(8);
 const std::string Unsigned = ArrayType("UNSIGNED(7 downto 0)", 7, 0);
 const std::string VerilogByte = "va#8#reg[7:0]1 ricd7 0 e#3#regc4 01ZX";
 const std::string VerilogBit = "ve#3#regc4 01ZX";
@@ -24,7 +23,7 @@ const std::string TooLate = "2 KERNEL Some events on signal `v' could not be sch
 TEST_F(MatImport, FillsAColumn)
 {
     WriteVariables({Matrix("v", {{5}, {3}})});
-    const int handle = ImportHandle("t.mat,v -interval 2ns", Byte, 7000);
+    const int handle = ImportHandle("t.mat,v -interval 2ns", ByteType, 7000);
     ASSERT_EQ(handle, 1);
     const CSampleColumn &column = *g_SampleColumns.at(1);
     EXPECT_EQ(std::string(column.m_args.m_file), "t.mat");
@@ -41,8 +40,8 @@ TEST_F(MatImport, FillsAColumn)
 TEST_F(MatImport, CountsHandlesAsTheTextImporterDoes)
 {
     WriteVariables({Matrix("v", {{5}})});
-    EXPECT_EQ(ImportHandle("t.mat,v", Byte), 1);
-    EXPECT_EQ(ImportHandle("t.mat,v", Byte), 2);
+    EXPECT_EQ(ImportHandle("t.mat,v", ByteType), 1);
+    EXPECT_EQ(ImportHandle("t.mat,v", ByteType), 2);
 }
 
 TEST_F(MatImport, WritesValuesByTheTypeOfTheSignal)
@@ -53,11 +52,11 @@ TEST_F(MatImport, WritesValuesByTheTypeOfTheSignal)
         double value;
         const char *sample;
     } rows[] = {
-        {Byte, 0, "0:null"},
-        {Byte, 5, "0:101"},
-        {Byte, -5, "0:11111011"},
-        {Byte, 300, "0:1111111"},
-        {Byte, noNumber, "0:XXXXXXXX"},
+        {ByteType, 0, "0:null"},
+        {ByteType, 5, "0:101"},
+        {ByteType, -5, "0:11111011"},
+        {ByteType, 300, "0:1111111"},
+        {ByteType, noNumber, "0:XXXXXXXX"},
         {Unsigned, 300, "0:1111111"},
         {Unsigned, -5, "0:null"},
         {ArrayType("unsigned(7 downto 0)", 7, 0), -5, "0:11111011"},
@@ -88,12 +87,12 @@ TEST_F(MatImport, WritesValuesByTheTypeOfTheSignal)
 
 TEST_F(MatImport, TakesThePointIntoAccount)
 {
-    EXPECT_THAT(ImportMatrix({{1.25}}, "v -point 2", Byte), ElementsAre("0:101"));
-    EXPECT_THAT(ImportMatrix({{1.25}}, "v -point ", Byte), ElementsAre("0:1"));
-    EXPECT_THAT(ImportMatrix({{1.25}}, "v -point x", Byte), ElementsAre("0:1"));
-    EXPECT_THAT(ImportMatrix({{12}}, "v -point -2", Byte), ElementsAre("0:11"));
-    EXPECT_THAT(ImportMatrix({{1}}, "v -point 2147483647", Byte), ElementsAre("0:1111111"));
-    EXPECT_THAT(ImportMatrix({{1}}, "v -point -2147483648", Byte), ElementsAre("0:null"));
+    EXPECT_THAT(ImportMatrix({{1.25}}, "v -point 2", ByteType), ElementsAre("0:101"));
+    EXPECT_THAT(ImportMatrix({{1.25}}, "v -point ", ByteType), ElementsAre("0:1"));
+    EXPECT_THAT(ImportMatrix({{1.25}}, "v -point x", ByteType), ElementsAre("0:1"));
+    EXPECT_THAT(ImportMatrix({{12}}, "v -point -2", ByteType), ElementsAre("0:11"));
+    EXPECT_THAT(ImportMatrix({{1}}, "v -point 2147483647", ByteType), ElementsAre("0:1111111"));
+    EXPECT_THAT(ImportMatrix({{1}}, "v -point -2147483648", ByteType), ElementsAre("0:null"));
 }
 
 TEST_F(MatImport, SpacesEventsByTheInterval)

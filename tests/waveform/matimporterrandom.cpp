@@ -120,12 +120,12 @@ std::string ValueText(const SRandomFormula &formula, double value)
     return text.empty() ? "null" : formula.type->prefix + text;
 }
 
-using CEvents = std::vector<std::pair<long long, double>>;
+using CTimedNumbers = std::vector<std::pair<long long, double>>;
 
 // All that happens to the times once the values and the times are there. @return false if they go back
-bool Settle(const SRandomFormula &formula, CEvents &events)
+bool Settle(const SRandomFormula &formula, CTimedNumbers &events)
 {
-    CEvents rising;
+    CTimedNumbers rising;
     for (const auto &event : events) {
         if (!rising.empty() && event.first < rising.back().first)
             return false;
@@ -168,7 +168,7 @@ std::vector<std::string> Expected(const SRandomFormula &formula)
     if (isThere)
         values = lanes[static_cast<std::size_t>(lane)];
     const double interval = formula.interval != 0 ? formula.interval : 1;
-    CEvents events;
+    CTimedNumbers events;
     long long running = formula.start;
     for (std::size_t i = 0; i < values.size(); ++i) {
         if (formula.timeLane == -1) {

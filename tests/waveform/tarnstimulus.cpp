@@ -4,8 +4,6 @@
 
 namespace {
 
-constexpr long long Latest = 0x7FFFFFFFFFFFFFFF;
-
 class DatabaseStimulus : public ReplayedFiles {};
 
 TEST_F(DatabaseStimulus, WakesOnceMoreAtTheEndOfTheStretch)

@@ -13,15 +13,15 @@
 #include "tests/logcatcher.h"
 #include "tests/platform/vcd/vcdsupport.h"
 #include "tests/slots.h"
+#include "waveform/storetools.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char *Bit = "e#9#std_logicc9 UX01ZWLH-";
 constexpr const char *Down = "a#28#std_logic_vector(7 downto 4)1 ricd7 4 e#9#std_logicc9 UX01ZWLH-";
-constexpr const char *Byte = "a#28#std_logic_vector(7 downto 0)1 ricd7 0 e#9#std_logicc9 UX01ZWLH-";
+constexpr const char *EightBits = "a#28#std_logic_vector(7 downto 0)1 ricd7 0 e#9#std_logicc9 UX01ZWLH-";
 constexpr const char *Up = "a#24#std_logic_vector(2 to 5)1 rict2 5 e#9#std_logicc9 UX01ZWLH-";
 constexpr const char *Below = "a#29#std_logic_vector(1 downto -2)1 ricd1 -2 e#9#std_logicc9 UX01ZWLH-";
 constexpr const char *Record = "r#1#r2 x e#3#bitc2 01 y f#4#realrrct-1.79769e+308 1.79769e+308";
@@ -33,18 +33,6 @@ void Add(WaveStore &store, const char *name, const char *type, long long first, 
     for (long long handle = first; handle < first + count; ++handle)
         store.addHandle(&handle, 6);
     EXPECT_EQ(store.endSignal(), 0);
-}
-
-void AddEvent(WaveStore &store, long long handle, long long time, std::uint64_t value, std::uint64_t unused = 0)
-{
-    const WaveEvent event{time, value, unused};
-    store.addEvent(&handle, &event);
-}
-
-// "time=value", "-" for none.
-std::string Show(const WaveEvent *event)
-{
-    return event != nullptr ? std::to_string(event->m_time) + "=" + std::to_string(event->m_value) : "-";
 }
 
 TEST(WaveStore, IsEmptyWhenNew)
@@ -61,12 +49,12 @@ TEST(WaveStore, IsEmptyWhenNew)
 TEST(WaveStore, FindsASignalOrAnElementOfAnArray)
 {
     WaveStore store;
-    Add(store, "tb.a", Bit, 1, 1);
-    Add(store, "tb.byte", Byte, 2, 8);
+    Add(store, "tb.a", StdLogicType, 1, 1);
+    Add(store, "tb.byte", EightBits, 2, 8);
     Add(store, "tb.up", Up, 10, 4);
     Add(store, "tb.rec", Record, 14, 2);
-    Add(store, "tb.bit[3]", Bit, 16, 1);
-    Add(store, "tb.byte", Bit, 17, 1);
+    Add(store, "tb.bit[3]", StdLogicType, 16, 1);
+    Add(store, "tb.byte", StdLogicType, 17, 1);
     const struct {
         const char *name;
         long long handle;
@@ -112,7 +100,7 @@ TEST(WaveStore, FindsASignalOrAnElementOfAnArray)
 TEST(WaveStore, ShiftsTheIndexOfADescendingRangeByItsRightBound)
 {
     WaveStore store;
-    Add(store, "first", Bit, 1, 1);
+    Add(store, "first", StdLogicType, 1, 1);
     Add(store, "v", Down, 2, 4);   // 7 downto 4: an index counts 11 - index elements
     Add(store, "n", Below, 6, 4);  // 1 downto -2: -1 - index elements
     const struct {
@@ -129,9 +117,9 @@ TEST(WaveStore, ShiftsTheIndexOfADescendingRangeByItsRightBound)
 TEST(WaveStore, FindsTheElementOfALaterSignalOfTheSameNameWhereTheFirstHasNone)
 {
     WaveStore store;
-    Add(store, "v", Bit, 1, 1);
-    Add(store, "v", Byte, 2, 8);
-    Add(store, "v[1]", Bit, 10, 1);
+    Add(store, "v", StdLogicType, 1, 1);
+    Add(store, "v", EightBits, 2, 8);
+    Add(store, "v[1]", StdLogicType, 10, 1);
     EXPECT_EQ(store.FindSignal("v"), 1);
     EXPECT_EQ(store.FindSignal("v[1]"), 8);
 }
@@ -139,29 +127,24 @@ TEST(WaveStore, FindsTheElementOfALaterSignalOfTheSameNameWhereTheFirstHasNone)
 TEST(WaveStore, TellsTheTypeOfAHandle)
 {
     WaveStore store;
-    Add(store, "a", Bit, 1, 1);
-    Add(store, "v", Byte, 2, 8);
+    Add(store, "a", StdLogicType, 1, 1);
+    Add(store, "v", EightBits, 2, 8);
     Add(store, "r", Record, 10, 2);
     const struct {
         long long handle;
         bool whole;
         const char *type;
     } rows[] = {
-        {1, true, Bit},
-        {1, false, Bit},
-        {2, true, Byte},
-        {9, true, Byte},
-        {2, false, Bit},
-        {9, false, Bit},
-        {10, true, Record},
-        {10, false, "e#3#bitc2 01"},
-        {11, false, "f#4#realrrct-1.79769e+308 1.79769e+308"},
+        {1, true, StdLogicType}, {1, false, StdLogicType},    {2, true, EightBits},
+        {9, true, EightBits},    {2, false, StdLogicType},    {9, false, StdLogicType},
+        {10, true, Record},      {10, false, "e#3#bitc2 01"}, {11, false, "f#4#realrrct-1.79769e+308 1.79769e+308"},
     };
     for (const auto &row : rows)
         EXPECT_STREQ(store.GetSignalType(row.handle, row.whole)->GetTypeInfoString(), row.type) << row.handle;
     EXPECT_EQ(store.GetSignalType(12, true), nullptr);
     EXPECT_EQ(store.GetSignalType(std::numeric_limits<long long>::max(), false), nullptr);
-    EXPECT_STREQ(store.GetSignalType(0, true)->GetTypeInfoString(), Bit);  // the first whose last handle is not below
+    EXPECT_STREQ(store.GetSignalType(0, true)->GetTypeInfoString(),
+                 StdLogicType);  // the first whose last handle is not below
 }
 
 TEST(WaveStore, KeepsResolutionAndEndTime)
@@ -196,19 +179,19 @@ TEST(WaveStore, AnswersTheCallsThatDoNothing)
 TEST(WaveStore, LooksUpEventsAroundATime)
 {
     WaveStore store;
-    Add(store, "a", Bit, 1, 2);
-    AddEvent(store, 1, 10, 2);
-    AddEvent(store, 1, 20, 3);
-    AddEvent(store, 1, 20, 4);
-    AddEvent(store, 1, 30, 5);
+    Add(store, "a", StdLogicType, 1, 2);
+    PutEvent(store, 1, 10, 2);
+    PutEvent(store, 1, 20, 3);
+    PutEvent(store, 1, 20, 4);
+    PutEvent(store, 1, 30, 5);
     const struct {
         long long time;
         const char *last, *next;
     } rows[] = {{-1, "-", "10=2"},    {9, "-", "10=2"},  {10, "10=2", "20=3"}, {19, "10=2", "20=3"},
                 {20, "20=4", "30=5"}, {30, "30=5", "-"}, {99, "30=5", "-"}};
     for (const auto &row : rows) {
-        EXPECT_EQ(Show(store.FindLast(1, row.time)), row.last) << row.time;
-        EXPECT_EQ(Show(store.FindNext(1, row.time)), row.next) << row.time;
+        EXPECT_EQ(EventText(store.FindLast(1, row.time)), row.last) << row.time;
+        EXPECT_EQ(EventText(store.FindNext(1, row.time)), row.next) << row.time;
     }
     EXPECT_TRUE(store.HasEvents(1));
     EXPECT_FALSE(store.HasEvents(2));
@@ -219,7 +202,7 @@ TEST(WaveStore, LooksUpEventsAroundATime)
 TEST(WaveStore, KeepsAnEventWhole)
 {
     WaveStore store;
-    Add(store, "a", Bit, 1, 1);
+    Add(store, "a", StdLogicType, 1, 1);
     const WaveEvent events[] = {{std::numeric_limits<long long>::min(), UINT64_MAX, 0},
                                 {-5, 12, 0},
                                 {-5, 13, 0},
@@ -272,10 +255,10 @@ TEST(WaveStore, AgreesWithAStraightScan)
                     {time, random() % 4 == 0 ? random() : random() % 9, random() % 50 == 0 ? random() : 0});
             }
             WaveStore store;
-            Add(store, "a", Bit, 1, 3);
+            Add(store, "a", StdLogicType, 1, 3);
             for (const WaveEvent &event : events) {
-                AddEvent(store, 3, 5, 1);  // another run between
-                AddEvent(store, 2, event.m_time, event.m_value, event.m_unused);
+                PutEvent(store, 3, 5, 1);  // another run between
+                PutEvent(store, 2, event.m_time, event.m_value, event.m_unused);
             }
             for (int probe = 0; probe < 60; ++probe) {
                 const long long at = events.empty() ? 0 : events[random() % events.size()].m_time + probe % 3 - 1;
@@ -286,7 +269,7 @@ TEST(WaveStore, AgreesWithAStraightScan)
                     ASSERT_EQ(last->m_value, scan.last->m_value);
                     ASSERT_EQ(last->m_unused, scan.last->m_unused);
                 }
-                ASSERT_EQ(Show(store.FindNext(2, at)), Show(scan.next));
+                ASSERT_EQ(EventText(store.FindNext(2, at)), EventText(scan.next));
             }
         }
     }
@@ -295,9 +278,9 @@ TEST(WaveStore, AgreesWithAStraightScan)
 TEST(WaveStore, TakesEventsBetweenLookUps)
 {
     WaveStore store;
-    Add(store, "a", Bit, 1, 1);
+    Add(store, "a", StdLogicType, 1, 1);
     for (int i = 0; i < 2000; ++i) {
-        AddEvent(store, 1, i, 2);
+        PutEvent(store, 1, i, 2);
         ASSERT_EQ(store.FindLast(1, i)->m_time, i);
         if (i == 1000)
             store.endEvents();
@@ -308,12 +291,12 @@ TEST(WaveStore, TakesEventsBetweenLookUps)
 TEST(WaveStore, HoldsMoreEventsThanItCollects)
 {
     WaveStore store;
-    Add(store, "a", Bit, 1, 700);
+    Add(store, "a", StdLogicType, 1, 700);
     for (int i = 0; i < 1200000; ++i)
-        AddEvent(store, 1 + i % 700, i, static_cast<std::uint64_t>(i % 9));
+        PutEvent(store, 1 + i % 700, i, static_cast<std::uint64_t>(i % 9));
     for (int i = 0; i < 1200000; i += 1111) {
-        ASSERT_EQ(Show(store.FindLast(1 + i % 700, i + 699)), std::to_string(i) + "=" + std::to_string(i % 9));
-        ASSERT_EQ(Show(store.FindNext(1 + i % 700, i - 1)), std::to_string(i) + "=" + std::to_string(i % 9));
+        ASSERT_EQ(EventText(store.FindLast(1 + i % 700, i + 699)), std::to_string(i) + "=" + std::to_string(i % 9));
+        ASSERT_EQ(EventText(store.FindNext(1 + i % 700, i - 1)), std::to_string(i) + "=" + std::to_string(i % 9));
     }
 }
 
@@ -325,13 +308,13 @@ TEST(WaveStore, IgnoresWhatAWriterMustNotSay)
     EXPECT_EQ(store.endSignal(), 0);  // no handle
     for (const long long handle : {0LL, -1LL, std::numeric_limits<long long>::min()}) {
         store.addHandle(&handle, 0);
-        AddEvent(store, handle, 1, 1);
+        PutEvent(store, handle, 1, 1);
         EXPECT_FALSE(store.HasEvents(handle));
     }
     store.addHandle(nullptr, 0);
-    Add(store, "far", Byte, std::numeric_limits<long long>::max() - 1, 1);
-    AddEvent(store, 2, 1, 1);
-    AddEvent(store, std::numeric_limits<long long>::max(), 1, 1);
+    Add(store, "far", EightBits, std::numeric_limits<long long>::max() - 1, 1);
+    PutEvent(store, 2, 1, 1);
+    PutEvent(store, std::numeric_limits<long long>::max(), 1, 1);
     EXPECT_FALSE(store.HasEvents(2));
     EXPECT_EQ(store.FindSignal("far[0]"), std::numeric_limits<long long>::min() + 5);  // wrapped, and without events
     EXPECT_EQ(store.FindLast(store.FindSignal("far[0]"), 9), nullptr);
@@ -344,17 +327,17 @@ TEST(WaveStore, IgnoresWhatAWriterMustNotSay)
 TEST(WaveStore, FindsTheTypeByTheFirstFittingLastHandleThoughHandlesFall)
 {
     WaveStore store;
-    Add(store, "a", Bit, 10, 1);
-    Add(store, "b", Byte, 3, 1);
+    Add(store, "a", StdLogicType, 10, 1);
+    Add(store, "b", EightBits, 3, 1);
     Add(store, "c", Record, 12, 1);
-    EXPECT_STREQ(store.GetSignalType(3, true)->GetTypeInfoString(), Bit);
+    EXPECT_STREQ(store.GetSignalType(3, true)->GetTypeInfoString(), StdLogicType);
     EXPECT_STREQ(store.GetSignalType(11, true)->GetTypeInfoString(), Record);
 }
 
 TEST(WaveStore, SharesTheEventsOfHandles)
 {
     WaveStore store;
-    Add(store, "a", Bit, 1, 5);
+    Add(store, "a", StdLogicType, 1, 5);
     const auto share = [&store](long long handle, long long original) { store.shareEvents(&handle, &original); };
     share(2, 1);
     share(3, 2);
@@ -362,17 +345,17 @@ TEST(WaveStore, SharesTheEventsOfHandles)
     share(4, 4);
     share(9, 1);
     share(1, 9);
-    AddEvent(store, 1, 10, 2);
-    AddEvent(store, 3, 20, 3);
+    PutEvent(store, 1, 10, 2);
+    PutEvent(store, 3, 20, 3);
     for (const long long handle : {1, 2, 3}) {
-        EXPECT_EQ(Show(store.FindLast(handle, 15)), "10=2");
-        EXPECT_EQ(Show(store.FindLast(handle, 25)), "20=3");
+        EXPECT_EQ(EventText(store.FindLast(handle, 15)), "10=2");
+        EXPECT_EQ(EventText(store.FindLast(handle, 25)), "20=3");
     }
     EXPECT_FALSE(store.HasEvents(4));
     share(1, 5);  // and all that share with it
     EXPECT_FALSE(store.HasEvents(3));
-    AddEvent(store, 5, 7, 1);
-    EXPECT_EQ(Show(store.FindNext(2, 0)), "7=1");
+    PutEvent(store, 5, 7, 1);
+    EXPECT_EQ(EventText(store.FindNext(2, 0)), "7=1");
 }
 
 TEST(WaveStore, KeepsTheSlotsOfTheInterface)
@@ -399,10 +382,10 @@ TEST(ImportVcdFile, FillsAStore)
     EXPECT_EQ(store->FindSignal("TB.V"), 1);
     EXPECT_EQ(store->FindSignal("tb.r"), 5);
     EXPECT_EQ(store->FindSignal("tb.w[0]"), 9);
-    EXPECT_EQ(Show(store->FindLast(1, 100)), "5=3");
+    EXPECT_EQ(EventText(store->FindLast(1, 100)), "5=3");
     for (const long long bit : {4, 9}) {
-        EXPECT_EQ(Show(store->FindLast(bit, 5)), "5=2");
-        EXPECT_EQ(Show(store->FindNext(bit, 5)), "9=3");
+        EXPECT_EQ(EventText(store->FindLast(bit, 5)), "5=2");
+        EXPECT_EQ(EventText(store->FindNext(bit, 5)), "9=3");
     }
     EXPECT_EQ(std::bit_cast<double>(store->FindLast(5, 5)->m_value), 2.5);
     EXPECT_EQ(store->GetSignalType(5, true)->GetKind(), 3);
@@ -459,7 +442,7 @@ TEST(ImportVcdFile, GivesAStoreOfWhatCanBeReadOfADamagedFile)
     const CLogCatcher log;
     const std::unique_ptr<WaveStore> store(ImportVcdFile(file.Name().c_str()));
     ASSERT_NE(store, nullptr);
-    EXPECT_EQ(Show(store->FindLast(1, 9)), "4=2");
+    EXPECT_EQ(EventText(store->FindLast(1, 9)), "4=2");
     EXPECT_THAT(log.Messages(),
                 ElementsAre("2 VCD " + file.Name() + ":6: \"~~~\" is no value change; the file is read up to 4 ns"));
 }
@@ -475,7 +458,7 @@ TEST(ImportVcdFile, StoresTheEventsOfAnAliasOnce)
         text += "#" + std::to_string(i) + "\n" + std::to_string(i % 2) + "!\n";
     const CTextFile file(text);
     const std::unique_ptr<WaveStore> store(ImportVcdFile(file.Name().c_str()));
-    EXPECT_EQ(Show(store->FindLast(store->FindSignal("a4999"), 777)), "777=3");
+    EXPECT_EQ(EventText(store->FindLast(store->FindSignal("a4999"), 777)), "777=3");
 }
 
 }  // namespace

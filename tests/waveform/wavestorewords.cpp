@@ -6,31 +6,17 @@
 #include <thread>
 #include <vector>
 
-#include "waveform/wavestore.h"
+#include "waveform/storetools.h"
 
 namespace {
-
-constexpr const char *Bit = "e#9#std_logicc9 UX01ZWLH-";
 
 // Adds a signal with the next `count` handles.
 void Add(WaveStore &store, long long first, long long count)
 {
-    store.addSignal("v", Bit, 0, 0, 0, 0, 0);
+    store.addSignal("v", StdLogicType, 0, 0, 0, 0, 0);
     for (long long handle = first; handle < first + count; ++handle)
         store.addHandle(&handle, 0);
     store.endSignal();
-}
-
-void AddEvent(WaveStore &store, long long handle, long long time, std::uint64_t value, std::uint64_t unused = 0)
-{
-    const WaveEvent event{time, value, unused};
-    store.addEvent(&handle, &event);
-}
-
-// "time=value", "-" for none.
-std::string Show(const WaveEvent *event)
-{
-    return event != nullptr ? std::to_string(event->m_time) + "=" + std::to_string(event->m_value) : "-";
 }
 
 TEST(WaveStore, ReadsTheEventsOfAnElementPieceByPiece)
@@ -41,7 +27,7 @@ TEST(WaveStore, ReadsTheEventsOfAnElementPieceByPiece)
     const long long original = 1;
     store.shareEvents(&shared, &original);
     for (int i = 0; i < 1000; ++i)
-        AddEvent(store, 1, i / 2, i % 7 == 0 ? UINT64_MAX : static_cast<std::uint64_t>(i % 9), i % 31 == 0 ? 5 : 0);
+        PutEvent(store, 1, i / 2, i % 7 == 0 ? UINT64_MAX : static_cast<std::uint64_t>(i % 9), i % 31 == 0 ? 5 : 0);
     for (const std::size_t room : {1U, 2U, 7U, 64U, 999U, 1000U, 5000U}) {
         std::vector<WaveEvent> events(room);
         tesk::SEventPlace place;
@@ -70,7 +56,7 @@ TEST(WaveStore, GoesOnReadingWhatWasAddedMeanwhile)
     WaveEvent event;
     for (int i = 0; i < 500; ++i) {
         ASSERT_EQ(store.ReadEvents(1, place, &event, 1), 0u);
-        AddEvent(store, 1, i * 40LL, 3);
+        PutEvent(store, 1, i * 40LL, 3);
         ASSERT_EQ(store.ReadEvents(1, place, &event, 1), 1u);
         ASSERT_EQ(event.m_time, i * 40LL);
     }
@@ -103,12 +89,12 @@ TEST(WaveStore, TakesWordsLikeTheEventsOfTheirElements)
             words.addWordEvents(1, &time, &before, &after);
             for (unsigned bit = 0; bit < count; ++bit) {
                 if (PositionAt(after, bit) != PositionAt(before, bit))
-                    AddEvent(events, 2 + count - bit, time, PositionAt(after, bit));
+                    PutEvent(events, 2 + count - bit, time, PositionAt(after, bit));
             }
             before = after;
             const long long handle = 1 + static_cast<long long>(random() % static_cast<std::uint64_t>(count + 2));
             if (random() % 20 == 0) {
-                ASSERT_EQ(Show(words.FindLast(handle, time)), Show(events.FindLast(handle, time)));
+                ASSERT_EQ(EventText(words.FindLast(handle, time)), EventText(events.FindLast(handle, time)));
             }
         }
         for (long long handle = 1; handle <= 3 + count; ++handle) {
@@ -119,7 +105,7 @@ TEST(WaveStore, TakesWordsLikeTheEventsOfTheirElements)
             WaveEvent other;
             while (words.ReadEvents(handle, place, &event, 1) == 1) {
                 ASSERT_EQ(events.ReadEvents(handle, otherPlace, &other, 1), 1u);
-                ASSERT_EQ(Show(&event), Show(&other));
+                ASSERT_EQ(EventText(&event), EventText(&other));
             }
             ASSERT_EQ(events.ReadEvents(handle, otherPlace, &other, 1), 0u);
         }
@@ -158,13 +144,13 @@ TEST(WaveStore, SharesTheEventsOfAWord)
     const auto share = [&store](long long handle, long long original) { store.shareEvents(&handle, &original); };
     share(3, 2);
     store.addWordEvents(0, &time, &NoWord, &zeros);
-    EXPECT_EQ(Show(store.FindLast(3, 9)), "5=0");
+    EXPECT_EQ(EventText(store.FindLast(3, 9)), "5=0");
     share(1, 2);  // its own events are given up, and those to come ignored
     const long long later = 8;
     const WaveWord ones{{3, 0, 0, 0}};
     store.addWordEvents(0, &later, &zeros, &ones);
-    EXPECT_EQ(Show(store.FindNext(1, 0)), "5=0");
-    EXPECT_EQ(Show(store.FindNext(1, 5)), "8=1");
+    EXPECT_EQ(EventText(store.FindNext(1, 0)), "5=0");
+    EXPECT_EQ(EventText(store.FindNext(1, 5)), "8=1");
     EXPECT_EQ(store.FindNext(1, 8), nullptr);
 }
 
@@ -179,7 +165,7 @@ TEST(WaveStore, StoresAnEarlierWordAtTheTimeReached)
         store.addWordEvents(0, &time, &before, &after);
         before = after;
     }
-    EXPECT_EQ(Show(store.FindLast(1, 15)), "10=1");
+    EXPECT_EQ(EventText(store.FindLast(1, 15)), "10=1");
     EXPECT_EQ(store.FindLast(1, 7), nullptr);
 }
 

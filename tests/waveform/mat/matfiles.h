@@ -8,6 +8,8 @@
 #include "waveform/matimporter.h"
 #include "waveform/table/tables.h"
 
+inline const std::string ByteType = VectorType(8);
+
 /// A variable of a MAT-file: values column by column.
 struct SVariable {
     std::string name;

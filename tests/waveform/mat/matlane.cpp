@@ -10,13 +10,12 @@ namespace {
 
 class MatLane : public CMatTest {};
 
-const std::string Byte = VectorType(8);
 const std::string Words = ArrayType("words(3 downto 0)", 3, 0, IntegerType);
 
 TEST_F(MatLane, TakesTheFirstLaneWithoutAnIndex)
 {
     const std::vector<std::vector<double>> matrix = {{1, 2}, {3, 4}};
-    for (const std::string &type : {std::string(IntegerType), Byte, Words})
+    for (const std::string &type : {std::string(IntegerType), ByteType, Words})
         EXPECT_THAT(ImportMatrix(matrix, "v", type).size(), 2U) << type;
     EXPECT_THAT(ImportMatrix(matrix, "v", IntegerType), ElementsAre("0:2#1", "1:2#11"));
     EXPECT_THAT(ImportMatrix(matrix, "v -row", IntegerType), ElementsAre("0:2#1", "1:2#10"));
@@ -48,9 +47,9 @@ TEST_F(MatLane, CorrectsTheIndexOfAnElementByTheBoundsOfTheWhole)
     IStimulus::SetupAdditionalInfo("sig", ArrayType("words(5 downto 2)", 5, 2, IntegerType).c_str());
     IStimulus::SetupAdditionalInfo(nullptr, IntegerType);
     EXPECT_THAT(SamplesOfHandle(ImportElement("t.mat,v(4)", IntegerType)), ElementsAre("0:2#11"));
-    IStimulus::SetupAdditionalInfo("sig", ArrayType("bytes(1 to 4)", 1, 4, Byte).c_str());
-    IStimulus::SetupAdditionalInfo(nullptr, Byte.c_str());
-    EXPECT_THAT(SamplesOfHandle(ImportElement("t.mat,v(4)", Byte)), ElementsAre("0:100"));
+    IStimulus::SetupAdditionalInfo("sig", ArrayType("bytes(1 to 4)", 1, 4, ByteType).c_str());
+    IStimulus::SetupAdditionalInfo(nullptr, ByteType.c_str());
+    EXPECT_THAT(SamplesOfHandle(ImportElement("t.mat,v(4)", ByteType)), ElementsAre("0:100"));
 }
 
 TEST_F(MatLane, TakesTheSecondIndexOfAWholeArray)
@@ -63,10 +62,10 @@ TEST_F(MatLane, TakesTheSecondIndexOfAWholeArray)
 TEST_F(MatLane, TakesTheFirstIndexOfTwoForAnElementOfAnArray)
 {
     WriteVariables({Matrix("v", {{1, 2, 3, 4}})});
-    IStimulus::SetupAdditionalInfo("sig", ArrayType("bytes(1 to 4)", 1, 4, Byte).c_str());
-    IStimulus::SetupAdditionalInfo(nullptr, Byte.c_str());
-    EXPECT_THAT(SamplesOfHandle(ImportElement("t.mat,v(3)(5)", Byte)), ElementsAre("0:11"));
-    EXPECT_THAT(SamplesOfHandle(ImportElement("t.mat,v(-1)(5)", Byte)), ElementsAre("0:1"));
+    IStimulus::SetupAdditionalInfo("sig", ArrayType("bytes(1 to 4)", 1, 4, ByteType).c_str());
+    IStimulus::SetupAdditionalInfo(nullptr, ByteType.c_str());
+    EXPECT_THAT(SamplesOfHandle(ImportElement("t.mat,v(3)(5)", ByteType)), ElementsAre("0:11"));
+    EXPECT_THAT(SamplesOfHandle(ImportElement("t.mat,v(-1)(5)", ByteType)), ElementsAre("0:1"));
     EXPECT_THAT(SamplesOfHandle(ImportElement("t.mat,v(3)(5)", Words)), ElementsAre("failed"));
 }
 
@@ -105,7 +104,7 @@ TEST_F(MatLane, HasNoDataBeyondTheLastLane)
     EXPECT_THAT(ImportMatrix({{1, 2}, {3, 4}}, "v(2)", IntegerType), ElementsAre("no data"));
     EXPECT_THAT(ImportMatrix({{1, 2}, {3, 4}}, "v(1) -time_points 1", IntegerType), ElementsAre("no data"));
     EXPECT_THAT(ImportMatrix({{1, 2}}, "v(1) -row", IntegerType), ElementsAre("no data"));
-    EXPECT_THAT(ImportMatrix({{1, 2}}, "v(0)(9)", Byte), ElementsAre("no data"));
+    EXPECT_THAT(ImportMatrix({{1, 2}}, "v(0)(9)", ByteType), ElementsAre("no data"));
     EXPECT_THAT(ImportMatrix({{1, 2}}, "v(0)", ArrayType("a(8 downto 1)", 8, 1)), ElementsAre("no data"));
     EXPECT_THAT(ImportMatrix({{1, 2}}, "v(-2147483648)", ArrayType("a(8 downto 1)", 8, 1)), ElementsAre("no data"));
     const std::string one = "2 KERNEL There is no data for sig";

@@ -7,6 +7,8 @@
 #include "platform/stream/streamfiles.h"
 #include "waveform/fakefiles.h"
 
+inline constexpr long long Latest = 0x7FFFFFFFFFFFFFFF;  ///< of all times
+
 enum class EFileKind { Stream, Database, Vcd };
 
 /// A file with one signal, and the formula that replays it.

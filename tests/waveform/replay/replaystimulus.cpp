@@ -8,8 +8,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr long long Latest = 0x7FFFFFFFFFFFFFFF;
-
 class ReplayFormula : public ReplayedFiles {};
 class ReplayWindow : public ReplayedFiles {};
 

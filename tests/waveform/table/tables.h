@@ -14,35 +14,11 @@
 #include "core/fileformulaargs.h"
 #include "core/stimulus.h"
 #include "logcatcher.h"
-#include "signal/signal.h"
-#include "signal/tree/component.h"
+#include "signal/signaltools.h"
 #include "waveform/samplecolumn.h"
 #include "waveform/textimporter.h"
 
-inline constexpr const char *BitType = "e#3#bitc2 01";
-inline constexpr const char *StdLogicType = "e#9#std_logicc9 UX01ZWLH-";
-inline constexpr const char *IntegerType = "i#7#integerrict-2147483648 2147483647";
-inline constexpr const char *RealType = "f#4#realrrct-1.79769e+308 1.79769e+308";
 inline constexpr const char *PhysicalType = "p#4#timerict-9223372036854775808 9223372036854775807";
-
-/// An array type with one dimension, left bound to right bound.
-inline std::string ArrayType(const std::string &name, int left, int right, const std::string &element = StdLogicType)
-{
-    return "a#" + std::to_string(name.size()) + "#" + name + "1 ric" + (left > right ? "d" : "t") +
-           std::to_string(left) + " " + std::to_string(right) + " " + element;
-}
-
-inline std::string VectorType(int length)
-{
-    return ArrayType("std_logic_vector(" + std::to_string(length - 1) + " downto 0)", length - 1, 0);
-}
-
-inline tesk::TReference<ISignal> MakeSignal(const std::string &type)
-{
-    ISignal *signal = nullptr;
-    CreateSignal(type.c_str(), nullptr, &signal);
-    return tesk::TReference<ISignal>(signal);
-}
 
 /// A folder that goes with everything in it; it is the working folder while it lives.
 class CTableFolder {
