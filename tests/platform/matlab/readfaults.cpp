@@ -14,9 +14,9 @@ protected:
     ~MatReadFaults() override { unsetenv("TESK_TEST_FAILING_READ"); }
 };
 
-// What is made of a file by a reader whose Nth read fails.
 using FAnswer = std::function<std::string(CMatFile &file)>;
 
+// What is made of a file by a reader whose Nth read fails.
 std::string AnswerAt(int failing, const std::string &name, const FAnswer &answer)
 {
     setenv("TESK_TEST_FAILING_READ", std::to_string(failing).c_str(), 1);
@@ -33,8 +33,12 @@ void ExpectAllOrNothing(const std::string &name, const std::string &nothing, con
     const std::string fault = nothing + TESK_FAULTY_MATREAD " could not read the file: Input/output error";
     ASSERT_NE(all, nothing);
     int faults = 0;
-    for (int failing = 1; AnswerAt(failing, name, answer) != all; failing += Step, ++faults)
-        ASSERT_EQ(AnswerAt(failing, name, answer), fault) << name << ", read " << failing;
+    std::string text = AnswerAt(1, name, answer);
+    for (int failing = 1; text != all; text = AnswerAt(failing, name, answer)) {
+        ASSERT_EQ(text, fault) << name << ", read " << failing;
+        failing += Step;
+        ++faults;
+    }
     EXPECT_GE(faults, 2) << name;
 }
 
